@@ -1,0 +1,35 @@
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The program's one file opener. Names are taken as the data gives them: backslashes or slashes, any case. The
+/// user directory is searched first, then each data directory (folder or zip) in order. A name that is absolute or
+/// climbs out with ".." is not found.
+namespace platform {
+using Bytes = std::vector<uint8_t>;
+
+struct FileRoots {
+    std::vector<std::string> data; ///< folders or zip archives, first match wins
+    std::string user;              ///< folder that is written to; created when missing
+};
+
+/// False with a sentence in `problem` when a root cannot be used.
+bool openFileSystem(const char* programName, const FileRoots& roots, std::string& problem);
+void closeFileSystem();
+/// Tool modes may name real paths besides names in the roots.
+void allowRealPaths(bool allowed);
+/// Told of refused names and failed writes, in one sentence each; null to stop.
+void setFileProblemListener(void (*listener)(const std::string& sentence));
+
+bool fileExists(const std::string& name);
+/// Reads the whole file. False when there is none or it is larger than 1 GiB.
+bool readFile(const std::string& name, Bytes& out);
+/// Writes beside the target, flushes, and renames over it. Creates folders. False when nothing was replaced.
+bool writeFile(const std::string& name, const Bytes& bytes);
+/// Real path of a name inside the user directory, for streams that stay open (the log); empty when refused.
+std::string userPath(const std::string& name);
+/// "dir\file.ext" and "dir/file.ext" alike: position of the last separator, npos when there is none.
+size_t lastSeparator(const std::string& name);
+bool equalIgnoringCase(const std::string& a, const std::string& b);
+} // namespace platform

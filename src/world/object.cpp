@@ -1,0 +1,62 @@
+#include "world/object.h"
+
+cObject::cObject(VisualKind kind) : visualKind_(kind) {}
+cObject::~cObject() = default;
+
+void cObject::setController(std::unique_ptr<cController> controller) { controller_ = std::move(controller); }
+void cObject::drawShadow(const cVector3&) {}
+void cObject::draw(const ViewInfo&) {}
+void cObject::releaseModel() {}
+
+void cObject::setPosition(const cVector3& position) {
+    if (body) {
+        const cVector3 offset = position - position_;
+        body->shape = static_cast<const cCapsule&>(body->shape).moved(offset, offset);
+    }
+    position_ = position;
+    changed();
+}
+
+void cObject::moveWithoutBody(const cVector3& offset) {
+    position_ += offset;
+    changed();
+}
+
+void cObject::setDirection(const cVector3& unitDirection) {
+    direction_ = unitDirection;
+    changed();
+}
+
+void cObject::setUp(const cVector3& unitUp) {
+    up_ = unitUp;
+    changed();
+}
+
+bool cObject::isQueryable() const {
+    return controller_ && controller_->isActive() && visualKind_ >= kPlain && visualKind_ <= kAnimated;
+}
+
+void cObject::changed() {
+    shadowDirty_ = true;
+    transform_ = cMatrix4::basis(direction_.cross(up_), up_, -direction_, position_);
+}
+
+void cController::onCollision(const cVector3&) {}
+
+void cCollisionBody::requestMove(const cVector3& d, uint32_t moveFlags, float snapDistance) {
+    requestMove(cMove{d, d}, moveFlags, snapDistance);
+}
+
+void cCollisionBody::requestMove(const cMove& d, uint32_t moveFlags, float snapDistance) {
+    move = d;
+    flags = moveFlags;
+    snap = snapDistance;
+    moving = true;
+}
+
+void cCollisionBody::applyMove(const cMove& m) {
+    moving = false;
+    if (!m.p0.isFinite() || !m.p1.isFinite()) return;
+    if (owner) owner->moveWithoutBody(m.p0);
+    shape = shape.moved(m.p0, m.p1);
+}
