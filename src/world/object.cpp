@@ -1,6 +1,10 @@
 #include "world/object.h"
 
-cObject::cObject(VisualKind kind) : visualKind_(kind) {}
+namespace {
+uint64_t g_nextSerial = 1;
+} // namespace
+
+cObject::cObject(VisualKind kind) : visualKind_(kind), serial_(g_nextSerial++) {}
 cObject::~cObject() = default;
 
 void cObject::setController(std::unique_ptr<cController> controller) { controller_ = std::move(controller); }

@@ -45,6 +45,7 @@ public:
     cController* getController() const { return controller_.get(); }
     VisualKind getVisualKind() const { return visualKind_; }
     bool isDrawnNear() const { return drawnNear_; }
+    uint64_t getSerial() const { return serial_; } ///< never used twice, unlike an address
     /// Takes part in proximity, hit and collision queries.
     bool isQueryable() const;
 
@@ -59,6 +60,7 @@ protected:
 
 private:
     void changed();
+    const uint64_t serial_;
 };
 
 /// What an object does each frame.
@@ -79,6 +81,8 @@ public:
     virtual int32_t getId() const { return 0; }
     /// A one-shot animation of the object's model has ended.
     virtual void onAnimationEnd() {}
+    /// The object is about to be deleted: drop every pointer to it.
+    virtual void forget(const cObject*) {}
     /// Ground flags that a new collision body starts with.
     virtual uint32_t moveFlags() const { return 0; }
 

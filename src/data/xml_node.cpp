@@ -1,0 +1,171 @@
+#include "data/xml_node.h"
+
+#include "platform/files.h"
+
+#include <cctype>
+
+namespace {
+constexpr int kDeepest = 256;         ///< nesting that the recursive parser accepts
+constexpr size_t kLongestToken = 255; ///< element name, or one attribute with its value
+constexpr int kEnd = -1;
+} // namespace
+
+class cXmlParser {
+public:
+    cXmlParser(const uint8_t* bytes, size_t size) : at_(bytes), end_(bytes + size) {}
+
+    int document(cXmlNode& root) {
+        for (int c = get(); c != '<'; c = get()) {
+            if (c == kEnd) return fail();
+        }
+        const int result = element(root, 0);
+        return refused_ ? -1 : result;
+    }
+    int line() const { return line_; }
+
+private:
+    int get() {
+        if (at_ == end_) return kEnd;
+        const int c = *at_++;
+        if (c == '\n') ++line_;
+        return c;
+    }
+    int peek() const { return at_ == end_ ? kEnd : *at_; }
+    int fail() const { return -1; }
+    /// A breach of a limit fails the whole document: going on would read the rest at the wrong level.
+    int refuse() {
+        refused_ = true;
+        at_ = end_;
+        return -1;
+    }
+
+    /// Up to a blank, ">" or "/" outside of quotes. False when the token reaches the end of the file.
+    bool token(std::string& out) {
+        out.clear();
+        bool quoted = false;
+        for (;;) {
+            const int c = peek();
+            if (c == kEnd) return false;
+            if (!quoted && (c == ' ' || c == '\t' || c == '>' || c == '/')) break;
+            if (c == '"') quoted = !quoted;
+            out += static_cast<char>(get());
+        }
+        if (out.size() > kLongestToken) {
+            refuse();
+            return false;
+        }
+        return true;
+    }
+
+    static void attribute(cXmlNode& node, const std::string& token) {
+        const size_t equals = token.find('=');
+        if (equals == std::string::npos || equals == 0) {
+            node.attributes[token] = "TRUE";
+            return;
+        }
+        std::string value = token.substr(equals + 1);
+        if (!value.empty() && value[0] == '"') {
+            value.erase(0, 1);
+            value.resize(std::min(value.find('"'), value.size()));
+        }
+        node.attributes[token.substr(0, equals)] = value;
+    }
+
+    /// After "<": the name, the attributes and the tag's ">". 0, or −1 on a broken tag.
+    int tag(cXmlNode& node) {
+        std::string text;
+        node.hasChildren = true;
+        if (!token(node.name)) return fail();
+        for (;;) {
+            const int c = peek();
+            if (c == kEnd) return fail();
+            if (std::isalnum(c)) {
+                if (!token(text)) return fail();
+                attribute(node, text);
+                continue;
+            }
+            get();
+            if (c == '>') return 0;
+            if (c != '/') continue;
+            node.hasChildren = false;
+            return skipTo('>') ? 0 : fail();
+        }
+    }
+
+    bool skipTo(int wanted) {
+        for (int c = get(); c != kEnd; c = get()) {
+            if (c == wanted) return true;
+        }
+        return false;
+    }
+
+    /// After "<!": up to exactly two dashes and ">"; a third dash starts the count again.
+    void comment() {
+        int dashes = 0;
+        for (int c = get(); c != kEnd; c = get()) {
+            if (c == '>' && dashes == 2) return;
+            dashes = c != '-' ? 0 : dashes == 2 ? 1 : dashes + 1;
+        }
+    }
+
+    int element(cXmlNode& node, int depth) {
+        node.line = line_;
+        if (depth > kDeepest) return refuse();
+        if (tag(node) != 0) return -1;
+        if (!node.hasChildren) return 0;
+        const int result = content(node, depth);
+        node.hasChildren = !node.children.empty();
+        return result;
+    }
+
+    int content(cXmlNode& node, int depth) {
+        for (;;) {
+            const int c = get();
+            if (c == kEnd) return fail();
+            if (c == '\t' || c == '\r' || c == '\n') continue;
+            if (c != '<') {
+                node.text += static_cast<char>(c);
+                if (c == '>') return 0;
+                continue;
+            }
+            const int next = peek();
+            if (next == kEnd) return fail();
+            if (next == '/') return skipTo('>') ? 0 : fail();
+            if (next == '!') {
+                get();
+                comment();
+                continue;
+            }
+            node.children.push_back(node.makeChild());
+            element(*node.children.back(), depth + 1);
+        }
+    }
+
+    const uint8_t* at_;
+    const uint8_t* end_;
+    int line_ = 1;
+    bool refused_ = false;
+};
+
+cXmlNode::~cXmlNode() = default;
+
+std::unique_ptr<cXmlNode> cXmlNode::makeChild() const { return std::make_unique<cXmlNode>(); }
+
+int cXmlNode::load(const std::string& fileName) {
+    platform::Bytes bytes;
+    if (!platform::readFile(fileName, bytes)) return -1;
+    return parse(bytes.data(), bytes.size());
+}
+
+int cXmlNode::parse(const uint8_t* bytes, size_t size) {
+    cXmlParser parser(bytes, size);
+    const int result = parser.document(*this);
+    errorLine_ = result == 0 ? 0 : parser.line();
+    return result;
+}
+
+const std::string& cXmlNode::getAttribute(const std::string& attribute) const {
+    static const std::string kAbsent;
+    const auto it = attributes.find(attribute);
+    return it == attributes.end() ? kAbsent : it->second;
+}

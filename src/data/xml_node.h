@@ -1,0 +1,44 @@
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Element tree of the game's small XML dialect: elements, attributes (quoted, bare, or a name alone that means
+/// TRUE), text, comments inside content. No prologs, entities or CDATA.
+class cXmlNode {
+public:
+    enum Kind : int32_t { kPlain = 0, kCml = 1 };
+
+    explicit cXmlNode(Kind nodeKind = kPlain) : kind(nodeKind) {}
+    virtual ~cXmlNode();
+    cXmlNode(const cXmlNode&) = delete;
+    cXmlNode& operator=(const cXmlNode&) = delete;
+
+    /// Parses a file into this (empty) node. 0, or −1 when it cannot be read or is malformed; the tree then holds
+    /// what was read so far and errorLine() the line where reading ended.
+    int load(const std::string& fileName);
+    int parse(const uint8_t* bytes, size_t size);
+    /// Value text, empty when absent. The reference lives as long as the node.
+    const std::string& getAttribute(const std::string& attribute) const;
+    bool hasAttribute(const std::string& attribute) const { return attributes.count(attribute) != 0; }
+    int errorLine() const { return errorLine_; } ///< 0 without an error
+
+    const Kind kind;
+    bool hasChildren = false;
+    int line = 0; ///< of the element's "<", counted from 1
+    std::string name;
+    std::string text; ///< all segments joined, without tabs and line breaks
+    std::map<std::string, std::string> attributes;
+    std::vector<std::unique_ptr<cXmlNode>> children;
+
+protected:
+    /// A new node of this node's kind.
+    virtual std::unique_ptr<cXmlNode> makeChild() const;
+
+private:
+    friend class cXmlParser;
+    int errorLine_ = 0;
+};

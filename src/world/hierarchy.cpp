@@ -1,0 +1,56 @@
+#include "world/hierarchy.h"
+
+#include "platform/files.h"
+
+#include <cctype>
+#include <string_view>
+
+namespace {
+constexpr size_t kLongestLine = 254;
+
+struct Line {
+    int level = 0;
+    std::string_view name; ///< empty: nothing but blanks or a comment
+};
+
+Line parseLine(std::string_view text) {
+    Line line;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == ' ' || c == '\t') continue;
+        if (c == '~') return line;
+        if (c == '-') {
+            ++line.level;
+            continue;
+        }
+        size_t end = i;
+        while (end < text.size() && !std::isspace(static_cast<unsigned char>(text[end]))) ++end;
+        line.name = text.substr(i, end - i);
+        return line;
+    }
+    return line;
+}
+} // namespace
+
+HierarchyIndices lookupHierarchy(const std::string& type, const std::string& race, const std::string& className) {
+    int16_t found[3] = {-1, -1, -1};
+    const std::string* wanted[3] = {&type, &race, &className};
+    platform::Bytes bytes;
+    platform::readFile("hierarchy.cfl", bytes);
+    std::string_view rest(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    int level = 0;
+    int16_t counter = 0;
+    while (!rest.empty() && level < 3) {
+        const size_t end = rest.find('\n');
+        const Line line = parseLine(rest.substr(0, end).substr(0, kLongestLine));
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+        if (line.name.empty() || line.level != level) continue;
+        if (line.name == *wanted[level]) {
+            found[level++] = counter;
+            counter = 0;
+        } else {
+            ++counter;
+        }
+    }
+    return {found[0], found[1], found[2]};
+}

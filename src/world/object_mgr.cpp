@@ -1,0 +1,173 @@
+#include "world/object_mgr.h"
+
+#include "core/log_mgr.h"
+#include "game/physics_world.h"
+#include "platform/gl_api.h"
+#include "render/shadow_volume.h"
+#include "script/event_mgr.h"
+
+#include <algorithm>
+
+namespace {
+constexpr float kShotReach = 6; ///< times the squared bounding radius: how near a ray must pass an object's centre
+
+std::unique_ptr<cObjectMgr> g_instance;
+
+bool bodyHitBySphere(const cObject& object, const cVector3& centre, float radius) {
+    if (!object.body) return true;
+    const cCapsule& shape = object.body->shape;
+    const float reach = shape.radius + radius;
+    return (closestPointOnSegment(shape, centre) - centre).lengthSq() <= reach * reach &&
+           (object.body->flags & MOVE_SOLID);
+}
+} // namespace
+
+cObjectMgr& cObjectMgr::instance() {
+    if (!g_instance) g_instance = std::make_unique<cObjectMgr>();
+    return *g_instance;
+}
+
+void cObjectMgr::destroyInstance() { g_instance.reset(); }
+
+void cObjectMgr::add(std::unique_ptr<cObject> object) { objects_.push_back(std::move(object)); }
+void cObjectMgr::addLater(std::unique_ptr<cObject> object) { createQueue_.push_back(std::move(object)); }
+
+void cObjectMgr::destroy(cObject* object) {
+    if (object->getController()) object->getController()->setActive(false);
+    destroyQueue_.push_back({object, object->getSerial()});
+}
+
+cObject* cObjectMgr::get(size_t index) const { return index < objects_.size() ? objects_[index].get() : nullptr; }
+
+cObject* cObjectMgr::hero() const {
+    cObject* first = get(0);
+    const cController* controller = first ? first->getController() : nullptr;
+    return controller && controller->kind() == cController::kPlayer ? first : nullptr;
+}
+
+void cObjectMgr::clear() {
+    while (!objects_.empty()) {
+        cObject* last = objects_.back().get();
+        if (forgetListener_) forgetListener_(last);
+        if (last->getController()) cEventMgr::instance().removeFor(last->getController());
+        if (last->body) cPhysicsWorld::instance().removeBody(last->body);
+        last->releaseModel();
+        objects_.pop_back();
+    }
+    createQueue_.clear();
+}
+
+void cObjectMgr::update(uint32_t elapsedMs, GameState* state) {
+    // By index: a controller may start a level load, which replaces the list.
+    for (size_t i = 0; i < objects_.size(); ++i) {
+        cController* controller = objects_[i]->getController();
+        if (controller && controller->isActive()) controller->update(elapsedMs, state);
+    }
+    while (!destroyQueue_.empty()) {
+        const Doomed doomed = destroyQueue_.back();
+        deleteObject(doomed);
+        destroyQueue_.pop_back();
+    }
+    while (!createQueue_.empty()) {
+        objects_.push_back(std::move(createQueue_.back()));
+        createQueue_.pop_back();
+    }
+}
+
+void cObjectMgr::deleteObject(const Doomed& doomed) {
+    const auto it = std::find_if(objects_.begin(), objects_.end(), [&](const auto& o) {
+        return o.get() == doomed.object && o->getSerial() == doomed.serial;
+    });
+    if (it == objects_.end()) {
+        cLogMgr::instance().error("Attempted to destroy unexisting object");
+        return;
+    }
+    cObject* object = it->get();
+    if (object->getController()) cEventMgr::instance().removeFor(object->getController());
+    if (object->body) cPhysicsWorld::instance().removeBody(object->body);
+    object->releaseModel();
+    if (forgetListener_) forgetListener_(object);
+    for (const auto& other : objects_) {
+        if (other->getController()) other->getController()->forget(object);
+    }
+    objects_.erase(it);
+}
+
+void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
+    if (!platform::hasGlContext()) return;
+    if (shadowsEnabled && view.light.y > 0) {
+        glEnable(GL_BLEND);
+        beginShadowVolumes();
+        for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->drawShadow(view.light);
+        secondShadowVolumePass();
+        for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->drawShadow(view.light);
+        endShadowVolumes();
+        glDisable(GL_BLEND);
+    }
+    for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->draw(view);
+}
+
+cController* cObjectMgr::findCmlObject(int32_t id) const {
+    for (const auto& object : objects_) {
+        cController* controller = object->getController();
+        if (controller && controller->kind() == cController::kCmlObject && controller->getId() == id) return controller;
+    }
+    return nullptr;
+}
+
+cObject* cObjectMgr::findTouching(const cObject* object) const {
+    for (const auto& other : objects_) {
+        if (other.get() == object || !other->isQueryable()) continue;
+        const float reach = object->boundingRadius + other->boundingRadius;
+        if ((other->getPosition() - object->getPosition()).lengthSq() < reach * reach) return other.get();
+    }
+    return nullptr;
+}
+
+cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& start, const cVector3& direction,
+                                    float length) const {
+    const cVector3 end = start + direction * length;
+    float longest = cPhysicsWorld::instance().octree().trace(start, end) * length;
+    const cSegment ray(start, end);
+    cObject* nearest = nullptr;
+    for (const auto& object : objects_) {
+        if (object.get() == shooter || !object->isQueryable()) continue;
+        const cVector3 passing = closestPointOnSegment(ray, object->getPosition());
+        const float distance = (passing - start).length();
+        const float radius = object->boundingRadius;
+        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius) || !(distance < longest)) continue;
+        if (object->body && !capsuleTouchesSegment(object->body->shape, ray)) continue;
+        nearest = object.get();
+        longest = distance;
+    }
+    return nearest;
+}
+
+cObject* cObjectMgr::firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const {
+    for (const auto& object : objects_) {
+        if (object.get() == excluded || !object->isQueryable()) continue;
+        const float reach = object->boundingRadius + radius;
+        if ((object->getPosition() - centre).lengthSq() < reach * reach && bodyHitBySphere(*object, centre, radius)) {
+            return object.get();
+        }
+    }
+    return nullptr;
+}
+
+cObject* cObjectMgr::findBlowTarget(const cObject* attacker, const cVector3& centre, float radius) const {
+    return firstHitBySphere(attacker, centre, radius);
+}
+
+bool cObjectMgr::projectileHits(const cVector3& centre, float radius, const cObject* excluded) const {
+    return cPhysicsWorld::instance().touchesGeometry(centre, radius) || firstHitBySphere(excluded, centre, radius);
+}
+
+void cObjectMgr::collectTargets(std::vector<cObject*>& out) const {
+    for (const auto& object : objects_) {
+        const cController* controller = object->getController();
+        if (!controller) continue;
+        if (controller->kind() == cController::kCmlObject || controller->kind() == cController::kPlayer) {
+            out.push_back(object.get());
+        }
+    }
+}

@@ -1,0 +1,74 @@
+#pragma once
+#include "core/frustum.h"
+#include "core/geometry.h"
+#include "models/model.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Static level geometry in a tree of cubes. A face lies in every leaf that it reaches, uncut and in its original
+/// order: the order decides which contact the physics reports.
+class cOctree {
+public:
+    using LeafList = std::vector<const cModel*>;
+
+    cOctree();
+    ~cOctree();
+    cOctree(const cOctree&) = delete;
+    cOctree& operator=(const cOctree&) = delete;
+
+    /// Splits nodes with more than `minFaces` faces down to `maxGenerations`. With `triangleDetection` a face goes
+    /// to every cube that it overlaps, without it to those that hold one of its corners. Does nothing for a model
+    /// without objects.
+    void build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection);
+    void clear();
+
+    void write(cBinaryWriter& out, const cMaterialList& materials) const;
+    /// Replaces the tree. False, with the tree empty, when the data is damaged.
+    bool read(cBinaryReader& in, const cMaterialList& materials);
+
+    /// Draws the leaves that touch the view frustum.
+    void draw();
+    /// "Total Nodes: %d, last drawn: %d Last Trace: %d"
+    std::string stats() const;
+    /// Makes the leaves' display lists (needs a GL context; without one nothing is drawn).
+    void compileDisplayLists();
+
+    // Queries return leaf models near a shape, never triangles. The list is emptied first.
+    void queryBodies(const cCapsule& a, const cCapsule& b, LeafList& out) const;
+    void querySphere(const cVector3& centre, float radius, LeafList& out) const;
+    void querySegment(const cSegment& segment, LeafList& out) const;
+    /// Fraction 0 … 1 of the way from `start` to `end` that is free; below 0.01 counts as 0.
+    float trace(const cVector3& start, const cVector3& end) const;
+
+    int32_t totalNodes() const { return totalNodes_; } ///< leaves with geometry
+    int32_t lastDrawn() const { return lastDrawn_; }
+    int32_t lastTrace() const { return lastTrace_; } ///< leaves returned by the last query
+    bool empty() const { return !root_; }
+
+    struct Node;
+
+private:
+    struct Builder;
+    template <typename Test> void query(const Test& test, LeafList& out) const;
+    void drawNode(const Node& node, bool cull);
+
+    std::unique_ptr<Node> root_;
+    int32_t totalNodes_ = 0;
+    int32_t lastDrawn_ = 0;
+    mutable int32_t lastTrace_ = 0;
+};
+
+struct cOctree::Node {
+    bool hasChildren = false;
+    float size = 0; ///< edge length of the cube
+    int32_t faceCount = 0;
+    cVector3 centre;
+    std::unique_ptr<cModel> model; ///< leaves only; null in an empty one
+    std::unique_ptr<Node> children[8];
+    int32_t displayList = -1;
+
+    ~Node();
+    static cVector3 childCentre(const cVector3& centre, float size, int k);
+};
