@@ -18,14 +18,16 @@ constexpr int32_t kTextureFailed = -2; ///< failed, not to be tried again
 
 enum MaterialMode : uint8_t { kModeColour = 0, kModeTexture = 1, kModeTwoTextures = 2 };
 
-/// Red, green, blue and a spare byte. With two textures r and g hold the second texture's name, low byte first.
+/// Red, green, blue and a spare byte. With two textures r and g hold the second texture's name, low byte
+/// first.
 struct cColour4 {
     uint8_t r = 255, g = 255, b = 255, spare = 0;
     bool operator==(const cColour4&) const = default;
 };
 
-/// One indexed triangle mesh with one material. Counts are the arrays' own lengths; readers guarantee that every
-/// index lies inside its array.
+/// One indexed triangle mesh with one material. Counts are the arrays' own lengths. Readers guarantee that
+/// position indices lie inside `positions` and that the other index arrays are as long as `faces`, with
+/// indices inside their arrays unless those are empty.
 struct cModelObject {
     cColour4 colour;
     int32_t texture = kNoTexture; ///< GL texture name
@@ -43,14 +45,17 @@ struct cModelObject {
         cVector3 n;
         float d = 0;
     };
-    std::vector<float> shade;            ///< cel ramp coordinate of each vertex
-    std::vector<FaceIndices> neighbours; ///< face across the edge from corner k to k + 1; faceCount() when none
+    std::vector<float> shade; ///< cel ramp coordinate of each vertex
+    std::vector<FaceIndices>
+        neighbours; ///< face across the edge from corner k to k + 1; faceCount() when none
     std::vector<Plane> facePlanes;
     std::vector<uint8_t> litFaces;
 
     int32_t vertexCount() const { return static_cast<int32_t>(positions.size()); }
     int32_t faceCount() const { return static_cast<int32_t>(faces.size()); }
     int32_t texCoordCount() const { return static_cast<int32_t>(texCoords.size()); }
+    /// Normals that can be used: modes 0 and 1 with one a vertex.
+    bool hasNormals() const { return mode < kModeTwoTextures && vectors.size() == positions.size(); }
     int32_t secondTexture() const { return colour.r + 256 * colour.g; }
     void setSecondTexture(int32_t name) {
         colour.r = static_cast<uint8_t>(name % 256);

@@ -36,8 +36,8 @@ class cModel {
 public:
     std::vector<cModelObject> objects;
 
-    /// Replaces the content by a .3ds, .obj or .cpm file. 0 or more, −1 when it cannot be read (the model is then
-    /// empty; the reason is in SDL's error text or, for CPM, in the log).
+    /// Replaces the content by a .3ds, .obj or .cpm file. 0 or more, −1 when it cannot be read (the model is
+    /// then empty; the reason is in SDL's error text or, for CPM, in the log).
     int load(const std::string& fileName, bool computeNormals);
     int loadWithColour(const std::string& fileName, uint8_t r, uint8_t g, uint8_t b);
     int loadWithTextureFile(const std::string& fileName, const std::string& textureFile);
@@ -53,6 +53,7 @@ public:
     void clear() { objects.clear(); }
     /// Added only when it has a vertex and a face.
     void add(cModelObject object);
+    /// Replaces every object's `vectors` by smooth normals, in mode 2 too.
     void computeNormals();
     /// `index` −1 sets all objects.
     void setMaterial(const cColour4& colour, int32_t texture, int index = -1);
@@ -60,10 +61,19 @@ public:
     void scaleToExtent(float size); ///< does nothing for a model without extent
     void moveToCentre();
     /// Second layer for level geometry: takes the texture and coordinates of the matching faces of `second`.
+    /// An object for which `second` has none with as many faces logs a row and keeps its single texture.
     void applySecondTexture(const cModel& second);
 
     float extent() const;    ///< largest absolute coordinate
     cVector3 centre() const; ///< of the bounding box
     int totalFaces() const;
     int totalVertices() const;
+
+private:
+    int readByExtension(const std::string& fileName);
+    void setTexture(int32_t texture); ///< keeps the colours
 };
+
+/// Replaces the model by a CPM file with its textures loaded. 0, or −1 with one error row and the model
+/// empty.
+int loadCpm(const std::string& fileName, cModel& model);

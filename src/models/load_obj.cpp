@@ -1,0 +1,198 @@
+#include "models/load_obj.h"
+
+#include "data/text_lines.h"
+#include "models/model.h"
+#include "platform/files.h"
+#include "render/texture_cache.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace {
+/// Path up to its last separator with a backslash at its end; empty without a separator.
+std::string directoryOf(const std::string& path) {
+    const size_t separator = platform::lastSeparator(path);
+    return separator == std::string::npos ? std::string() : path.substr(0, separator) + "\\";
+}
+
+/// k · 256 cut to eight bits: 1.0 gives 0.
+uint8_t colourByte(float k) {
+    const float scaled = k * 256.0f;
+    return std::fabs(scaled) < 1e9f ? static_cast<uint8_t>(static_cast<int32_t>(scaled)) : uint8_t{0};
+}
+
+struct ObjMaterial {
+    cColour4 colour;
+    int32_t texture = kNoTexture;
+    float su = 1, sv = 1; ///< scale of the texture coordinates
+};
+
+class cMaterialLibrary {
+public:
+    void open(const std::string& path) {
+        directory_ = directoryOf(path);
+        lines_.open(path);
+    }
+
+    /// White without a texture when the library or the material is missing.
+    ObjMaterial find(const std::string& wanted) {
+        ObjMaterial material;
+        lines_.rewind();
+        std::string line;
+        for (bool inside = false; lines_.next(line);) {
+            std::string_view rest = line;
+            const std::string keyword = takeWord(rest);
+            if (keyword == "newmtl") {
+                if (inside) break;
+                const std::string name = takeWord(rest);
+                inside = !name.empty() && name == wanted;
+            } else if (inside && keyword == "Kd") {
+                float k[3] = {};
+                const std::string numbers(rest);
+                if (std::sscanf(numbers.c_str(), "%f %f %f", &k[0], &k[1], &k[2]) == 3) {
+                    material.colour = {colourByte(k[0]), colourByte(k[1]), colourByte(k[2]), 0};
+                }
+            } else if (inside && keyword == "map_Kd") {
+                readMap(rest, material);
+            }
+        }
+        return material;
+    }
+
+private:
+    void readMap(std::string_view rest, ObjMaterial& material) const {
+        std::string word = takeWord(rest);
+        if (word == "-s") {
+            std::sscanf(takeWord(rest).c_str(), "%f", &material.su);
+            std::sscanf(takeWord(rest).c_str(), "%f", &material.sv);
+            takeWord(rest); // depth
+            word = takeWord(rest);
+        }
+        if (!word.empty()) material.texture = cTextureCache::instance().load(directory_ + word);
+    }
+
+    std::string directory_;
+    cTextLines lines_;
+};
+
+class cObjReader {
+public:
+    cObjReader(const std::string& path, cModel& model) : directory_(directoryOf(path)), model_(model) {}
+
+    void read(cTextLines& lines) {
+        std::string line;
+        while (lines.next(line)) {
+            std::string_view rest = line;
+            switch (line.empty() ? '\0' : line[0]) {
+            case 'm':
+                if (takeWord(rest) == "mtllib") library_.open(directory_ + takeWord(rest));
+                break;
+            case 'u':
+                if (takeWord(rest) == "usemtl") materialName_ = takeWord(rest);
+                break;
+            case 'v':
+                readVertex(line);
+                break;
+            case 'f':
+                readFace(line);
+                break;
+            default:
+                break;
+            }
+        }
+        complete();
+    }
+
+private:
+    /// As written in the file: counted from 1 over all objects, 0 where nothing was read.
+    struct Face {
+        int32_t position[3] = {}, texCoord[3] = {};
+    };
+
+    void readVertex(const std::string& line) {
+        if (facesRead_) complete();
+        const char* text = line.c_str();
+        if (text[1] == ' ') {
+            float x = 0, z = 0, y = 0;
+            std::sscanf(text + 2, "%f %f %f", &x, &z, &y);
+            object_.positions.push_back({x, y, -z});
+        } else if (text[1] == 't') {
+            TexCoord t;
+            std::sscanf(text + 2, " %f %f", &t.u, &t.v);
+            object_.texCoords.push_back(t);
+        }
+    }
+
+    void readFace(const std::string& line) {
+        Face f;
+        int32_t *p = f.position, *t = f.texCoord;
+        if (object_.texCoords.empty()) {
+            std::sscanf(line.c_str() + 1, "%d %d %d", &p[0], &p[1], &p[2]);
+        } else {
+            std::sscanf(line.c_str() + 1, "%d/%d %d/%d %d/%d", &p[0], &t[0], &p[1], &t[1], &p[2], &t[2]);
+        }
+        faces_.push_back(f);
+        facesRead_ = true;
+    }
+
+    /// Index into this object's own array; false when it belongs to another object or to none.
+    static bool local(int32_t index, int64_t base, size_t count, uint32_t& out) {
+        const int64_t i = index - base;
+        out = static_cast<uint32_t>(i);
+        return i >= 0 && i < static_cast<int64_t>(count);
+    }
+
+    void addFaces() {
+        const bool textured = !object_.texCoords.empty();
+        for (const Face& f : faces_) {
+            FaceIndices position{}, texCoord{};
+            bool ok = true;
+            for (size_t k = 0; k < 3; ++k) {
+                ok = ok && local(f.position[k], positionBase_, object_.positions.size(), position[k]);
+                if (textured)
+                    ok = ok && local(f.texCoord[k], texCoordBase_, object_.texCoords.size(), texCoord[k]);
+            }
+            if (!ok) continue;
+            object_.faces.push_back(position);
+            object_.faceTexCoords.push_back(texCoord);
+        }
+    }
+
+    /// The material is the one in force now, which a group's own `usemtl` before its vertices may have
+    /// changed.
+    void complete() {
+        addFaces();
+        const ObjMaterial material = library_.find(materialName_);
+        object_.colour = material.colour;
+        object_.texture = material.texture;
+        object_.mode = material.texture >= 0 ? kModeTexture : kModeColour;
+        for (TexCoord& t : object_.texCoords) {
+            t.u *= material.su;
+            t.v *= material.sv;
+        }
+        positionBase_ += object_.vertexCount();
+        texCoordBase_ += object_.texCoordCount();
+        model_.add(std::move(object_));
+        object_ = {};
+        faces_.clear();
+        materialName_.clear();
+        facesRead_ = false;
+    }
+
+    std::string directory_;
+    cModel& model_;
+    cMaterialLibrary library_;
+    std::string materialName_;
+    cModelObject object_; ///< being read
+    std::vector<Face> faces_;
+    int64_t positionBase_ = 1, texCoordBase_ = 1;
+    bool facesRead_ = false;
+};
+} // namespace
+
+int loadObj(const std::string& path, cModel& model) {
+    cTextLines lines;
+    if (!lines.open(path)) return -1;
+    cObjReader(path, model).read(lines);
+    return 0;
+}
