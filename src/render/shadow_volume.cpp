@@ -4,6 +4,7 @@
 #include "core/geometry.h"
 #include "platform/gl_api.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace shadowVolume {
@@ -42,7 +43,10 @@ private:
 } // namespace
 
 void computeNeighbours(cModelObject& o) {
-    const std::vector<uint32_t> group = firstEqualPositions(o.positions);
+    size_t used = 0; // an animated mesh has more positions than its faces name
+    for (const FaceIndices& f : o.faces)
+        used = std::max<size_t>(used, std::max({f[0], f[1], f[2]}) + size_t{1});
+    const auto group = firstEqualPositions(std::span<const cVector3>(o.positions).first(used));
     const auto faceCount = static_cast<uint32_t>(o.faces.size());
     cEdgeMap edges(faceCount);
     for (uint32_t f = 0; f < faceCount; ++f) {
