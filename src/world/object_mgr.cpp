@@ -97,11 +97,11 @@ void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
     if (!platform::hasGlContext()) return;
     if (shadowsEnabled && view.light.y > 0) {
         glEnable(GL_BLEND);
-        beginShadowVolumes();
+        shadowVolume::begin();
         for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->drawShadow(view.light);
-        secondShadowVolumePass();
+        shadowVolume::second();
         for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->drawShadow(view.light);
-        endShadowVolumes();
+        shadowVolume::end();
         glDisable(GL_BLEND);
     }
     for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->draw(view);

@@ -63,14 +63,14 @@ struct NodeReader {
     }
 };
 
-void compileNode(Node& node) {
+void compileNode(Node& node, const cVolumetricFog& fog) {
     for (auto& child : node.children) {
-        if (child) compileNode(*child);
+        if (child) compileNode(*child, fog);
     }
     if (!node.model || node.displayList > 0) return;
     node.displayList = static_cast<int32_t>(glGenLists(1));
     glNewList(static_cast<GLuint>(node.displayList), GL_COMPILE);
-    for (const cModelObject& object : node.model->objects) drawImmediateTwoTextures(object);
+    meshDraw::drawImmediateTwoTextures(node.model->objects, fog);
     glEndList();
 }
 } // namespace
@@ -110,7 +110,7 @@ bool cOctree::read(cBinaryReader& in, const cMaterialList& materials) {
 }
 
 void cOctree::compileDisplayLists() {
-    if (root_ && platform::hasGlContext()) compileNode(*root_);
+    if (root_ && platform::hasGlContext()) compileNode(*root_, fog_);
 }
 
 void cOctree::draw() {

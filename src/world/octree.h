@@ -2,6 +2,7 @@
 #include "core/frustum.h"
 #include "core/geometry.h"
 #include "models/model.h"
+#include "render/mesh_draw.h"
 
 #include <memory>
 #include <string>
@@ -28,6 +29,8 @@ public:
     /// Replaces the tree. False, with the tree empty, when the data is damaged.
     bool read(cBinaryReader& in, const cMaterialList& materials);
 
+    /// Fog coordinates that display lists compiled from now on carry.
+    void setFog(const cVolumetricFog& fog) { fog_ = fog; }
     /// Draws the leaves that touch the view frustum.
     void draw();
     /// "Total Nodes: %d, last drawn: %d Last Trace: %d"
@@ -55,6 +58,7 @@ private:
     void drawNode(const Node& node, bool cull);
 
     std::unique_ptr<Node> root_;
+    cVolumetricFog fog_;
     int32_t totalNodes_ = 0;
     int32_t lastDrawn_ = 0;
     mutable int32_t lastTrace_ = 0;

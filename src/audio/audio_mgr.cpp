@@ -1,0 +1,6 @@
+#include "audio/audio_mgr.h"
+
+cAudioMgr& cAudioMgr::instance() {
+    static cAudioMgr manager;
+    return manager;
+}

@@ -1,0 +1,240 @@
+#include "core/application.h"
+
+#include "audio/audio_mgr.h"
+#include "core/config_mgr.h"
+#include "core/frustum.h"
+#include "core/log_mgr.h"
+#include "game/physics_world.h"
+#include "models/model.h"
+#include "platform/clock.h"
+#include "platform/gl_api.h"
+#include "render/particles.h"
+#include "render/renderer.h"
+#include "script/event_mgr.h"
+#include "ui/command_mgr.h"
+#include "ui/input_mgr.h"
+#include "world/object_mgr.h"
+#include "world/world.h"
+
+#include <SDL.h>
+
+namespace {
+/// Dark below 5/16, three quarters below 8/16, full above.
+constexpr int kRampTexels = 16;
+constexpr struct {
+    int first;
+    uint8_t grey;
+} kRampSteps[] = {{0, 128}, {5, 192}, {8, 255}};
+
+/// Weapon models that every start brings up to date.
+constexpr struct {
+    const char* from;
+    const char* to;
+} kConversions[] = {{"3ds\\pistoltest.3ds", "s_mdl\\pistol.cpm"}, {"3ds\\grenade.3ds", "s_mdl\\grenade.cpm"}};
+
+/// What is painted over the 3D picture, bottom first.
+const std::vector<cRenderer::Overlay> kOverlays = {
+    {"world", [] { cWorld::instance().drawOverlays(); }},
+    {"console", [] { cInputMgr::instance().console.draw(); }},
+    {"menu", [] { cInputMgr::instance().menu.draw(); }},
+};
+
+void drawStartBackground() {
+    if (!platform::hasGlContext()) return;
+    glDisable(GL_TEXTURE_2D);
+    glColor4ub(255, 255, 255, 255);
+    glBegin(GL_QUADS);
+    glVertex3i(-10, -10, -5);
+    glVertex3i(10, -10, -5);
+    glVertex3i(10, 10, -5);
+    glVertex3i(-10, 10, -5);
+    glEnd();
+}
+} // namespace
+
+cApplication::cApplication(RunOptions options) : options_(std::move(options)) {}
+
+cApplication::~cApplication() { shutdown(); }
+
+int cApplication::run() {
+    if (!start()) return 1;
+    while (state_ == STATE_INTRO) introFrame();
+    afterIntro();
+    while (state_ == STATE_MENU) menuFrame();
+    cInputMgr::instance().pump(0, &state_);
+    // The time spent in the menu is not the game's.
+    tickBase_ = platform::ticks();
+    dt_ = 0;
+    while (state_ != STATE_QUIT) gameFrame();
+    shutdown();
+    return 0;
+}
+
+/// False when nothing can be shown: without a window nobody could play or even quit.
+bool cApplication::start() {
+    started_ = true;
+    createManagers();
+    openWindow();
+    if (!cRenderer::instance().hasScreen()) {
+        std::fprintf(stderr, "Quorvane cannot open a window: %s\n", SDL_GetError());
+        cLogMgr::instance().error("No window could be opened: %s", SDL_GetError());
+        return false;
+    }
+    cRenderer::instance().drawLoadingScreen();
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    convertModels();
+    makeRamp();
+    glEnable(GL_CULL_FACE);
+    cWorld::instance().attachState(&state_);
+    if (!options_.level.empty()) return startLevel();
+    cWorld::instance().startIntro();
+    state_ = STATE_INTRO;
+    dt_ = 0;
+    tickBase_ = platform::ticks();
+    cAudioMgr::instance().playMusic("sounds\\quorvane");
+    return true;
+}
+
+void cApplication::createManagers() const {
+    cLogMgr::instance();
+    cRenderer::instance().setFast(options_.fast);
+    cFrustum::instance();
+    cPhysicsWorld::instance();
+    cInputMgr::instance();
+    cObjectMgr::instance();
+    cWorld::instance();
+    cEventMgr::instance();
+    cAudioMgr::instance().initialise();
+}
+
+void cApplication::openWindow() {
+    cConfigMgr& config = cConfigMgr::instance();
+    cRenderer& renderer = cRenderer::instance();
+    const std::string icon = config.getString("WINDOW_ICON", "window");
+    renderer.setCaption(config.getString("WINDOW_TITLE", "window"), icon);
+    renderer.setOverlays(kOverlays);
+    renderer.addModeListener([] { cWorld::instance().hud.loadHud(); });
+    renderer.addModeListener([] { cInputMgr::instance().menu.loadPictures(); });
+    const bool fullscreen = config.getInt("FULLSCREEN", "window") != 0;
+    const int height = options_.height ? options_.height : config.getInt("WINDOW_HEIGHT", "window");
+    const int width = options_.width ? options_.width : config.getInt("WINDOW_WIDTH", "window");
+    renderer.setVideoMode(width, height, fullscreen);
+}
+
+void cApplication::convertModels() {
+    for (const auto& row : kConversions) {
+        converted_.push_back(std::make_unique<cModel>());
+        // A model that did not load would replace a good file by an empty one.
+        if (converted_.back()->load(row.from, true) < 0) {
+            cLogMgr::instance().error("Cannot convert %s: %s", row.from, SDL_GetError());
+        } else if (!converted_.back()->saveCpm(row.to)) {
+            cLogMgr::instance().error("Cannot write %s", row.to);
+        }
+    }
+}
+
+void cApplication::makeRamp() const {
+    uint8_t texels[kRampTexels][3];
+    for (const auto& step : kRampSteps) {
+        for (int i = step.first; i < kRampTexels; ++i) texels[i][0] = texels[i][1] = texels[i][2] = step.grey;
+    }
+    cWorld::instance().celRamp = static_cast<uint32_t>(cRenderer::instance().createTexture1D(texels, kRampTexels));
+}
+
+bool cApplication::startLevel() {
+    cWorld& world = cWorld::instance();
+    world.heroName = "Quorvane";
+    world.levelFile = options_.level;
+    world.spawnPoint = options_.spawn;
+    world.saveGame();
+    cRenderer::instance().drawLoadingScreen();
+    if (world.loadLevel(options_.level) < 0) {
+        std::fprintf(stderr, "The level \"%s\" cannot be loaded; quorvane.html says why.\n", options_.level.c_str());
+        return false;
+    }
+    state_ = STATE_GAME;
+    return true;
+}
+
+void cApplication::introFrame() {
+    takePictures();
+    cRenderer::instance().beginFrame();
+    cInputMgr::instance().pump(dt_, &state_);
+    cWorld::instance().updateIntro(dt_, &state_);
+    cAudioMgr::instance().update();
+    cRenderer::instance().present();
+    measure();
+}
+
+void cApplication::afterIntro() {
+    cWorld::instance().resetCinematic();
+    if (options_.level.empty() && state_ != STATE_QUIT) {
+        state_ = STATE_MENU;
+        cInputMgr::instance().openMenu();
+    }
+    glDisable(GL_TEXTURE_2D);
+}
+
+void cApplication::menuFrame() {
+    takePictures();
+    cRenderer::instance().beginFrame();
+    cInputMgr::instance().pump(0, &state_);
+    cAudioMgr::instance().update();
+    drawStartBackground();
+    cRenderer::instance().endFrame();
+}
+
+void cApplication::gameFrame() {
+    cRenderer& renderer = cRenderer::instance();
+    cWorld& world = cWorld::instance();
+    if (options_.script) options_.script(gameFrames_, &state_);
+    takePictures();
+    renderer.beginFrame();
+    cFrustum::instance().update();
+    world.update(dt_, &state_);                     // poses first: objects read them
+    cObjectMgr::instance().update(dt_, &state_);    // controllers post their moves
+    cPhysicsWorld::instance().step(dt_, state_);    // moves are resolved, touches become events
+    cEventMgr::instance().process(dt_, &state_);
+    cAudioMgr::instance().update();
+    world.updateCameraOrCinematic(dt_, &state_);
+    cFrustum::instance().update();                  // the camera has moved
+    world.drawLevel();
+    cObjectMgr::instance().draw(world.isPlayerVisible(), world.viewInfo());
+    world.drawEnvironment();
+    cInputMgr::instance().pump(dt_, &state_);
+    renderer.endFrame();
+    measure();
+    ++gameFrames_;
+}
+
+void cApplication::measure() {
+    const uint64_t now = platform::ticks();
+    dt_ = static_cast<uint32_t>(now - tickBase_);
+    tickBase_ = now;
+}
+
+void cApplication::takePictures() {
+    for (const RunOptions::Screenshot& shot : options_.screenshots) {
+        if (shot.frame == cRenderer::instance().framesPresented()) cRenderer::instance().requestScreenshot(shot.path);
+    }
+}
+
+/// Renderer first, log last: later destructors run without GL and without SDL.
+void cApplication::shutdown() {
+    if (!started_) return;
+    started_ = false;
+    cObjectMgr::instance().setForgetListener({});
+    cRenderer::destroy();
+    cFrustum::destroy();
+    cEventMgr::destroy();
+    cInputMgr::destroy();
+    cObjectMgr::destroyInstance();
+    cPhysicsWorld::destroy();
+    cConfigMgr::destroy();
+    cWorld::destroy();
+    destroyEffects();
+    cAudioMgr::instance().shutdown();
+    cLogMgr::destroy();
+    converted_.clear();
+}

@@ -1,0 +1,60 @@
+#pragma once
+#include "core/game_state.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+class cModel;
+
+/// What the command line asks of a windowed run.
+struct RunOptions {
+    std::string level, spawn; ///< start there at once; empty: intro and menu
+    int width = 0, height = 0; ///< 0: as configured
+    bool fast = false;
+    struct Screenshot {
+        std::string path;
+        uint32_t frame; ///< counted from the first presented one
+    };
+    std::vector<Screenshot> screenshots;
+    /// Called before each game frame's input is read, with the number of game frames so far; may push SDL events.
+    std::function<void(uint32_t gameFrame, GameState* state)> script;
+};
+
+/// Owns the thread from start to exit: managers, window, the three loops, shutdown.
+class cApplication {
+public:
+    explicit cApplication(RunOptions options = {});
+    ~cApplication();
+
+    int run(); ///< the whole program; 0, or 1 when there is no window to play in
+
+    // The pieces of run, for tests that step the game themselves.
+    bool start();
+    void introFrame();
+    void menuFrame();
+    void gameFrame();
+    void afterIntro();
+    void shutdown();
+    GameState state() const { return state_; }
+    void setState(GameState state) { state_ = state; }
+
+private:
+    void createManagers() const;
+    void openWindow();
+    void convertModels();
+    void makeRamp() const;
+    bool startLevel();
+    void measure();
+    void takePictures();
+
+    RunOptions options_;
+    GameState state_ = STATE_INTRO;
+    uint32_t dt_ = 0;       ///< ms between the two most recent measurements
+    uint64_t tickBase_ = 0; ///< at the last measurement
+    uint32_t gameFrames_ = 0;
+    bool started_ = false;
+    std::vector<std::unique_ptr<cModel>> converted_;
+};

@@ -1,0 +1,146 @@
+#include "core/application.h"
+#include "core/log_mgr.h"
+#include "core/tour.h"
+#include "platform/clock.h"
+#include "platform/console_streams.h"
+#include "platform/files.h"
+#include "platform/random.h"
+#include "script/cml_lookups.h"
+#include "ui/command_mgr.h"
+#include "ui/input_mgr.h"
+
+#include <CLI/CLI.hpp>
+#include <SDL.h>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+namespace {
+struct CommandLine {
+    std::vector<std::string> data, exec, check, screenshots;
+    std::string user, window, level, spawn = "hut", tour;
+    uint32_t fixedStep = 0;
+    int64_t seed = -1;
+    bool fast = false;
+};
+
+void declare(CLI::App& app, CommandLine& line) {
+    app.add_option("--level", line.level, "Start in this level at once");
+    app.add_option("--spawn", line.spawn, "Spawn point for --level (default: hut)");
+    app.add_option("--exec", line.exec, "Run a console line without a window; may be repeated")->take_all()->expected(1);
+    app.add_option("--check", line.check, "Compile level documents and print every message");
+    app.add_option("--data", line.data, "Directory or archive with game data; may be repeated")->take_all()->expected(1);
+    app.add_option("--user", line.user, "Directory for settings, saved heroes and the log");
+    app.add_option("--window", line.window, "Window size, for example 1024x768");
+    app.add_option("--fixed-step", line.fixedStep, "Virtual clock: milliseconds that each frame takes");
+    app.add_option("--seed", line.seed, "Fix the random generator")->check(CLI::Range(0u, 0xFFFFFFFFu));
+    app.add_flag("--fast", line.fast, "Rasterise only the frames that are pictured");
+    app.add_option("--screenshot", line.screenshots, "FILE@FRAME: write that frame as PNG; may be repeated")
+        ->take_all()
+        ->expected(1);
+    app.add_option("--tour", line.tour, "Play a short tour and write its pictures into this directory")
+        ->expected(0, 1)
+        ->default_str("tour");
+    app.set_version_flag("--version", QUORVANE_VERSION);
+}
+
+bool isGameData(const std::filesystem::path& dir) {
+    std::error_code ignored;
+    return std::filesystem::exists(dir / "window.cfg", ignored);
+}
+
+/// The working directory when it holds game data and can be written to, else the user's data directory.
+std::string defaultUserDir() {
+    if (isGameData(".") && access(".", W_OK) == 0) return ".";
+    if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg) return std::string(xdg) + "/quorvane";
+    if (const char* home = std::getenv("HOME"); home && *home) return std::string(home) + "/.local/share/quorvane";
+    return ".";
+}
+
+int fail(const std::string& sentence) {
+    std::fprintf(stderr, "%s\n", sentence.c_str());
+    return 1;
+}
+
+int execLines(const std::vector<std::string>& lines) {
+    cConsole::useTerminal(true);
+    cInputMgr::instance().saveOnExit = false;
+    int status = 0;
+    for (const std::string& text : lines) {
+        if (cCommandMgr::instance().execute(text) != 0) status = 1;
+    }
+    return status;
+}
+
+int checkDocuments(const std::vector<std::string>& files) {
+    cInputMgr::instance().saveOnExit = false;
+    int status = 0;
+    for (const std::string& file : files) {
+        cCmlElement document;
+        CmlReport report;
+        report.quiet = true;
+        document.load(file, cmlLookups(), report);
+        for (const CmlReport::Row& row : report.rows) std::printf("%s:%d: %s\n", file.c_str(), row.line, row.message.c_str());
+        if (!report.rows.empty()) status = 1;
+    }
+    return status;
+}
+
+bool parseWindow(const std::string& text, RunOptions& run) {
+    return text.empty() || (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= 320 &&
+                            run.height >= 240 && run.width <= 16384 && run.height <= 16384);
+}
+
+bool parseScreenshot(const std::string& text, RunOptions& run) {
+    const size_t at = text.rfind('@');
+    if (at == std::string::npos || at == 0 || at + 1 == text.size()) return false;
+    run.screenshots.push_back(
+        {text.substr(0, at), static_cast<uint32_t>(std::strtoul(text.c_str() + at + 1, nullptr, 10))});
+    return true;
+}
+
+int play(const CommandLine& line) {
+    RunOptions run;
+    run.fast = line.fast;
+    run.level = line.level;
+    run.spawn = line.spawn;
+    if (!parseWindow(line.window, run)) return fail("--window wants a size like 1024x768, at least 320x240.");
+    for (const std::string& text : line.screenshots) {
+        if (!parseScreenshot(text, run)) return fail("--screenshot wants FILE@FRAME.");
+    }
+    if (!line.tour.empty()) return playTour(line.tour, run);
+    platform::redirectConsoleStreams();
+    return cApplication(run).run();
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Quorvane, a 3D action-adventure");
+    CommandLine line;
+    declare(app, line);
+    CLI11_PARSE(app, argc, argv);
+    if (app.count("--tour") != 0 && line.tour.empty()) line.tour = "tour";
+    const bool tool = !line.exec.empty() || !line.check.empty();
+
+    platform::FileRoots roots{line.data, line.user.empty() ? defaultUserDir() : line.user};
+    std::string problem;
+    if (!platform::openFileSystem(argv[0], roots, problem)) return fail(problem);
+    platform::allowRealPaths(tool);
+    cLogMgr::useTerminal(tool);
+    if (!tool && !platform::fileExists("window.cfg")) {
+        return fail("There is no game data here. Start the game with ./play, or name the data with --data DIR.");
+    }
+    if (line.fixedStep) platform::useFixedStep(line.fixedStep);
+    if (line.seed >= 0) platform::lockRandomSeed(static_cast<uint32_t>(line.seed));
+
+    int status = 0;
+    if (tool) {
+        status = execLines(line.exec);
+        if (!line.check.empty() && checkDocuments(line.check) != 0) status = 1;
+    } else {
+        status = play(line);
+    }
+    platform::closeFileSystem();
+    return status;
+}

@@ -1,0 +1,31 @@
+#include "platform/console_streams.h"
+
+#include "platform/files.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+
+void redirect(int descriptor, const char* name) {
+    const int file = open(userPath(name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (file < 0) return;
+    dup2(file, descriptor);
+    close(file);
+}
+} // namespace
+
+void redirectConsoleStreams() {
+    if (kSanitized) return;
+    std::fflush(nullptr);
+    redirect(STDOUT_FILENO, "stdout.txt");
+    redirect(STDERR_FILENO, "stderr.txt");
+}
+} // namespace platform

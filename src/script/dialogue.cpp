@@ -1,0 +1,6 @@
+#include "script/dialogue.h"
+
+cDialogue& cDialogue::instance() {
+    static cDialogue dialogue;
+    return dialogue;
+}

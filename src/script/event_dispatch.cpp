@@ -1,0 +1,69 @@
+// What becomes of events: reactions of the objects involved, damage to the hero, changes of the game state.
+
+#include "render/renderer.h"
+#include "script/cml_object.h"
+#include "script/dialogue.h"
+#include "script/event_mgr.h"
+#include "world/object_mgr.h"
+#include "world/world.h"
+
+#include <cmath>
+
+namespace {
+cCmlObject* scripted(cController* c) {
+    return c && c->kind() == cController::kCmlObject ? static_cast<cCmlObject*>(c) : nullptr;
+}
+
+/// Truncated toward zero; what an integer cannot hold counts as 0.
+int32_t wholeDamage(float value) { return std::fabs(value) < 2147483648.0f ? static_cast<int32_t>(value) : 0; }
+
+void touched(cController* source, cController* other) {
+    if (cCmlObject* object = scripted(source)) {
+        object->setTarget(other ? other->getOwner() : nullptr);
+        object->fireReaction(kTriggerCollisionChr);
+    }
+    if (cCmlObject* object = scripted(other)) {
+        object->setTarget(source ? source->getOwner() : nullptr);
+        object->fireReaction(kTriggerCollisionChr);
+    }
+}
+
+void hit(const cEvent& e, CmlTrigger trigger) {
+    const int32_t damage = wholeDamage(e.value);
+    if (cCmlObject* object = scripted(e.other)) {
+        object->setParam(damage);
+        object->setTarget(e.source ? e.source->getOwner() : nullptr);
+        object->fireReaction(trigger);
+    } else if (e.other && e.other->kind() == cController::kPlayer) {
+        cWorld::instance().damage(damage);
+    }
+}
+
+void handle(const cEvent& e, GameState* state) {
+    switch (e.type) {
+    case cEvent::kTouchedGeometry:
+        if (cCmlObject* object = scripted(e.source)) object->fireReaction(kTriggerCollisionMesh);
+        break;
+    case cEvent::kTouchedBody: touched(e.source, e.other); break;
+    case cEvent::kDialogueStarted:
+        if (cDialogue::instance().isActive()) *state = STATE_DIALOGUE;
+        break;
+    case cEvent::kDialogueEnded:
+        if (!cDialogue::instance().isActive()) *state = STATE_GAME;
+        break;
+    case cEvent::kBallisticHit: hit(e, kTriggerBallisticHit); break;
+    case cEvent::kMeleeHit: hit(e, kTriggerMeleeHit); break;
+    case cEvent::kExplosion: break; // nothing can explode before there are projectiles
+    }
+}
+} // namespace
+
+void cEventMgr::process(uint32_t, GameState* state) {
+    cRenderer::instance().addDebugText("%d events cleared", count());
+    while (!events_.empty()) {
+        // Taken off first: a reaction may post further events, which are handled next.
+        const cEvent event = events_.back();
+        events_.pop_back();
+        handle(event, state);
+    }
+}

@@ -1,0 +1,179 @@
+#include "ui/input_mgr.h"
+
+#include "core/config_mgr.h"
+#include "render/renderer.h"
+#include "ui/command_mgr.h"
+#include "world/world.h"
+
+#include <SDL.h>
+#include <cstdarg>
+#include <cstdio>
+
+namespace {
+constexpr int kRepeatDelayMs = 500, kRepeatIntervalMs = 30;
+constexpr int kWheelUp = 4, kWheelDown = 5, kLastHeldButton = 3;
+constexpr int kResumeCode = 0;
+constexpr char kReturn = 13;
+constexpr int kConsoleLimit = 93;
+
+cInputMgr* g_instance = nullptr;
+
+int32_t inputSetting(const char* key) { return cConfigMgr::instance().getInt(key, "input"); }
+} // namespace
+
+cInputMgr& cInputMgr::instance() {
+    if (!g_instance) g_instance = new cInputMgr;
+    return *g_instance;
+}
+
+void cInputMgr::destroy() {
+    delete g_instance;
+    g_instance = nullptr;
+}
+
+cInputMgr::cInputMgr() {
+    if (loadSettings(kLatest) != 0) loadSettings(kDefault);
+    names.load();
+    maxTextLength = kConsoleLimit;
+}
+
+cInputMgr::~cInputMgr() {
+    if (saveOnExit) saveSettings(kLatest);
+}
+
+void cInputMgr::print(const char* format, ...) {
+    char text[5000];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    console.print(text);
+}
+
+void cInputMgr::firstPump() {
+    int count = 0;
+    Uint8* keys = SDL_GetKeyState(&count);
+    bindings.setKeyState(count >= kKeyCount ? keys : nullptr);
+    SDL_EnableKeyRepeat(kRepeatDelayMs, kRepeatIntervalMs);
+    SDL_EnableUNICODE(1);
+    pumped_ = true;
+}
+
+void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
+    mouseDX = mouseDY = 0;
+    if (!active) return;
+    if (!pumped_) {
+        firstPump();
+    } else {
+        SDL_PumpEvents();
+        bindings.setKey(kWheelUp, false);
+        bindings.setKey(kWheelDown, false);
+    }
+    if (centerY_ == 0) {
+        centerX_ = static_cast<int>(cRenderer::instance().getWidth()) / 2;
+        centerY_ = static_cast<int>(cRenderer::instance().getHeight()) / 2;
+    }
+    SDL_Event event;
+    while (SDL_PollEvent(&event)) handle(event, state);
+    if (*state == STATE_GAME && cRenderer::instance().hasScreen()) {
+        SDL_WarpMouse(static_cast<Uint16>(centerX_), static_cast<Uint16>(centerY_));
+    }
+    bindings.countDown(elapsedMs);
+    scrollConsole();
+}
+
+void cInputMgr::handle(const SDL_Event& event, GameState* state) {
+    switch (event.type) {
+    case SDL_KEYDOWN:
+        // SDL has set the entry already, but for events that were pushed by a program.
+        bindings.setKey(event.key.keysym.sym, true);
+        keyPressed(event.key.keysym.sym, event.key.keysym.unicode, (event.key.keysym.mod & KMOD_SHIFT) != 0, state);
+        break;
+    case SDL_KEYUP: bindings.setKey(event.key.keysym.sym, false); break;
+    case SDL_MOUSEMOTION:
+        mouseMoved(event.motion.x, event.motion.y, event.motion.xrel, event.motion.yrel, *state);
+        break;
+    case SDL_MOUSEBUTTONDOWN: buttonPressed(event.button.button, event.button.x, event.button.y, state); break;
+    case SDL_MOUSEBUTTONUP:
+        if (event.button.button <= kLastHeldButton) bindings.setKey(event.button.button, false);
+        break;
+    case SDL_QUIT: *state = STATE_QUIT; break;
+    case SDL_USEREVENT:
+        if (event.user.code == kResumeCode) resume(state);
+        break;
+    default: break;
+    }
+}
+
+void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* state) {
+    if (*state == STATE_INTRO) *state = STATE_MENU;
+    if (key == bindings.getBinding(CMD_INVENTORY) && (*state == STATE_GAME || *state == STATE_INVENTORY)) {
+        cInventory& inventory = cWorld::instance().inventory;
+        inventory.toggle();
+        if (*state != STATE_INVENTORY) returnState = *state;
+        *state = inventory.isOpen() ? STATE_INVENTORY : STATE_GAME;
+    }
+    if (key == SDLK_ESCAPE && *state != STATE_MENU) {
+        openMenu();
+        returnState = *state;
+        *state = STATE_MENU;
+    }
+    if (!console.visible && !promptActive) {
+        const int32_t showConsole = inputSetting("CMD_SHOWCONSOLE");
+        // Without the setting every key that has no character would open the console.
+        if (showConsole == 0 || unicode != showConsole) return;
+    }
+    if (key != SDLK_LSHIFT) textInput(static_cast<char>(unicode & 0xFF), shift);
+}
+
+void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
+    mouseX = x;
+    mouseY = static_cast<int>(cRenderer::instance().getHeight()) - y - 1;
+    if (state == STATE_GAME) {
+        // The pointer is put back to the centre every frame.
+        mouseDX = x - centerX_;
+        mouseDY = mouseY - centerY_ + 1;
+    } else {
+        mouseDX = dx;
+        mouseDY = dy;
+    }
+}
+
+void cInputMgr::buttonPressed(int button, int x, int y, GameState* state) {
+    if (*state == STATE_INTRO) *state = STATE_MENU;
+    if (button >= 1 && button <= kWheelDown) bindings.setKey(button, true);
+    if (*state == STATE_INVENTORY) cWorld::instance().inventory.clickCell(x, y);
+}
+
+void cInputMgr::resume(GameState* state) {
+    *state = returnState;
+    if (*state != STATE_LOADING) return;
+    *state = STATE_GAME;
+    cRenderer::instance().drawLoadingScreen();
+}
+
+void cInputMgr::textInput(char character, bool shift) {
+    if (static_cast<unsigned char>(character) == inputSetting("CMD_SHOWCONSOLE")) {
+        console.visible = !console.visible;
+    } else if (character == kReturn) {
+        if (promptActive) {
+            promptConfirmed = true;
+        } else {
+            const std::string line = console.line;
+            console.line.clear();
+            cCommandMgr::instance().execute(line);
+        }
+    } else {
+        typeCharacter(promptActive ? promptText : console.line, maxTextLength, character, shift);
+    }
+}
+
+void cInputMgr::scrollConsole() {
+    const int32_t up = inputSetting("CMD_SCROLLUP"), down = inputSetting("CMD_SCROLLDOWN");
+    const int32_t height = inputSetting("CONSOLE_HEIGHT"), speed = inputSetting("CONSOLE_SCROLL_SPEED");
+    if (bindings.isKeyDown(up)) {
+        console.scrollUp(height, speed);
+    } else if (bindings.isKeyDown(down)) {
+        console.scrollDown(speed);
+    }
+}

@@ -1,0 +1,75 @@
+#pragma once
+#include "core/game_state.h"
+#include "ui/bindings.h"
+#include "ui/console.h"
+#include "ui/key_names.h"
+#include "ui/menu.h"
+
+#include <string>
+#include <vector>
+
+union SDL_Event;
+
+/// Where SDL's events are read: once a frame, into key state, mouse and state changes. Owns console and menu.
+class cInputMgr {
+public:
+    static cInputMgr& instance();
+    static void destroy(); ///< saves the settings in force as the latest
+
+    void pump(uint32_t elapsedMs, GameState* state);
+    void openMenu() { menu.open(); }
+    void print(const char* format, ...) __attribute__((format(printf, 2, 3))); ///< to the console
+
+    bool getCameraControl(int view, float& dx, float& dy) const {
+        return bindings.getCameraControl(view, mouseDX, mouseDY, dx, dy);
+    }
+    bool isWalkDefault() const { return bindings.settings.walkIsDefault != 0; }
+    bool isMoveRelativeToCamera() const { return bindings.settings.moveRelativeToCamera != 0; }
+    void setWalkDefault(bool on) { bindings.settings.walkIsDefault = on; }
+    void setMoveRelativeToCamera(bool on) { bindings.settings.moveRelativeToCamera = on; }
+    void setSensitivity(float value) { bindings.settings.sensitivity = value; }
+    void setOption(uint8_t bit) { bindings.settings.options = static_cast<uint8_t>(bindings.settings.options | bit); }
+    void clearOption(uint8_t bit) { bindings.settings.options = static_cast<uint8_t>(bindings.settings.options & ~bit); }
+    float getSoundVolume() const { return bindings.settings.soundVolume; }
+    float getMusicVolume() const { return bindings.settings.musicVolume; }
+
+    // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with 0xA3 are the program's own.
+    int loadSettings(const std::string& name); ///< 0, or −1 when the file does not hold it
+    bool saveSettings(const std::string& name);
+    int findSettings(const std::string& name) const;
+    std::vector<std::string> listSettings() const;
+    void applySettings(); ///< to HUD, shadows and volumes
+
+    static constexpr const char* kLatest = "\xA3" "LATEST";
+    static constexpr const char* kDefault = "\xA3" "DEFAULT";
+
+    cBindings bindings;
+    cInputSettings editSettings; ///< copy that the settings screens edit
+    cKeyNames names;
+    cConsole console;
+    cMenu menu;
+    std::string settingsName;
+    bool active = true;
+    int mouseX = 0, mouseY = 0;   ///< y from the bottom
+    int mouseDX = 0, mouseDY = 0; ///< of this frame
+    GameState returnState = STATE_GAME;
+    bool promptActive = false, promptConfirmed = false;
+    std::string promptText;
+    int maxTextLength = 93;
+    bool saveOnExit = true; ///< off in tool modes
+
+private:
+    cInputMgr();
+    ~cInputMgr();
+    void firstPump();
+    void handle(const SDL_Event& event, GameState* state);
+    void keyPressed(int key, uint16_t unicode, bool shift, GameState* state);
+    void mouseMoved(int x, int y, int dx, int dy, GameState state);
+    void buttonPressed(int button, int x, int y, GameState* state);
+    void resume(GameState* state);
+    void textInput(char character, bool shift);
+    void scrollConsole();
+
+    bool pumped_ = false;
+    int centerX_ = 0, centerY_ = 0;
+};

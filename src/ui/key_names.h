@@ -1,0 +1,13 @@
+#pragma once
+#include "ui/input_settings.h"
+
+#include <array>
+#include <string>
+
+/// Names of commands and keys from keynames.cfl: 16 command words, then pairs of a word and a key code.
+struct cKeyNames {
+    std::array<std::string, kCommandCount> commands;
+    std::array<std::string, kKeyCount> keys; ///< "???" where none is given
+
+    void load(); ///< a missing file leaves no names
+};

@@ -1,0 +1,102 @@
+#pragma once
+#include "game/camera.h"
+#include "game/cinematic.h"
+#include "game/hud.h"
+#include "game/inventory.h"
+#include "script/cml_element.h"
+#include "script/script_globals.h"
+#include "world/environment.h"
+#include "world/model_store.h"
+#include "world/octree.h"
+
+#include <string>
+
+/// The current level and everything that outlives it: hero's health and name, camera, inventory, globals.
+class cWorld {
+public:
+    static cWorld& instance();
+    static void destroy();
+
+    // --- Levels (level_loader.cpp, saved_heroes.cpp) ---------------------------------------------------------
+    /// 0, or negative when the document or a file of it cannot be loaded; a document that fails leaves no objects.
+    int loadLevel(const std::string& fileName);
+    /// Starts the end-of-level fade towards a level; ignored while one is under way.
+    void requestLevelChange(const std::string& level, const std::string& spawn);
+    /// A new hero at the first level's first spawn point. False when the level cannot be loaded.
+    bool startNewGame(const std::string& name);
+    void saveGame();                              ///< the hero's checkpoint
+    int loadSavedGame(const std::string& name);   ///< 0, or −1 when there is none of that name
+    bool isGameLoaded() const;
+
+    // --- Intro (intro.cpp) -----------------------------------------------------------------------------------
+    void startIntro();
+    void updateIntro(uint32_t elapsedMs, GameState* state);
+
+    // --- Frame -----------------------------------------------------------------------------------------------
+    /// Where state changes of a level load go: conversations and cinematics end with their level.
+    void attachState(GameState* state) { state_ = state; }
+    void update(uint32_t elapsedMs, GameState* state);
+    void updateCameraOrCinematic(uint32_t elapsedMs, GameState* state);
+    void drawLevel();
+    void drawEnvironment();
+    ViewInfo viewInfo() const;
+    bool isPlayerVisible() const; ///< false in first person without a cinematic
+    void drawOverlays();          ///< 2D layer: crosshair, fades, action music, end of level (overlays.cpp)
+    void forget(const cObject* object);
+
+    // --- Cinematics (cinematic.cpp) --------------------------------------------------------------------------
+    void startCinematic(int32_t position); ///< among the level element's children
+    void updateCinematic(GameState* state);
+    void resetCinematic();
+
+    // --- Hero ------------------------------------------------------------------------------------------------
+    /// Negative heals. Plays the hit or death animation.
+    void damage(int32_t amount);
+
+    static constexpr const char* kUnloadedHero = "\xA3" "UNLOADED";
+    static constexpr float kNoLight = -49; ///< a light at or below this height does not exist
+
+    cCmlElement document;
+    std::string levelFile, spawnPoint;
+    std::string appearanceFile, environmentFile;
+    std::string heroName = kUnloadedHero;
+    std::string heroSettings;
+    cStaticModelStore staticModels;
+    cAnimatedModelStore animatedModels;
+    cVector3 lightPosition{0, -50, 0};
+    uint32_t celRamp = 0; ///< GL name
+    int32_t maxHealth, health;
+    int32_t intensity = 0, intensityRising = 0; ///< envelope of the action music, 0 … 200
+    int32_t levelChangePending = 0;             ///< 0, else the alpha of the end-of-level fade
+    float playerMusicVolume = 1;                ///< of the settings in force, 0 … 1
+    int32_t menuTexture = -1;                   ///< set by the menu, which owns the picture
+    cCamera camera;
+    cInventory inventory;
+    cHud hud;
+    cCinematic cinematic;
+    cScriptGlobals globals;
+    cOctree scenery;
+
+private:
+    cWorld();
+
+    // Steps of a level load.
+    int loadDocument(const std::string& fileName);
+    void loadEnvironment();
+    void loadFog();
+    int loadScenery();
+    void loadObjects();
+    void loadHero();
+    void loadMusic();
+    void endCinematic(GameState* state);
+
+    cEnvironment environment_;
+    GameState* state_ = nullptr;
+    int32_t introImage_ = -1;
+    uint64_t introClock_ = 0; ///< ms
+
+    struct Checkpoint {
+        std::string hero, level, spawn;
+    };
+    Checkpoint checkpoint_; ///< of this run
+};
