@@ -7,6 +7,7 @@
 #include "support/temp_game.h"
 
 #include <SDL.h>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -272,4 +273,42 @@ TEST(SecondTexture, FollowsTheCornersOfMatchingFaces) {
     EXPECT_EQ(result.faceSecond[1], (FaceIndices{2, 0, 1}));
     EXPECT_EQ(first.objects[1].mode, kModeColour);
     EXPECT_EQ(TempGame::errorCount("Failed to apply second texture"), 1);
+}
+
+TEST(SecondTexture, FastEqualsPlainOnRandomMeshes) {
+    uint32_t seed = 11;
+    const auto random = [&seed](uint32_t n) { return (seed = seed * 1664525u + 1013904223u) / 65536u % n; };
+    for (int round = 0; round < 30; ++round) {
+        cModelObject a, b;
+        for (cModelObject* o : {&a, &b}) {
+            o->texture = 1;
+            // Around cell borders, some nearer than 0.001 to another and some not.
+            const auto c = [&] {
+                return (static_cast<float>(random(3)) - 1) * 0.01f +
+                       (static_cast<float>(random(5)) - 2) * 0.0006f;
+            };
+            for (int i = 0; i < 30; ++i) o->positions.push_back({c(), c(), 0});
+            for (int i = 0; i < 60; ++i) o->faces.push_back({random(30), random(30), random(30)});
+            o->faceTexCoords = o->faces;
+            o->texCoords.resize(30);
+        }
+        cModel first, second;
+        first.objects = {a};
+        second.objects = {b};
+        first.applySecondTexture(second);
+        std::vector<FaceIndices> plain(a.faces.size());
+        for (const FaceIndices& bf : b.faces) {
+            const auto near = [&](uint32_t i, uint32_t j) { return a.positions[i].isNear(b.positions[j]); };
+            const auto match = std::find_if(a.faces.begin(), a.faces.end(), [&](const FaceIndices& af) {
+                return std::all_of(af.begin(), af.end(), [&](uint32_t i) {
+                    return near(i, bf[0]) || near(i, bf[1]) || near(i, bf[2]);
+                });
+            });
+            for (size_t k = 0; match != a.faces.end() && k < 9; ++k) {
+                if (near((*match)[k / 3], bf[k % 3]))
+                    plain[size_t(match - a.faces.begin())][k / 3] = bf[k % 3];
+            }
+        }
+        ASSERT_EQ(first.objects[0].faceSecond, plain) << round;
+    }
 }

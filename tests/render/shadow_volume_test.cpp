@@ -1,6 +1,7 @@
 #include "render/shadow_volume.h"
 
 #include "core/matrix4.h"
+#include "models/character_pose.h"
 #include "platform/gl_api.h"
 #include "support/gl_window.h"
 
@@ -157,4 +158,37 @@ TEST_F(ShadowPass, DarkensWhatTheCubeHidesFromTheLight) {
     glGetBooleanv(GL_COLOR_WRITEMASK, colourWrites);
     EXPECT_TRUE(depthWrites && colourWrites[0]);
     EXPECT_FALSE(glIsEnabled(GL_STENCIL_TEST) || glIsEnabled(GL_CULL_FACE));
+}
+
+/// Two level squares side by side, the second hanging on the first by a tag; both cast straight down.
+TEST_F(ShadowPass, ACharactersHeadCastsUnlessToldNotTo) {
+    auto model = std::make_shared<cCharacterModel>();
+    for (const CharacterPart part : {kLowerPart, kUpperPart}) {
+        cAnimMesh mesh;
+        mesh.verticesPerFrame = 4;
+        mesh.positions = {
+            {-0.8f, 0.5f, -0.1f}, {-0.8f, 0.5f, 0.1f}, {-0.2f, 0.5f, 0.1f}, {-0.2f, 0.5f, -0.1f}};
+        mesh.faces = {{0, 1, 2}, {0, 2, 3}};
+        model->parts[part].meshes = {mesh};
+    }
+    cTag tag;
+    tag.origin = {1, 0, 0};
+    model->parts[kLowerPart].tags = {tag};
+    model->parts[kLowerPart].tagCount = 1;
+    model->parts[kLowerPart].attachments = {kUpperPart};
+    cCharacterPose pose(model);
+    const cVector3 light(0, 100, 0);
+    shadowVolume::begin();
+    pose.drawShadowVolume(light, cMatrix4::identity());
+    EXPECT_EQ(stencil(-0.5f, -0.5f), 0) << "the model is not prepared";
+    model->prepareShadowData();
+    pose.setHeadShadow(false);
+    pose.drawShadowVolume(light, cMatrix4::identity());
+    EXPECT_NE(stencil(-0.5f, -0.5f), 0);
+    EXPECT_EQ(stencil(-0.5f, 0.8f), 0) << "nothing above the caster";
+    EXPECT_EQ(stencil(0.5f, -0.5f), 0);
+    pose.setHeadShadow(true);
+    pose.drawShadowVolume(light, cMatrix4::identity());
+    EXPECT_NE(stencil(0.5f, -0.5f), 0);
+    shadowVolume::end();
 }
