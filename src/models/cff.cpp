@@ -112,7 +112,7 @@ bool readPart(cBinaryReader& in, cAnimModel& part) {
     if (!readHeader(in, h) || !readTags(in, h, part) || !readAnimations(in, h, part)) return false;
     if (!in.canHold(h.meshCount, kMinMeshBytes)) return false;
     for (int32_t i = 0; i < h.meshCount; ++i) {
-        if (!readMesh(in, part)) return false;
+        if (!readMesh(in, part) || !in.good()) return false;
     }
     loadTextures(part);
     return true;

@@ -192,7 +192,7 @@ void cModel::writeObjects(cBinaryWriter& out, const cMaterialList& materials) co
 bool cModel::readObjects(cBinaryReader& in, const cMaterialList& materials) {
     clear();
     const uint32_t count = in.u32();
-    bool ok = in.canHold(count, kMinObjectBytes);
+    bool ok = in.good() && in.canHold(count, kMinObjectBytes);
     for (uint32_t i = 0; ok && i < count; ++i) {
         cModelObject o;
         ok = readObject(in, materials, o) && in.good();

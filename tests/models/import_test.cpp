@@ -1,0 +1,157 @@
+#include "data/binary_reader.h"
+#include "models/load_3ds.h"
+#include "models/load_obj.h"
+#include "models/model.h"
+#include "render/texture_cache.h"
+#include "support/damage.h"
+#include "support/temp_game.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+namespace {
+const std::string kTga = std::string("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0", 18) + "abc";
+
+std::string number16(unsigned v) {
+    return {static_cast<char>(v), static_cast<char>(v >> 8)};
+}
+std::string number32(size_t v) {
+    return number16(v & 0xFFFF) + number16(static_cast<unsigned>(v >> 16));
+}
+std::string floats(std::initializer_list<float> values) {
+    cBinaryWriter out;
+    for (const float v : values) out.f32(v);
+    return {out.bytes().begin(), out.bytes().end()};
+}
+std::string chunk(unsigned id, const std::string& body) {
+    return number16(id) + number32(body.size() + 6) + body;
+}
+std::string zeroed(const std::string& s) {
+    return s + '\0';
+}
+
+std::string material(const std::string& name, const std::string& colour, const std::string& map) {
+    return chunk(0xAFFF, chunk(0xA000, zeroed(name)) + chunk(0xA020, chunk(0x0011, colour)) +
+                             (map.empty() ? "" : chunk(0xA200, chunk(0xA300, zeroed(map)))));
+}
+std::string mesh(const std::string& faceTail, unsigned badIndex = 2) {
+    const std::string vertices = number16(3) + floats({1, 2, 3, 4, 5, 6, 7, 8, 9});
+    const std::string faces = number16(2) + number16(0) + number16(1) + number16(2) + number16(7) +
+                              number16(2) + number16(1) + number16(badIndex) + number16(7);
+    const std::string coords = number16(3) + floats({0, 0.25f, 0.5f, 0.75f, 1, 1});
+    return chunk(0x4000, zeroed("thing") + chunk(0x4100, chunk(0x4110, vertices) + chunk(0x4140, coords) +
+                                                             chunk(0x4120, faces + faceTail)));
+}
+std::string file3ds(const std::string& editor) {
+    return chunk(0x4D4D, chunk(0x0002, number32(3)) + chunk(0x3D3D, chunk(0x3D3E, number32(3)) + editor));
+}
+const std::string kGood = file3ds(
+    material("red", "\x0A\x14\x1E", "") + material("tex", "\1\2\3", "a.tga") +
+    material("red", "\x28\x32\x3C", "") + mesh(chunk(0x4130, zeroed("tex") + "xx")) +
+    mesh(chunk(0x4130, zeroed("tex")) + chunk(0x4130, zeroed("red")) + chunk(0x4130, zeroed("unknown"))));
+
+class Import : public ::testing::Test {
+protected:
+    Import() { game.write("3ds/a.tga", kTga); }
+    ~Import() override { cTextureCache::instance().releaseAll(); }
+    int read3ds(const std::string& bytes) {
+        game.write("3ds/x.3ds", bytes);
+        return model.load("3ds\\x.3ds", false);
+    }
+    int readObj(const std::string& text) {
+        game.write("3ds/x.obj", text);
+        return model.load("3ds\\x.obj", false);
+    }
+    TempGame game;
+    cModel model;
+};
+} // namespace
+
+TEST_F(Import, ThreeDsMeshesAndMaterials) {
+    ASSERT_EQ(read3ds(kGood), 0);
+    ASSERT_EQ(model.objects.size(), 2u);
+    const cModelObject& o = model.objects[0];
+    EXPECT_EQ(o.positions[0], cVector3(1, 3, -2)) << "z up becomes y up";
+    EXPECT_EQ(o.faces, (std::vector<FaceIndices>{{0, 1, 2}, {2, 1, 2}}));
+    EXPECT_EQ(o.faceTexCoords, o.faces);
+    EXPECT_EQ(o.texCoords[0].v, 0.25f);
+    EXPECT_EQ(o.mode, kModeTexture);
+    EXPECT_EQ(cTextureCache::instance().fileName(o.texture), "3ds\\a.tga");
+    EXPECT_EQ(o.colour, (cColour4{1, 2, 3, 0}));
+    const cModelObject& second = model.objects[1];
+    EXPECT_EQ(second.mode, kModeColour);
+    EXPECT_EQ(second.texture, kNoTexture);
+    EXPECT_EQ(second.colour, (cColour4{40, 50, 60, 0}))
+        << "the last chunk, and the last material of its name";
+}
+
+TEST_F(Import, ThreeDsFailures) {
+    EXPECT_EQ(model.load("3ds\\none.3ds", true), -1);
+    EXPECT_STREQ(SDL_GetError(), "Couldn't find file \"none.3ds\"");
+    EXPECT_EQ(read3ds(chunk(0x4D4E, "")), -1);
+    EXPECT_STREQ(SDL_GetError(), "File \"x.3ds\" is corrupt");
+    ASSERT_EQ(read3ds(file3ds(mesh("", 3))), 0);
+    EXPECT_EQ(model.objects[0].faces.size(), 1u) << "a face that names a missing vertex is dropped";
+    const std::string cut = file3ds(mesh("") + mesh(""));
+    ASSERT_EQ(read3ds(cut.substr(0, cut.size() - 20)), 0);
+    EXPECT_EQ(model.objects.size(), 1u) << "what stands before the cut is kept";
+    std::string deep;
+    for (int i = 0; i < 5000; ++i) deep = chunk(0x4100, deep);
+    EXPECT_EQ(read3ds(file3ds(chunk(0x4000, zeroed("") + deep))), 0);
+}
+
+TEST_F(Import, ThreeDsDamageIsHarmless) {
+    readDamaged({kGood.begin(), kGood.end()}, 3000, [&](const platform::Bytes& bytes) {
+        read3ds({bytes.begin(), bytes.end()});
+        model.computeNormals();
+        cMaterialList list;
+        list.addFrom(model);
+        cBinaryWriter out;
+        model.writeObjects(out, list);
+    });
+}
+
+TEST_F(Import, ObjGroupsCountTheirOwnIndices) {
+    game.write("3ds/x.mtl", "newmtl other\r\nKd  1 1 1\r\nnewmtl first\r\nKd  0.5 1.0 0.25\r\n"
+                            "map_Kd -s 2 3 1 a.tga\r\nnewmtl last\r\nmap_Kd a.tga\r\n");
+    ASSERT_EQ(
+        readObj("# comment\r\nmtllib x.mtl\r\nv 1 2 3\r\nv 0 0 0\r\nv 1 0 0\r\nvt 0.5 0.25\r\nvt 1 1\r\n"
+                "usemtl first\r\nf 1/1 2/2 3/1\r\nf 3/1 2/2 1/1\r\n"
+                "v 5 0 0\r\nv 6 0 0\r\nv 7 0 0\r\nvn 1 0 0\r\nf 4 5 6\r\nf 4 5 1\r\nf 4 5 7\r\nf 4 5\r\n"),
+        0);
+    ASSERT_EQ(model.objects.size(), 2u);
+    const cModelObject &first = model.objects[0], &second = model.objects[1];
+    EXPECT_EQ(first.positions[0], cVector3(1, 3, -2));
+    EXPECT_EQ(first.faces, (std::vector<FaceIndices>{{0, 1, 2}, {2, 1, 0}}));
+    EXPECT_EQ(first.faceTexCoords[0], (FaceIndices{0, 1, 0}));
+    EXPECT_EQ(first.colour, (cColour4{128, 0, 64, 0})) << "a full component wraps to 0";
+    EXPECT_EQ(first.mode, kModeTexture);
+    EXPECT_EQ(first.texCoords[0].u, 1.0f);
+    EXPECT_EQ(first.texCoords[0].v, 0.75f);
+    EXPECT_EQ(second.faces, (std::vector<FaceIndices>{{0, 1, 2}}))
+        << "faces with foreign indices are dropped";
+    EXPECT_EQ(second.texture, kNoTexture) << "the material's name is forgotten with its object";
+}
+
+TEST_F(Import, ObjMaterialIsTheOneInForceAtTheNextVertex) {
+    game.write("3ds/x.mtl", "newmtl a\nKd 0.5 0 0\nnewmtl b\nKd 0.25 0 0\n");
+    const std::string triangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    ASSERT_EQ(readObj("mtllib x.mtl\nusemtl a\n" + triangle + "f 1 2 3\nusemtl b\n" + triangle + "f 4 5 6\n"),
+              0);
+    ASSERT_EQ(model.objects.size(), 2u);
+    EXPECT_EQ(model.objects[0].colour.r, 64);
+    EXPECT_EQ(model.objects[1].colour.r, 255);
+    EXPECT_EQ(readObj("f 1 2 3\nv 1\nf 9999999999 -1 2\n" + std::string(600, 'g') + " v 1 1 1"), 0);
+    EXPECT_TRUE(model.objects.empty());
+    EXPECT_EQ(model.load("3ds\\none.obj", true), -1);
+}
+
+TEST_F(Import, ObjDamageIsHarmless) {
+    game.write("3ds/x.mtl", "newmtl a\nKd 1e30 nan -5\nmap_Kd -s 2\nmap_Kd\n");
+    const std::string good =
+        "mtllib x.mtl\nv 1 2 3\nv 0 0 0\nv 1 0 0\nvt 0.5 0.25\nusemtl a\nf 1/1 2/1 3/1\nv 1 1 1\n";
+    readDamaged({good.begin(), good.end()}, 1500, [&](const platform::Bytes& bytes) {
+        readObj({bytes.begin(), bytes.end()});
+        model.computeNormals();
+    });
+}

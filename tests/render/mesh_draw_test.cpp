@@ -1,0 +1,220 @@
+#include "render/mesh_draw.h"
+
+#include "models/character_pose.h"
+#include "platform/gl_api.h"
+#include "render/texture_cache.h"
+#include "support/gl_window.h"
+
+#include <algorithm>
+
+namespace {
+/// Two triangles over the clip area x0 … x1, full height, with aligned texture coordinates.
+cModelObject strip(float x0, float x1) {
+    cModelObject o;
+    o.positions = {{x0, -1, 0}, {x1, -1, 0}, {x1, 1, 0}, {x0, 1, 0}};
+    o.faces = o.faceTexCoords = {{0, 1, 2}, {0, 2, 3}};
+    o.texCoords = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    o.vectors.assign(4, {0, 0, 1});
+    return o;
+}
+
+int32_t plainTexture(uint8_t r, uint8_t g, uint8_t b) {
+    const uint8_t pixels[] = {r, g, b, r, g, b, r, g, b, r, g, b};
+    return cTextureCache::instance().create(2, 2, 24, pixels);
+}
+
+class MeshDraw : public GlTest {
+protected:
+    void SetUp() override {
+        GlTest::SetUp();
+        uint8_t texels[16 * 3];
+        for (int i = 0; i < 16; ++i)
+            std::fill_n(texels + i * 3, 3, uint8_t(i < 5 ? 0x80 : i < 8 ? 0xC0 : 0xFF));
+        ramp = static_cast<uint32_t>(cTextureCache::instance().create1D(texels, 16));
+    }
+    void TearDown() override {
+        cTextureCache::instance().releaseAll();
+        GlTest::TearDown();
+    }
+    uint32_t ramp = 0;
+};
+} // namespace
+
+TEST_F(MeshDraw, CelShadingFollowsTheRampsBands) {
+    const struct {
+        cVector3 light;
+        bool directional;
+        uint32_t brightness; // of white
+    } rows[] = {{{0, 0, -1}, true, 0x80},    {{0, 0, 0.30f}, true, 0x80}, {{0, 0, 0.33f}, true, 0xC0},
+                {{0, 0, 0.49f}, true, 0xC0}, {{0, 0, 0.51f}, true, 0xFF}, {{0, 0, 1}, true, 0xFF},
+                {{0, 0, 5}, false, 0xFF},    {{50, 0, 5}, false, 0x80}};
+    const int32_t blue = plainTexture(0, 0, 255);
+    for (const auto& row : rows) {
+        cModelObject plain = strip(-1, 0), textured = strip(0, 1);
+        plain.colour = {255, 0, 0, 0};
+        textured.mode = kModeTexture;
+        textured.texture = blue;
+        meshDraw::drawCel(plain, row.light, row.directional, ramp, true);
+        meshDraw::drawCel(textured, row.light, row.directional, ramp, true);
+        EXPECT_EQ(pixel(-0.5f, 0), row.brightness << 16) << row.light.z;
+        EXPECT_EQ(pixel(0.5f, 0), row.brightness) << row.light.z;
+        textured.texCoords.resize(2); // no longer one a position
+        glClear(GL_COLOR_BUFFER_BIT);
+        textured.faceTexCoords = {{0, 1, 1}, {0, 1, 0}};
+        meshDraw::drawCel(textured, row.light, row.directional, ramp, false);
+        EXPECT_EQ(pixel(0.5f, 0), row.brightness) << row.light.z << " corner by corner";
+    }
+}
+
+TEST_F(MeshDraw, ShadeIsKeptUntilToldToRecompute) {
+    cModelObject o = strip(-1, 1);
+    meshDraw::drawCel(o, {0, 0, 1}, true, ramp, true);
+    meshDraw::drawCel(o, {0, 0, -1}, true, ramp, false);
+    EXPECT_EQ(pixel(0, 0), 0xFFFFFFu);
+    meshDraw::drawCel(o, {0, 0, -1}, true, ramp, true);
+    EXPECT_EQ(pixel(0, 0), 0x808080u);
+}
+
+TEST_F(MeshDraw, StateIsLeftAsItWas) {
+    cModelObject two = strip(-1, 1);
+    two.mode = kModeTwoTextures;
+    two.texture = plainTexture(255, 255, 255);
+    two.setSecondTexture(plainTexture(10, 10, 10));
+    two.faceSecond = two.faces;
+    cModelObject textured = two;
+    textured.mode = kModeTexture;
+    meshDraw::drawCel(textured, {0, 0, 1}, true, ramp, true);
+    meshDraw::drawTwoTextures(two);
+    meshDraw::drawImmediateTwoTextures(two, {true, 0, 1});
+    GLint unit = 0, environment = 0;
+    glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
+    EXPECT_EQ(unit, GL_TEXTURE0);
+    glGetIntegerv(GL_CLIENT_ACTIVE_TEXTURE, &unit);
+    EXPECT_EQ(unit, GL_TEXTURE0);
+    EXPECT_FALSE(glIsEnabled(GL_VERTEX_ARRAY) || glIsEnabled(GL_TEXTURE_COORD_ARRAY));
+    platform::gl.activeTexture(GL_TEXTURE1);
+    platform::gl.clientActiveTexture(GL_TEXTURE1);
+    EXPECT_FALSE(glIsEnabled(GL_TEXTURE_1D) || glIsEnabled(GL_TEXTURE_2D) ||
+                 glIsEnabled(GL_TEXTURE_COORD_ARRAY));
+    glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &environment);
+    EXPECT_EQ(environment, GL_MODULATE);
+    platform::gl.activeTexture(GL_TEXTURE0);
+    platform::gl.clientActiveTexture(GL_TEXTURE0);
+}
+
+TEST_F(MeshDraw, PlainDrawsTakeTextureOrColour) {
+    cModelObject o = strip(-1, 1);
+    const int32_t green = plainTexture(0, 200, 0);
+    const struct {
+        uint8_t mode;
+        int32_t texture;
+        uint32_t expected;
+    } rows[] = {{kModeColour, green, 0x102030},
+                {kModeTexture, green, 0x00C800},
+                {kModeTexture, kNoTexture, 0xFFFFFF}};
+    for (const auto& row : rows) {
+        o.colour = {0x10, 0x20, 0x30, 0};
+        o.mode = row.mode;
+        o.texture = row.texture;
+        meshDraw::draw(o);
+        EXPECT_EQ(pixel(0, 0), row.expected);
+        glClear(GL_COLOR_BUFFER_BIT);
+        meshDraw::drawImmediate(o);
+        EXPECT_EQ(pixel(0, 0), row.expected);
+    }
+}
+
+TEST_F(MeshDraw, SecondTexturesModulateOrAdd) {
+    cModelObject o = strip(-1, 1);
+    o.mode = kModeTwoTextures;
+    o.texture = plainTexture(100, 0, 255);
+    o.setSecondTexture(plainTexture(100, 50, 128));
+    o.vectors.assign(4, {0.5f, 0.5f, 0});
+    o.faceSecond = o.faces;
+    meshDraw::drawImmediateTwoTextures(o, {});
+    EXPECT_EQ(pixel(0, 0), 0x270080u);
+    meshDraw::drawTwoTextures(o);
+    EXPECT_EQ(pixel(0, 0), 0xC832FFu);
+    o.vectors.resize(1); // no longer one a position
+    o.faceSecond = {{0, 0, 0}, {0, 0, 0}};
+    glClear(GL_COLOR_BUFFER_BIT);
+    meshDraw::drawTwoTextures(o);
+    EXPECT_EQ(pixel(0, 0), 0xC832FFu);
+}
+
+TEST_F(MeshDraw, FogCoordinatesFollowTheHeight) {
+    const cVolumetricFog fog{true, 2, 6};
+    EXPECT_EQ(fogCoordinate(2, fog), 0.0f);
+    EXPECT_EQ(fogCoordinate(4, fog), 0.5f);
+    EXPECT_EQ(fogCoordinate(6, fog), 0.0f);
+    EXPECT_EQ(fogCoordinate(9, fog), 0.0f);
+    EXPECT_EQ(fogCoordinate(1, {true, 2, 2}), 0.0f) << "no height range";
+
+    ASSERT_TRUE(platform::gl.fogCoordf);
+    glEnable(GL_FOG);
+    glFogi(GL_FOG_MODE, GL_LINEAR);
+    glFogf(GL_FOG_START, 0);
+    glFogf(GL_FOG_END, 1);
+    glFogi(GL_FOG_COORDINATE_SOURCE_EXT, GL_FOG_COORDINATE_EXT);
+    const float black[4] = {};
+    glFogfv(GL_FOG_COLOR, black);
+    cModelObject o = strip(-1, 1);
+    o.mode = kModeTwoTextures;
+    o.texture = plainTexture(255, 255, 255);
+    o.setSecondTexture(o.texture);
+    o.faceSecond = o.faces;
+    for (const bool enabled : {true, false}) {
+        glClear(GL_COLOR_BUFFER_BIT);
+        // Heights −1 … 1 lie in the lower half of the fog: from clear to half fogged.
+        meshDraw::drawImmediateTwoTextures(o, {enabled, -1, 3});
+        const int low = static_cast<int>(pixel(0.5f, -0.95f) & 255),
+                  high = static_cast<int>(pixel(0.5f, 0.95f) & 255);
+        EXPECT_NEAR(low, enabled ? 252 : 255, 4);
+        EXPECT_NEAR(high, enabled ? 131 : 255, 4);
+    }
+    GLfloat coordinate = 1;
+    glGetFloatv(GL_CURRENT_FOG_COORDINATE_EXT, &coordinate);
+    EXPECT_EQ(coordinate, 0.0f);
+}
+
+TEST_F(MeshDraw, ACharactersPartsHangOnTheirTags) {
+    auto model = std::make_shared<cCharacterModel>();
+    for (const CharacterPart part : {kLowerPart, kUpperPart}) {
+        cAnimMesh mesh;
+        static_cast<cModelObject&>(mesh) = strip(-1, -0.5f);
+        mesh.verticesPerFrame = 4;
+        mesh.frameNormals.assign(8, {0, 0, 1});
+        for (int i = 0; i < 4; ++i)
+            mesh.positions.push_back(mesh.positions[static_cast<size_t>(i)] + cVector3(0.5f, 0, 0));
+        for (FaceIndices& f : mesh.faces) std::swap(f[1], f[2]); // clockwise
+        mesh.colour = part == kLowerPart ? cColour4{255, 0, 0, 0} : cColour4{0, 255, 0, 0};
+        model->parts[part].meshes = {mesh};
+        model->parts[part].frameCount = 2;
+        model->parts[part].animations = {{"ONE", 1, 2, 0, 10}};
+    }
+    cTag tag;
+    tag.origin = {1, 0, 0};
+    model->parts[kLowerPart].tags = {tag, tag};
+    model->parts[kLowerPart].tagCount = 1;
+    model->parts[kLowerPart].attachments = {kUpperPart};
+    cCharacterPose pose(model);
+    glEnable(GL_CULL_FACE);
+    pose.draw(cMatrix4::identity());
+    EXPECT_EQ(pixel(-0.75f, 0), 0xFF0000u);
+    EXPECT_EQ(pixel(-0.25f, 0), 0u);
+    EXPECT_EQ(pixel(0.25f, 0), 0x00FF00u);
+    glClear(GL_COLOR_BUFFER_BIT);
+    pose.setAnimation("one", "one");
+    pose.drawCel({0, 0, 0.4f}, true, ramp, cMatrix4::identity());
+    EXPECT_EQ(pixel(-0.75f, 0), 0u) << "the animation starts in the second frame";
+    EXPECT_EQ(pixel(-0.25f, 0), 0xC00000u);
+    EXPECT_EQ(pixel(0.75f, 0), 0x00C000u);
+    glClear(GL_COLOR_BUFFER_BIT);
+    pose.draw(cMatrix4::identity(), true);
+    EXPECT_EQ(pixel(-0.75f, 0), 0u);
+    EXPECT_EQ(pixel(-0.25f, 0), 0xFF0000u);
+    EXPECT_EQ(pixel(0.75f, 0), 0x00FF00u);
+    GLint face = 0;
+    glGetIntegerv(GL_FRONT_FACE, &face);
+    EXPECT_EQ(face, GL_CCW);
+}
