@@ -68,7 +68,7 @@ int execLines(const std::vector<std::string>& lines) {
     cInputMgr::instance().saveOnExit = false;
     int status = 0;
     for (const std::string& text : lines) {
-        if (cCommandMgr::instance().execute(text) != 0) status = 1;
+        if (cCommandMgr::instance().execute(text, cInputMgr::instance().console) != 0) status = 1;
     }
     return status;
 }

@@ -125,3 +125,14 @@ bool classifyCml(cCmlElement& root, CmlReport& report) { return classify(root, n
 void compileCml(cCmlElement& root, const CmlLookups& lookups, CmlReport& report) {
     Compiler(lookups, report).compile(root);
 }
+
+int cCmlElement::load(const std::string& fileName, const CmlLookups& lookups, CmlReport& report) {
+    clear();
+    if (cXmlNode::load(fileName) != 0) {
+        report.add(errorLine(), "CML file contains errors! (" + fileName + ")");
+        return -1;
+    }
+    if (!classifyCml(*this, report)) return -1;
+    compileCml(*this, lookups, report);
+    return 0;
+}

@@ -1,22 +1,10 @@
 #include "script/cml_element.h"
 
 #include "core/log_mgr.h"
-#include "script/cml_compiler.h"
 
 void CmlReport::add(int line, const std::string& message) {
     rows.push_back({line, message});
     if (!quiet) cLogMgr::instance().error(message);
-}
-
-int cCmlElement::load(const std::string& fileName, const CmlLookups& lookups, CmlReport& report) {
-    clear();
-    if (cXmlNode::load(fileName) != 0) {
-        report.add(errorLine(), "CML file contains errors! (" + fileName + ")");
-        return -1;
-    }
-    if (!classifyCml(*this, report)) return -1;
-    compileCml(*this, lookups, report);
-    return 0;
 }
 
 void cCmlElement::clear() {

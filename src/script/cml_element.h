@@ -64,7 +64,7 @@ public:
     cCmlElement() : cXmlNode(kCml) {}
 
     /// Parses, classifies and compiles a document into this empty root. Negative on a file that cannot be read or
-    /// holds an unknown element.
+    /// holds an unknown element. Implemented in cml_compiler.cpp.
     int load(const std::string& fileName, const CmlLookups& lookups, CmlReport& report);
     void clear();
 

@@ -1,6 +1,9 @@
 #pragma once
+#include <span>
 #include <string>
 #include <vector>
+
+class cConsole;
 
 /// The console's commands.
 class cCommandMgr {
@@ -14,7 +17,8 @@ public:
     };
 
     static cCommandMgr& instance();
-    /// Name, blank, parameters. Refusals are printed to the console. The handler's status, −1 when none ran.
-    int execute(const std::string& line);
+    /// Name, blank, parameters. Refusals are printed. The handler's status, −1 when none ran.
+    int execute(const std::string& line, cConsole& console);
+    static std::span<const Row> rows(); ///< in order of `help`; implemented in commands.cpp
     std::string getDescription(const std::string& name) const; ///< empty for an unknown name
 };

@@ -161,7 +161,7 @@ void cInputMgr::textInput(char character, bool shift) {
         } else {
             const std::string line = console.line;
             console.line.clear();
-            cCommandMgr::instance().execute(line);
+            cCommandMgr::instance().execute(line, console);
         }
     } else {
         typeCharacter(promptActive ? promptText : console.line, maxTextLength, character, shift);
