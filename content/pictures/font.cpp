@@ -16,7 +16,7 @@ constexpr float kFixedInk = 10; // widest ink of the fixed font, whose letters s
 void drawGlyph(Canvas& picture, const Glyph& glyph, float cellX, float cellY, bool fixedPitch) {
     const auto tableWidth = static_cast<float>(std::max(glyph.width, 1));
     const float ink = fixedPitch ? std::min(tableWidth, kFixedInk) : tableWidth;
-    TextStyle style{cellX, cellY + kInkTop, kCapHeight, std::min(kWeight, ink), 0, 0};
+    TextStyle style{cellX, cellY + kInkTop, kCapHeight, fixedPitch ? kWeight : std::min(kWeight, ink), 0, 0};
     if (fixedPitch) style.left += (kFixedInk - ink) / 2;
     const float right = cellX + (fixedPitch ? kFixedInk : ink), bottom = cellY + kCell - 1;
     const Shape cell{[](float, float) { return -1.0f; }, cellX, cellY, right, bottom};

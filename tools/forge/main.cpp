@@ -1,4 +1,5 @@
 #include "forge/checks.h"
+#include "forge/preview.h"
 #include "forge/recipes.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ bool copyPlainData(const fs::path& content, forge::Output& out) {
     return !error && !files.empty();
 }
 
-int make(const std::string& content, const std::string& target) {
+int make(const std::string& content, const std::string& target, const char* previews) {
     forge::Output out;
     if (!copyPlainData(content, out)) {
         std::fprintf(stderr, "forge: no content in %s\n", content.c_str());
@@ -53,6 +54,7 @@ int make(const std::string& content, const std::string& target) {
     for (const forge::Recipe& recipe : all) recipe.make(out);
     forge::checkDataSet(out);
     for (const std::string& sentence : out.problems()) std::fprintf(stderr, "forge: %s\n", sentence.c_str());
+    if (previews && !forge::writePreviews(out, previews)) return 1;
     if (!out.problems().empty() || !out.writeAll(target)) return 1;
     std::printf("forge: %zu files in %s\n", out.files().size(), target.c_str());
     return 0;
@@ -60,9 +62,9 @@ int make(const std::string& content, const std::string& target) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: forge CONTENT_DIR OUTPUT_DIR\n");
+    if (argc != 3 && argc != 4) {
+        std::fprintf(stderr, "usage: forge CONTENT_DIR OUTPUT_DIR [PREVIEW_DIR]\n");
         return 2;
     }
-    return make(argv[1], argv[2]);
+    return make(argv[1], argv[2], argc == 4 ? argv[3] : nullptr);
 }

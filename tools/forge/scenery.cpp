@@ -1,6 +1,7 @@
 #include "forge/scenery.h"
 
 #include "forge/noise.h"
+#include "forge/preview.h"
 #include "forge/writers.h"
 
 #include <algorithm>
@@ -112,6 +113,15 @@ void Scenery::write(Output& out, const std::string& name, float size, const Laye
     checkBox(out, name, size);
     Parts seen;
     for (const Group& g : groups_) seen.push_back({g.material.name, g.material.texture, g.material.colour, g.mesh});
+    Parts shown = layerParts(layer);
+    for (Part& part : shown) part.texture = "src_mdl/" + part.texture;
+    const float away = size * 0.9f;
+    addPreview({name + "_south", {away * 0.6f, away * 0.7f, away * 1.2f}, {0, 2, 0}}, shown);
+    for (size_t i = 0; i < seen.size(); ++i)
+        if (!groups_[i].ground) shown[i] = {"", "src_mdl/" + seen[i].texture, {}, seen[i].mesh};
+    addPreview({name + "_north", {-size * 0.2f, 9, -size * 0.62f}, {1, 3.5f, 0}}, shown);
+    addPreview({name + "_inside", {0, 4.2f, 3.5f}, {0, 3.4f, -2}, 75}, shown);
+    addPreview({name + "_east", {2, 5, 15}, {13, 3, 0}, 60}, shown);
     const Parts solid = {{"floors", "", {90, 160, 90, 0}, floors_}, {"walls", "", {140, 130, 120, 0}, walls_}};
     const auto put = [&](const std::string& base, const Parts& parts) {
         const ObjFiles files = objFiles(parts, base + ".mtl");
