@@ -1,0 +1,76 @@
+#include "levels/island_ground.h"
+
+#include "forge/noise.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace forge;
+
+namespace island {
+namespace {
+constexpr float kFlatRadius = 17, kBeachSlope = 0.26f; // about 15 degrees
+constexpr float kShelfRadius = 27.5f;                   // behind it the bed falls away
+constexpr float kGentle = 0.404f;                       // 22 degrees
+constexpr float kCliff = 1.733f;                        // 60 degrees
+
+struct Pad {
+    float x0, z0, x1, z1;
+};
+/// Places that stay level for what stands on them.
+constexpr Pad kPads[] = {
+    {-7, -8, 7, 7},     // hut and yard
+    {6, -8, 20, 5},     // stairs and terrace
+    {-15, 5, -8, 12},   // ledge
+    {-5, 12, 5, 17},    // ruined wall
+    {6, 6, 13, 18},     // ramp
+};
+
+float distanceToPads(float x, float z) {
+    float best = 1e9f;
+    for (const Pad& p : kPads) {
+        const float dx = std::max({p.x0 - x, x - p.x1, 0.0f}), dz = std::max({p.z0 - z, z - p.z1, 0.0f});
+        best = std::min(best, std::hypot(dx, dz));
+    }
+    return best;
+}
+
+float baseHeight(float x, float z) {
+    const float r = std::hypot(x, z);
+    const float coast = 2.2f * (fractalNoise(x * 0.11f, z * 0.11f, 5, 3) - 0.5f) * smoothStep(15, 22, r);
+    const float beach = kMeadow - kBeachSlope * std::max(0.0f, r + coast - kFlatRadius);
+    const float bumps = 0.5f * (fractalNoise(x * 0.22f, z * 0.22f, 9, 3) - 0.5f);
+    return beach + bumps * smoothStep(0.5f, 3.5f, distanceToPads(x, z));
+}
+
+/// A ramp that rises to the west and breaks off on its other three sides.
+float hillHeight(float x, float z) {
+    const float rough = 0.7f * (fractalNoise(x * 0.5f, z * 0.5f, 31, 2) - 0.5f);
+    const float ramp = kMeadow + kGentle * (-6 - x);
+    const float north = kHillTop - kCliff * (-15 - z + rough), south = kHillTop - kCliff * (z + 5 + rough);
+    const float west = kHillTop - kCliff * (-20 - x + rough);
+    return std::min({kHillTop, ramp, north, south, west});
+}
+} // namespace
+
+float height(float x, float z) {
+    const float border = std::max(std::fabs(x), std::fabs(z));
+    if (border >= kHalfSize) return kLowest;
+    const float land = std::max(baseHeight(x, z), hillHeight(x, z));
+    const float away = smoothStep(kShelfRadius, kHalfSize, border);
+    const float corner = smoothStep(kShelfRadius, 36, std::hypot(x, z));
+    return std::max(mix(mix(land, -5.0f, corner), kLowest, away), kLowest);
+}
+
+float path(float x, float z) {
+    const auto along = [&](float x0, float z0, float x1, float z1, float width) {
+        const float dx = x1 - x0, dz = z1 - z0;
+        const float t = clamp01(((x - x0) * dx + (z - z0) * dz) / (dx * dx + dz * dz));
+        const float wobble = 0.5f * (fractalNoise(x * 0.7f, z * 0.7f, 77, 2) - 0.5f);
+        return 1 - smoothStep(width * 0.6f, width, std::hypot(x - x0 - t * dx, z - z0 - t * dz) + wobble);
+    };
+    return std::max({along(0, -4, 0, -8, 1.3f), along(0, -8, 7, -6, 1.1f), along(7, -6, 7.5f, 0, 1.1f),
+                     along(0, -8, -6, -10, 1.1f), along(-6, -10, -17, -10, 1.0f), along(7, -2, 6, 10, 1.0f),
+                     along(6, 10, 0, 21, 1.0f), along(6, 10, 9.5f, 17, 1.0f), along(-6, -9, -9, 3, 0.9f)});
+}
+} // namespace island

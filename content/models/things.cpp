@@ -1,0 +1,207 @@
+#include "forge/noise.h"
+#include "forge/preview.h"
+#include "forge/recipes.h"
+#include "forge/writers.h"
+
+#include <cmath>
+
+using namespace forge;
+
+// Things that stand about: static models in units, standing on y 0. The level scales them to half their longest side.
+namespace {
+constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kLeaf{86, 150, 62, 0}, kLeafLight{120, 178, 74, 0};
+constexpr cColour4 kPine{52, 112, 74, 0}, kGlow{255, 222, 130, 0}, kWhite{238, 232, 216, 0}, kRed{186, 62, 58, 0};
+constexpr cColour4 kBlue{52, 98, 140, 0}, kClay{178, 98, 62, 0}, kSteel{150, 160, 172, 0}, kGreen{82, 110, 62, 0};
+const std::string kPlanks = "src_mdl\\planks.tga", kBeams = "src_mdl\\beams.tga", kStone = "src_mdl\\stone.tga";
+
+void putModel(Output& out, const std::string& name, const Parts& parts) {
+    out.put("s_mdl/" + name + ".cpm", cpmFile(parts));
+    Parts shown = parts;
+    cVector3 low = shown[0].mesh.low(), high = shown[0].mesh.high();
+    for (const Part& p : shown)
+        for (int k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], p.mesh.low()[k]);
+            high[k] = std::max(high[k], p.mesh.high()[k]);
+        }
+    const cVector3 middle = (low + high) / 2;
+    addPreview({"thing_" + name, middle + cVector3(0.6f, 0.5f, 1) * ((high - low).length() * 1.1f), middle, 45, 240, 240},
+               shown);
+}
+
+Mesh boxOf(float x0, float y0, float z0, float x1, float y1, float z1, float repeats = 0.8f) {
+    return faceted(box({x0, y0, z0}, {x1, y1, z1}, repeats));
+}
+
+/// A ball of leaves: lumpy, flat below.
+Mesh foliage(float radius, uint32_t seed) {
+    Mesh m = ball(radius, 12, 8);
+    for (cVector3& p : m.positions) {
+        const float k = 0.84f + 0.34f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
+        p = {p.x * k, p.y * k * (p.y < 0 ? 0.7f : 0.95f), p.z * k};
+    }
+    return m;
+}
+} // namespace
+
+FORGE_RECIPE(thing_barrel) {
+    Mesh staves = lathe({{0, 0.03f}, {0.36f, 0.03f}, {0.36f, 0}, {0.40f, 0}, {0.47f, 0.3f}, {0.49f, 0.6f}, {0.47f, 0.9f},
+                         {0.40f, 1.2f}, {0.36f, 1.2f}, {0.36f, 1.14f}, {0, 1.14f}}, 14, 3, 1.4f);
+    Mesh hoops;
+    for (float y : {0.16f, 0.42f, 0.78f, 1.04f}) {
+        const float r = 0.405f + 0.09f * std::sin(y / 1.2f * 3.14159f);
+        hoops.append(lathe({{r - 0.02f, y - 0.045f}, {r + 0.015f, y - 0.04f}, {r + 0.015f, y + 0.04f}, {r - 0.02f, y + 0.045f}}, 14));
+    }
+    putModel(out, "barrel", {{"wood", kPlanks, {}, staves}, {"iron", "", kIron, hoops}});
+}
+
+FORGE_RECIPE(thing_crate) {
+    Mesh boards = boxOf(-0.46f, 0.04f, -0.46f, 0.46f, 0.96f, 0.46f, 1);
+    Mesh frame;
+    for (float y : {0.0f, 0.88f})
+        for (float s : {-0.5f, 0.42f}) {
+            frame.append(boxOf(-0.5f, y, s, 0.5f, y + 0.12f, s + 0.08f));
+            frame.append(boxOf(s, y, -0.42f, s + 0.08f, y + 0.12f, 0.42f));
+        }
+    for (float x : {-0.5f, 0.42f})
+        for (float z : {-0.5f, 0.42f}) frame.append(boxOf(x, 0.12f, z, x + 0.08f, 0.88f, z + 0.08f));
+    putModel(out, "crate", {{"boards", kPlanks, {}, boards}, {"frame", kBeams, {}, frame}});
+}
+
+FORGE_RECIPE(thing_lantern) {
+    Mesh post = lathe({{0, 0}, {0.16f, 0}, {0.14f, 0.1f}, {0.07f, 0.16f}, {0.055f, 2.0f}, {0.09f, 2.06f}, {0, 2.06f}}, 10);
+    Mesh cage = lathe({{0, 2.05f}, {0.13f, 2.06f}, {0.15f, 2.12f}, {0.11f, 2.12f}, {0, 2.12f}}, 8);
+    cage.append(lathe({{0, 2.42f}, {0.19f, 2.42f}, {0.05f, 2.58f}, {0.03f, 2.66f}, {0, 2.68f}}, 8));
+    for (int i = 0; i < 4; ++i)
+        cage.append(boxOf(0.105f, 2.12f, -0.015f, 0.135f, 2.42f, 0.015f).turned(45 + 90 * static_cast<float>(i)));
+    Mesh glass = lathe({{0, 2.12f}, {0.09f, 2.12f}, {0.115f, 2.27f}, {0.09f, 2.42f}, {0, 2.42f}}, 8);
+    putModel(out, "lantern", {{"post", "", kIron, post}, {"cage", "", kIron, cage}, {"glass", "", kGlow, glass}});
+}
+
+FORGE_RECIPE(thing_tree) {
+    Mesh trunk = tube({{0, 0, 0}, {0.05f, 0.4f, 0}, {-0.03f, 1.4f, 0.06f}, {0.05f, 2.6f, 0}}, {0.34f, 0.22f, 0.17f, 0.12f}, 9);
+    trunk.append(tube({{-0.02f, 1.5f, 0.05f}, {0.5f, 2.1f, 0.25f}, {0.85f, 2.7f, 0.3f}}, {0.10f, 0.08f, 0.05f}, 7));
+    Mesh dark = foliage(1.25f, 3).moved({-0.2f, 3.3f, 0.1f}), light = foliage(0.95f, 4).moved({0.65f, 3.9f, 0.2f});
+    dark.append(foliage(0.8f, 5).moved({0.9f, 3.0f, 0.4f}));
+    light.append(foliage(0.8f, 6).moved({-0.55f, 4.25f, -0.25f}));
+    putModel(out, "tree", {{"bark", "", kBark, trunk}, {"leaf", "", kLeaf, dark}, {"crown", "", kLeafLight, light}});
+}
+
+FORGE_RECIPE(thing_pine) {
+    Mesh trunk = lathe({{0, 0}, {0.26f, 0}, {0.17f, 0.3f}, {0.13f, 1.3f}, {0, 1.3f}}, 9);
+    Mesh needles;
+    for (int i = 0; i < 4; ++i) {
+        const float y = 0.9f + 0.95f * static_cast<float>(i), r = 1.35f - 0.28f * static_cast<float>(i);
+        needles.append(lathe({{0, y + 0.2f}, {r * 0.9f, y}, {r, y + 0.1f}, {r * 0.35f, y + 0.85f}, {0, y + 1.35f}}, 12)
+                           .turned(13 * static_cast<float>(i)));
+    }
+    putModel(out, "pine", {{"bark", "", kBark, trunk}, {"needles", "", kPine, needles}});
+}
+
+FORGE_RECIPE(thing_bush) {
+    Mesh leaves = foliage(0.5f, 11).moved({0, 0.35f, 0});
+    leaves.append(foliage(0.38f, 12).moved({0.42f, 0.28f, 0.15f}));
+    leaves.append(foliage(0.34f, 13).moved({-0.36f, 0.26f, -0.12f}));
+    Mesh berries;
+    for (int i = 0; i < 14; ++i) {
+        const float a = static_cast<float>(i) * 2.4f, y = 0.3f + 0.03f * static_cast<float>(i % 7);
+        berries.append(ball(0.045f, 6, 4).moved({0.05f + 0.72f * std::sin(a), y, 0.5f * std::cos(a)}));
+    }
+    putModel(out, "bush", {{"leaf", "", kLeafLight, leaves}, {"berry", "", kRed, berries}});
+}
+
+FORGE_RECIPE(thing_signpost) {
+    Mesh post = boxOf(-0.07f, 0, -0.07f, 0.07f, 1.7f, 0.07f);
+    Mesh arms = boxOf(-0.1f, 1.25f, 0.07f, 0.85f, 1.52f, 0.13f, 1.2f).turned(12);
+    arms.append(boxOf(-0.85f, 0.92f, 0.07f, 0.1f, 1.17f, 0.13f, 1.2f).turned(-20));
+    putModel(out, "signpost", {{"post", kBeams, {}, post}, {"arms", kPlanks, {}, arms}});
+}
+
+FORGE_RECIPE(thing_stool) {
+    Mesh seat = lathe({{0, 0.40f}, {0.24f, 0.40f}, {0.26f, 0.43f}, {0.24f, 0.47f}, {0, 0.47f}}, 14, 2);
+    Mesh legs;
+    for (float a : {30.0f, 150.0f, 270.0f})
+        legs.append(tube({{0.22f, 0, 0}, {0.13f, 0.42f, 0}}, {0.035f, 0.03f}, 7).turned(a));
+    putModel(out, "stool", {{"seat", kPlanks, {}, seat}, {"legs", kBeams, {}, legs}});
+}
+
+FORGE_RECIPE(thing_chest) {
+    Mesh body = boxOf(-0.5f, 0, -0.3f, 0.5f, 0.42f, 0.3f, 1);
+    Mesh lid = lathe({{0, -0.5f}, {0.3f, -0.5f}, {0.3f, 0.5f}, {0, 0.5f}}, 16, 2).rolled(90).scaled({1, 0.72f, 1});
+    for (cVector3& p : lid.positions) p.y = std::max(p.y, 0.0f) + 0.42f;
+    Mesh bands;
+    for (float x : {-0.4f, 0.34f}) bands.append(boxOf(x, -0.005f, -0.315f, x + 0.07f, 0.46f, 0.315f));
+    bands.append(boxOf(-0.07f, 0.3f, 0.29f, 0.07f, 0.48f, 0.34f));
+    putModel(out, "chest", {{"body", kPlanks, {}, body}, {"lid", kPlanks, {}, faceted(lid)}, {"bands", "", kIron, bands}});
+}
+
+FORGE_RECIPE(thing_pot) {
+    Mesh clay = lathe({{0, 0}, {0.16f, 0}, {0.28f, 0.22f}, {0.26f, 0.42f}, {0.14f, 0.54f}, {0.18f, 0.62f}, {0.14f, 0.62f},
+                       {0.10f, 0.52f}, {0, 0.5f}}, 14);
+    putModel(out, "pot", {{"clay", "", kClay, clay}});
+}
+
+FORGE_RECIPE(thing_boat) {
+    // Hull as a tube bent open: sections from bow to stern, outside and inside.
+    Mesh hull, trim;
+    constexpr int kSections = 9, kAcross = 8;
+    const auto point = [](int section, int across, float shrink) {
+        const float s = static_cast<float>(section) / (kSections - 1) * 2 - 1, a = static_cast<float>(across) / kAcross * 3.14159f;
+        const float wide = 0.72f * std::sqrt(std::max(0.0f, 1 - s * s)) * shrink;
+        const float deep = (0.5f - 0.1f * s * s) * shrink, rim = 0.55f + 0.22f * s * s;
+        return cVector3(-std::cos(a) * wide, rim - std::sin(a) * deep, s * 1.9f * (0.9f + 0.1f * shrink));
+    };
+    for (int pass = 0; pass < 2; ++pass) {
+        Mesh m;
+        for (int j = 0; j < kSections; ++j)
+            for (int i = 0; i <= kAcross; ++i)
+                m.addVertex(point(j, i, pass == 0 ? 1 : 0.9f), static_cast<float>(i) * 0.4f, static_cast<float>(j) * 0.35f);
+        for (uint32_t j = 0; j + 1 < kSections; ++j)
+            for (uint32_t i = 0; i < kAcross; ++i) {
+                const uint32_t k = j * (kAcross + 1) + i;
+                m.addTriangle(k, k + 1, k + kAcross + 2);
+                m.addTriangle(k, k + kAcross + 2, k + kAcross + 1);
+            }
+        hull.append(pass == 0 ? m : m.insideOut());
+    }
+    for (float z : {-0.7f, 0.5f}) trim.append(boxOf(-0.62f, 0.40f, z, 0.62f, 0.46f, z + 0.28f));
+    putModel(out, "boat", {{"hull", kPlanks, {}, hull}, {"seats", kBeams, {}, trim}});
+}
+
+FORGE_RECIPE(thing_flag) {
+    Mesh pole = lathe({{0, 0}, {0.07f, 0}, {0.05f, 3.2f}, {0.09f, 3.25f}, {0, 3.36f}}, 9);
+    Mesh cloth;
+    for (int side = 0; side < 2; ++side) {
+        Mesh m;
+        for (int i = 0; i <= 8; ++i)
+            for (float y : {2.25f, 3.1f}) {
+                const float x = 0.05f + 0.16f * static_cast<float>(i);
+                m.addVertex({x, y - 0.03f * static_cast<float>(i), 0.10f * std::sin(x * 5)}, x, y);
+            }
+        for (uint32_t i = 0; i < 8; ++i) {
+            m.addTriangle(2 * i, 2 * i + 2, 2 * i + 3);
+            m.addTriangle(2 * i, 2 * i + 3, 2 * i + 1);
+        }
+        cloth.append(side == 0 ? m : m.insideOut().moved({0, 0, -0.012f}));
+    }
+    putModel(out, "flag", {{"pole", kBeams, {}, pole}, {"cloth", "", kBlue, cloth}});
+}
+
+// The two that the game turns into models of its own at every start.
+FORGE_RECIPE(thing_hand_arms) {
+    // Pistol: grip at the origin, barrel to the north.
+    const Mesh steel = [] {
+        Mesh m = tube({{0, 0.11f, 0.05f}, {0, 0.11f, -0.34f}}, {0.032f, 0.026f}, 10);
+        m.append(boxOf(-0.03f, 0.07f, -0.12f, 0.03f, 0.13f, 0.07f));
+        m.append(boxOf(-0.012f, 0.13f, 0.02f, 0.012f, 0.18f, 0.06f));
+        m.append(boxOf(-0.01f, 0.0f, -0.1f, 0.01f, 0.02f, -0.02f));
+        return m;
+    }();
+    const Mesh grip = boxOf(-0.026f, -0.11f, -0.03f, 0.026f, 0.1f, 0.035f).tilted(18);
+    const Parts pistol = {{"steel", "", kSteel, steel}, {"grip", "", kBark, grip}};
+    out.put("3ds/pistoltest.3ds", threeDsFile(pistol));
+    // Grenade: an egg with a cap, centred.
+    Mesh egg = ball(0.11f, 12, 9).scaled({1, 1.2f, 1});
+    Mesh cap = lathe({{0, 0.11f}, {0.045f, 0.11f}, {0.045f, 0.17f}, {0, 0.18f}}, 10);
+    cap.append(boxOf(0.03f, 0.02f, -0.012f, 0.05f, 0.17f, 0.012f).rolled(-24).moved({0.035f, 0.02f, 0}));
+    out.put("3ds/grenade.3ds", threeDsFile({{"shell", "", kGreen, egg}, {"cap", "", kSteel, cap}}));
+}

@@ -1,0 +1,213 @@
+#include "forge/canvas.h"
+#include "forge/lettering.h"
+#include "forge/noise.h"
+#include "forge/recipes.h"
+
+#include <cmath>
+
+using namespace forge;
+
+namespace {
+const Colour kInk = rgb(0x1d2736), kGold = rgb(0xe6b84c), kSea = rgb(0x2d6f8e), kIvory = rgb(0xf6edd6);
+
+/// Eight-pointed wind rose, the sign of Quorvane.
+void drawRose(Canvas& c, float x, float y, float radius, const Colour& light, const Colour& dark) {
+    for (int i = 0; i < 8; ++i) {
+        const float angle = static_cast<float>(i) * 0.785398f, reach = radius * (i % 2 == 0 ? 1.0f : 0.6f);
+        const float tx = x + std::sin(angle) * reach, ty = y - std::cos(angle) * reach, base = radius * 0.2f;
+        for (int side = -1; side <= 1; side += 2) {
+            const float a = angle + 0.785398f * static_cast<float>(side);
+            const float bx = x + std::sin(a) * base, by = y - std::cos(a) * base;
+            c.fill(polygon({{x, y}, {tx, ty}, {bx, by}}), side > 0 ? light : dark);
+        }
+    }
+    c.fill(outline(disc(x, y, radius * 0.72f), radius * 0.05f), light);
+    c.fill(disc(x, y, radius * 0.09f), dark);
+}
+} // namespace
+
+// Small 128 × 128 sheet: only the lower 40 rows are shown while loading.
+FORGE_RECIPE(picture_loading) {
+    Canvas c(128, 128, {0, 0, 0, 1});
+    TextStyle style{0, 95, 15, 2.3f, 0.26f, 0};
+    drawText(c, "Loading", centred("Loading", style, 64), kIvory);
+    for (int i = 0; i < 5; ++i)
+        c.fill(disc(44 + 10 * static_cast<float>(i), 118, 2.2f), mix(kSea, kGold, static_cast<float>(i) / 4));
+    out.put("img/loading.bmp", c.bmp24());
+}
+
+// The statistics panel: the upper 96 rows; the item's slot and the trough of the health bar.
+FORGE_RECIPE(picture_interface) {
+    Canvas c(128, 128);
+    const Shape panel = rectangle(1, 1, 126, 94, 10);
+    c.fill(panel, [](float, float y) { return mix(rgb(0x2b3a52, 0.86f), rgb(0x18202f, 0.9f), y / 96); });
+    c.fill(outline(rectangle(2.5f, 2.5f, 123, 91, 9), 2), kGold);
+    const Shape slot = rectangle(7, 3.5f, 66, 65, 6);
+    c.fill(slot, rgb(0x0d131d, 0.75f));
+    c.fill(outline(slot, 1.5f), rgb(0x8b97ab, 0.9f));
+    const Shape trough = rectangle(7, 71, 98, 12, 4);
+    c.fill(trough, rgb(0x0d131d, 0.9f));
+    c.fill(outline(trough, 1.5f), rgb(0x8b97ab, 0.9f));
+    drawRose(c, 98, 36, 21, rgb(0xe6b84c, 0.85f), rgb(0x8a6a24, 0.85f));
+    // A heart at the right end of the trough.
+    c.fill(disc(111.5f, 75, 3.6f), rgb(0xd8434e));
+    c.fill(disc(117.5f, 75, 3.6f), rgb(0xd8434e));
+    c.fill(polygon({{108.2f, 76.6f}, {120.8f, 76.6f}, {114.5f, 84}}), rgb(0xd8434e));
+    out.put("img/interface.tga", c.tga(32));
+}
+
+// Four white shapes of 64 × 64.
+FORGE_RECIPE(picture_crosshair) {
+    Canvas c(128, 128, {1, 1, 1, 0});
+    const Colour white{1, 1, 1, 1};
+    // Upper left: a cross with a gap.
+    for (float d : {-1.0f, 1.0f}) {
+        c.fill(stroke(32 + d * 8, 32, 32 + d * 24, 32, 3.2f), white);
+        c.fill(stroke(32, 32 + d * 8, 32, 32 + d * 24, 3.2f), white);
+    }
+    // Upper right: a ring and a dot.
+    c.fill(outline(disc(96, 32, 18), 3), white);
+    c.fill(disc(96, 32, 3), white);
+    // Lower left: a dot alone.
+    c.fill(disc(32, 96, 5), white);
+    // Lower right: four corner brackets and a dot.
+    for (float sx : {-1.0f, 1.0f})
+        for (float sy : {-1.0f, 1.0f})
+            c.fill(polyline({{96 + sx * 20, 96 + sy * 10}, {96 + sx * 20, 96 + sy * 20}, {96 + sx * 10, 96 + sy * 20}}, 3),
+                   white);
+    c.fill(disc(96, 96, 2.5f), white);
+    out.put("img/crosshair.tga", c.tga(32));
+}
+
+FORGE_RECIPE(picture_pointer) {
+    Canvas c(32, 32);
+    const std::vector<std::pair<float, float>> arrow = {{1.5f, 1.5f}, {1.5f, 24},    {7.2f, 18.6f}, {11.4f, 28},
+                                                        {15.6f, 26},  {11.5f, 17},   {19, 16.4f}};
+    c.fill(grown(polygon(arrow), 1.3f), kInk);
+    c.fill(polygon(arrow), [](float, float y) { return mix(kIvory, kGold, y / 30); });
+    out.put("img/pointer.tga", c.tga(32));
+}
+
+FORGE_RECIPE(picture_icon) {
+    Canvas c(32, 32);
+    c.fill(disc(16, 16, 15.4f), rgb(0x336699));
+    drawRose(c, 16, 16, 14.5f, rgb(0xffcc66), rgb(0x996633));
+    out.put("img/icon.bmp", c.bmp8(rgb(0xff00ff)));
+}
+
+FORGE_RECIPE(picture_particles) {
+    Canvas smoke(64, 64, {0.8f, 0.8f, 0.8f, 0});
+    smoke.cover([](float x, float y) {
+        const float r = std::hypot(x - 32, y - 32) / 31;
+        const float puff = fractalNoise(x / 9, y / 9, 81, 3);
+        const float v = 0.62f + 0.3f * fractalNoise(x / 7, y / 7, 82, 3);
+        return Colour{v, v, v, clamp01(1.35f * (1 - r) + 0.9f * (puff - 0.55f)) * smoothStep(1.0f, 0.75f, r) * 0.8f};
+    });
+    out.put("particles/smoke04.tga", smoke.tga(32));
+    Canvas fire(32, 32);
+    fire.cover([](float x, float y) {
+        const float r = std::hypot(x - 16, y - 16) / 15.5f;
+        const float heat = clamp01(1 - r) * (0.75f + 0.5f * fractalNoise(x / 5, y / 5, 91, 2));
+        return Colour{clamp01(heat * 1.9f), clamp01(heat * heat * 1.5f), clamp01(heat * heat * heat * 1.1f), 1};
+    });
+    out.put("particles/explo32x32.tga", fire.tga(24));
+}
+
+namespace {
+struct Button {
+    const char* text;
+    int row; // as menu.cfg has them
+};
+// "SAVE" shows the picture that loads settings, and the other way round: the menu's flows are wired so.
+constexpr Button kButtons[] = {{"Return to game", 0}, {"New game", 1},       {"Load game", 2},
+                               {"Settings", 3},       {"Credits", 4},        {"Quit", 5},
+                               {"Audio settings", 6}, {"Video settings", 7}, {"Input settings", 8},
+                               {"Default settings", 9}, {"Load settings", 10}, {"Save settings", 11},
+                               {"OK", 12},            {"Cancel", 13}};
+
+void drawButton(Canvas& c, const Button& button, float x, float y, bool lit) {
+    TextStyle style{0, y + 4.2f, 15, 2.3f, 0.22f, 0};
+    style = centred(button.text, style, x + 150);
+    if (lit) {
+        for (const Shape& s : textShapes(button.text, style)) c.glow(s, rgb(0xffd76a, 0.5f), 4.2f);
+        drawRimmedText(c, button.text, style, rgb(0xfff3c4), rgb(0xa8651b), 1.3f);
+    } else {
+        drawRimmedText(c, button.text, style, rgb(0x24405e), rgb(0xffffff, 0.55f), 1.2f);
+    }
+}
+
+void drawTitle(Canvas& c) {
+    const Shape banner = rectangle(14, 60, 676, 160, 40);
+    c.fill(banner, [](float x, float y) {
+        const float wave = 0.04f * std::sin(x * 0.05f + y * 0.12f);
+        return mix(rgb(0x4aa3bf, 0.9f), rgb(0x17496b, 0.94f), clamp01((y - 60) / 160 + wave));
+    });
+    c.fill(outline(rectangle(18, 64, 668, 152, 37), 4), kGold);
+    drawRose(c, 352, 140, 118, rgb(0xffe3a0, 0.30f), rgb(0x0e3550, 0.30f));
+    TextStyle style{0, 101, 78, 11.5f, 0.12f, 0};
+    style = centred("QUORVANE", style, 352);
+    for (const Shape& s : textShapes("QUORVANE", style)) {
+        c.fill(grown(s, 5), rgb(0x0f2236));
+        c.fill(s, [](float, float y) { return mix(rgb(0xfff6d8), rgb(0xe3a63c), smoothStep(95, 182, y)); });
+    }
+}
+} // namespace
+
+// Title, buttons and the pictures of the credits page and the end.
+FORGE_RECIPE(picture_menu) {
+    Canvas c(1024, 1024);
+    drawTitle(c);
+    for (const Button& button : kButtons) {
+        const float y = 277 + 40 * static_cast<float>(button.row);
+        drawButton(c, button, 8, y, false);
+        drawButton(c, button, 348, y, true);
+    }
+    // The end: 481 × 69 at 48, 860.
+    TextStyle end{0, 872, 44, 6, 0.3f, 0};
+    drawRimmedText(c, "THE END", centred("THE END", end, 288), rgb(0xfff3d0), kInk, 3);
+    // Credits page: 191 × 73 at 698, 855 and 303 × 61 at 684, 937.
+    TextStyle small{0, 866, 22, 3, 0.2f, 0};
+    drawText(c, "QUORVANE", centred("QUORVANE", small, 793), rgb(0x24405e));
+    drawRose(c, 793, 908, 17, rgb(0xc28a2a), rgb(0x6d4a12));
+    TextStyle line{0, 950, 13, 2, 0.2f, 0};
+    drawText(c, "Thank you for playing.", centred("Thank you for playing.", line, 835), rgb(0x24405e));
+    c.fill(stroke(720, 982, 950, 982, 2), rgb(0xc28a2a));
+    out.put("img/menu.tga", c.tga(32));
+}
+
+namespace {
+struct Caption {
+    float left, top, width, height;
+    std::vector<const char*> lines;
+};
+void drawCaption(Canvas& c, const Caption& caption) {
+    const auto count = static_cast<float>(caption.lines.size());
+    const float pitch = caption.height / count;
+    float cap = std::min(pitch * 0.52f, 34.0f);
+    for (const char* text : caption.lines) {
+        TextStyle probe{0, 0, 10, 1.5f, 0.2f, 0};
+        cap = std::min(cap, (caption.width - 16) / textWidth(text, probe) * 10);
+    }
+    for (size_t i = 0; i < caption.lines.size(); ++i) {
+        TextStyle style{0, caption.top + pitch * (static_cast<float>(i) + 0.5f) - cap / 2, cap, cap * 0.13f, 0.2f, 0};
+        drawRimmedText(c, caption.lines[i], centred(caption.lines[i], style, caption.left + caption.width / 2), kIvory,
+                       rgb(0x101820, 0.85f), cap * 0.08f + 1);
+    }
+}
+} // namespace
+
+// The opening: maker's sign, title sign and the captions over the flight.
+FORGE_RECIPE(picture_credits) {
+    Canvas c(1024, 1024);
+    c.fill(rectangle(560, 440, 140, 140, 30), rgb(0x1c4f73, 0.9f));
+    drawRose(c, 630, 512, 66, kGold, rgb(0x8a6a24));
+    drawCaption(c, {518, 612, 65, 29, {"presents"}});
+    drawCaption(c, {514, 668, 169, 61, {"QUORVANE"}});
+    drawCaption(c, {39, 23, 318, 132, {"An island", "in an open sea"}});
+    drawCaption(c, {39, 171, 318, 135, {"a wind", "that no chart knows"}});
+    drawCaption(c, {41, 333, 377, 70, {"and a light on the hill"}});
+    drawCaption(c, {41, 412, 295, 107, {"Someone has to", "find out"}});
+    drawCaption(c, {43, 528, 297, 109, {"Press any key", "to set out"}});
+    drawCaption(c, {42, 654, 209, 231, {"Engine", "Levels", "Pictures", "Sound"}});
+    out.put("img/credits.tga", c.tga(32));
+}

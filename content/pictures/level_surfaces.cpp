@@ -1,0 +1,187 @@
+#include "forge/canvas.h"
+#include "forge/noise.h"
+#include "forge/recipes.h"
+#include "levels/island_ground.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace forge;
+
+namespace {
+constexpr int kSize = 256; // of a tiling surface
+constexpr auto kSide = static_cast<float>(kSize);
+
+/// Tiling noise over the picture with `cells` lattice cells a side.
+float grain(float x, float y, int cells, uint32_t seed, int octaves) {
+    const float scale = static_cast<float>(cells) / kSide;
+    return fractalNoise(x * scale, y * scale, seed, octaves, cells);
+}
+
+/// Distance to the nearest joint of a wall of bricks or boards laid in courses, in pixels; `id` names the stone.
+float courses(float x, float y, float width, float height, float wobble, int& id) {
+    const float wy = y + wobble * (grain(x, y, 8, 51, 2) - 0.5f);
+    const float row = std::floor(wy / height);
+    const float rows = kSide / height;
+    const float shift = static_cast<int>(row) % 2 != 0 ? width / 2 : 0;
+    const float wx = x + shift + wobble * (grain(x, y, 8, 52, 2) - 0.5f);
+    const float column = std::floor(wx / width);
+    const int columns = static_cast<int>(kSide / width);
+    id = static_cast<int>(std::fmod(row + rows, rows)) * 31 + (static_cast<int>(column) + columns) % columns;
+    const float dx = std::min(wx - column * width, (column + 1) * width - wx);
+    const float dy = std::min(wy - row * height, (row + 1) * height - wy);
+    return std::min(dx, dy);
+}
+
+Colour ground(float x, float y) {
+    // Nearly white: the colour of the ground comes from the layer above it.
+    const float tufts = grain(x, y, 32, 3, 3), patches = grain(x, y, 4, 4, 3);
+    const float blades = grain(x * 2, y, 64, 5, 1);
+    const float v = 0.80f + 0.13f * smoothStep(0.3f, 0.7f, tufts) + 0.07f * patches + 0.10f * (blades - 0.5f);
+    return {v, v, v * 0.98f, 1};
+}
+
+Colour plaster(float x, float y) {
+    const float v = 0.93f + 0.12f * (grain(x, y, 16, 11, 4) - 0.5f);
+    const float stain = smoothStep(0.55f, 0.8f, grain(x, y, 4, 12, 3));
+    return shaded(mix(rgb(0xf3e6c8), rgb(0xdcc79c), stain), v);
+}
+
+Colour planks(float x, float y) {
+    constexpr float kWidth = 42.67f;
+    const int board = static_cast<int>(x / kWidth);
+    const float within = x - static_cast<float>(board) * kWidth;
+    const float joint = std::min(within, kWidth - within);
+    const float tone = latticeValue(board, 1, 21);
+    const float fibre = grain(x * 3, y * 0.5f + tone * 100, 32, 22, 2);
+    const Colour wood = mix(rgb(0xc08a52), rgb(0xa06c3c), tone);
+    return shaded(wood, (0.86f + 0.24f * fibre) * (0.55f + 0.45f * smoothStep(0.6f, 2.6f, joint)));
+}
+
+Colour beams(float x, float y) {
+    const float fibre = grain(x * 0.5f, y * 2, 32, 25, 3);
+    return shaded(mix(rgb(0x6b4526), rgb(0x8a5c34), fibre), 0.9f + 0.25f * (fibre - 0.5f));
+}
+
+Colour stone(float x, float y) {
+    int id = 0;
+    const float joint = courses(x, y, 64, 42.67f, 9, id);
+    const float tone = latticeValue(id, 3, 31);
+    const Colour face = mix(rgb(0xa9a79c), rgb(0x8f9196), tone);
+    const Colour warm = mix(face, rgb(0xb8a584), 0.4f * latticeValue(id, 4, 32));
+    const float rough = 0.88f + 0.24f * grain(x, y, 16, 33, 4);
+    return shaded(mix(rgb(0x6a665f), warm, smoothStep(1.5f, 4.5f, joint)), rough);
+}
+
+Colour thatch(float x, float y) {
+    const float layer = std::fmod(y, 64.0f) / 64;
+    const float straw = grain(x * 2, y * 0.25f, 64, 41, 2);
+    const float edge = smoothStep(0.0f, 0.18f, layer + 0.12f * (straw - 0.5f));
+    return shaded(mix(rgb(0xc79a4b), rgb(0xe3bd6c), straw), (0.62f + 0.38f * edge) * (0.9f + 0.15f * layer));
+}
+
+Colour cloth(float x, float y) {
+    const float weave = 0.95f + 0.05f * std::sin(x * 1.57f) * std::sin(y * 1.57f);
+    const float fx = std::fabs(x / kSide - 0.5f), fy = std::fabs(y / kSide - 0.5f);
+    const float edge = std::max(fx, fy), diamond = std::fmod(fx + fy, 0.25f);
+    Colour c = rgb(0xb23a3f);
+    if (diamond < 0.05f) c = rgb(0xe8c26a);
+    if (edge > 0.4f) c = rgb(0x2f4b7c);
+    if (edge > 0.43f && edge < 0.455f) c = rgb(0xe8c26a);
+    return shaded(c, weave);
+}
+
+Colour rock(float x, float y) {
+    const float v = grain(x, y, 4, 61, 5), cracks = std::fabs(grain(x, y, 8, 62, 3) - 0.5f);
+    const Colour c = mix(rgb(0x77726c), rgb(0xa8a29a), v);
+    return shaded(c, 0.7f + 0.3f * smoothStep(0.0f, 0.05f, cracks));
+}
+
+struct Surface {
+    const char* file;
+    Colour (*paint)(float x, float y);
+};
+constexpr Surface kSurfaces[] = {
+    {"src_mdl/ground.tga", ground}, {"src_mdl/plaster.tga", plaster}, {"src_mdl/planks.tga", planks},
+    {"src_mdl/beams.tga", beams},   {"src_mdl/stone.tga", stone},     {"src_mdl/thatch.tga", thatch},
+    {"src_mdl/cloth.tga", cloth},   {"src_mdl/rock.tga", rock},
+};
+} // namespace
+
+FORGE_RECIPE(picture_level_surfaces) {
+    for (const Surface& surface : kSurfaces) {
+        Canvas picture(kSize, kSize);
+        picture.cover(surface.paint);
+        out.put(surface.file, picture.tga(24));
+    }
+}
+
+namespace {
+constexpr int kLayerSize = 1024;
+constexpr int kRampRows = 48;
+
+cVector3 groundNormal(float x, float z) {
+    constexpr float kStep = 0.35f;
+    const float dx = island::height(x + kStep, z) - island::height(x - kStep, z);
+    const float dz = island::height(x, z + kStep) - island::height(x, z - kStep);
+    return cVector3(-dx, 2 * kStep, -dz).normalized();
+}
+
+/// Soft shadow of an upright box that stands on the meadow.
+float boxShadow(float x, float z, float x0, float z0, float x1, float z1, float tall) {
+    // The shadow falls away from the sun: the box swept by the offset of its top.
+    const float sx = -island::kTowardsSun.x / island::kTowardsSun.y * tall;
+    const float sz = -island::kTowardsSun.z / island::kTowardsSun.y * tall;
+    float best = 1e9f;
+    for (int i = 0; i <= 6; ++i) {
+        const float t = static_cast<float>(i) / 6, ox = sx * t, oz = sz * t;
+        const float dx = std::max({x0 + ox - x, x - x1 - ox, 0.0f}), dz = std::max({z0 + oz - z, z - z1 - oz, 0.0f});
+        best = std::min(best, std::hypot(dx, dz));
+    }
+    return 1 - smoothStep(-0.2f, 0.9f, best);
+}
+
+float shadows(float x, float z) {
+    struct Box {
+        float x0, z0, x1, z1, tall;
+    };
+    constexpr Box kBoxes[] = {{-4.9f, -5, 4.9f, 5, 4.5f},   {13.5f, -3, 18.5f, 3, 2.5f}, {-14, 6, -9, 11, 1.1f},
+                              {-4, 14, 4, 14.7f, 3.2f},      {8, 7, 11, 13, 2},           {7.5f, -1.5f, 13.5f, 1.5f, 1},
+                              {15, -6.2f, 17.5f, -3, 1.2f}, {-18.8f, -10.8f, -17.2f, -9.2f, 3}};
+    float result = 0;
+    for (const Box& b : kBoxes) result = std::max(result, boxShadow(x, z, b.x0, b.z0, b.x1, b.z1, b.tall));
+    return result;
+}
+
+Colour groundColour(float x, float z) {
+    const float y = island::height(x, z);
+    const cVector3 n = groundNormal(x, z);
+    const float patches = fractalNoise(x * 0.35f, z * 0.35f, 71, 4), fine = fractalNoise(x * 2, z * 2, 72, 2);
+    Colour c = mix(rgb(0x5f9a3e), rgb(0x9cc257), smoothStep(0.3f, 0.7f, patches));
+    c = mix(c, rgb(0x4f8a46), 0.35f * smoothStep(0.55f, 0.75f, fine));
+    const float sand = 1 - smoothStep(0.9f, 1.7f, y + 0.8f * (patches - 0.5f));
+    c = mix(c, mix(rgb(0xe9d59a), rgb(0xd9bd7e), fine), sand);
+    c = mix(c, rgb(0xb79b72), 1 - smoothStep(-0.3f, 0.25f, y));
+    c = mix(c, rgb(0x3d7a78), 1 - smoothStep(-4.0f, -0.4f, y));
+    c = mix(c, mix(rgb(0xc9a873), rgb(0xb08f5f), fine), island::path(x, z));
+    const float steep = smoothStep(0.86f, 0.72f, n.y) * smoothStep(-0.5f, 0.6f, y);
+    c = mix(c, mix(rgb(0x8d8478), rgb(0xb3a894), patches), 1 - smoothStep(0.72f, 0.88f, n.y) > 0 ? steep : 0);
+    const float light = 0.62f + 0.44f * std::max(0.0f, n.dot(island::kTowardsSun));
+    return shaded(c, light * (1 - 0.34f * shadows(x, z)) * 1.08f);
+}
+} // namespace
+
+// What lies over the detail of the island: the ground's colour, light and shadows as seen from above, and along its
+// lower border, which nothing but deep sea bed shows, the brightness ramp for everything built.
+FORGE_RECIPE(picture_island_layer) {
+    Canvas picture(kLayerSize, kLayerSize);
+    constexpr float kScale = 2 * island::kHalfSize / kLayerSize;
+    picture.cover([](float x, float y) {
+        if (y >= kLayerSize - kRampRows) {
+            const float v = 0.4f + 0.6f * clamp01((x / kLayerSize - 0.02f) / 0.96f);
+            return Colour{v, v, v, 1};
+        }
+        return groundColour(x * kScale - island::kHalfSize, y * kScale - island::kHalfSize);
+    });
+    out.put("src_mdl/island_layer.tga", picture.tga(24));
+}

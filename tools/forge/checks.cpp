@@ -1,0 +1,5 @@
+#include "forge/checks.h"
+
+namespace forge {
+void checkDataSet(Output&) {}
+} // namespace forge

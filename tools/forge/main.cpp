@@ -1,0 +1,70 @@
+#include "forge/checks.h"
+#include "forge/preview.h"
+#include "forge/recipes.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace forge {
+std::vector<Recipe>& recipes() {
+    static std::vector<Recipe> all;
+    return all;
+}
+} // namespace forge
+
+namespace {
+namespace fs = std::filesystem;
+
+bool readRealFile(const fs::path& path, platform::Bytes& bytes) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    const std::vector<char> chars((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    bytes.assign(chars.begin(), chars.end());
+    return true;
+}
+
+/// Plain data that the game reads as it is edited: configuration, levels, items.
+bool copyPlainData(const fs::path& content, forge::Output& out) {
+    std::vector<fs::path> files;
+    std::error_code error;
+    for (const auto& entry : fs::recursive_directory_iterator(content, error)) {
+        const std::string extension = entry.path().extension().string();
+        if (extension == ".cfg" || extension == ".xml" || extension == ".cfl") files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    for (const fs::path& path : files) {
+        platform::Bytes bytes;
+        if (!readRealFile(path, bytes)) return false;
+        out.put(path.filename().string(), std::move(bytes));
+    }
+    return !error && !files.empty();
+}
+
+int make(const std::string& content, const std::string& target, const char* previews) {
+    forge::Output out;
+    if (!copyPlainData(content, out)) {
+        std::fprintf(stderr, "forge: no content in %s\n", content.c_str());
+        return 1;
+    }
+    auto all = forge::recipes();
+    std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    for (const forge::Recipe& recipe : all) recipe.make(out);
+    forge::checkDataSet(out);
+    for (const std::string& sentence : out.problems()) std::fprintf(stderr, "forge: %s\n", sentence.c_str());
+    if (previews && !forge::writePreviews(out, previews)) return 1;
+    if (!out.problems().empty() || !out.writeAll(target)) return 1;
+    std::printf("forge: %zu files in %s\n", out.files().size(), target.c_str());
+    return 0;
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3 && argc != 4) {
+        std::fprintf(stderr, "usage: forge CONTENT_DIR OUTPUT_DIR [PREVIEW_DIR]\n");
+        return 2;
+    }
+    return make(argv[1], argv[2], argc == 4 ? argv[3] : nullptr);
+}
