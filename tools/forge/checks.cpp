@@ -14,16 +14,37 @@
 namespace forge {
 namespace {
 /// Names that the program itself asks for.
-constexpr const char* kAlwaysNeeded[] = {
-    "window.cfg",         "input.cfg",     "character.cfg",      "movement.cfg",
-    "camera.cfg",         "sound.cfg",     "inventory.cfg",      "messages.cfg",
-    "animation.cfg",      "menu.cfg",      "settings.cfl",       "keynames.cfl",
-    "hierarchy.cfl",      "objects.xml",   "intro.xml",          "testlevel.xml",
-    "3ds/pistoltest.3ds", "3ds/grenade.3ds", "img/credits.tga",  "img/menu.tga",
-    "img/alpha.tga",      "img/loading.bmp", "img/interface.tga", "img/crosshair.tga",
-    "img/objects.tga",    "img/pointer.tga", "particles/smoke04.tga", "particles/explo32x32.tga",
-    "maincharfinal/mainchar_noweapon_head.cff", "maincharfinal/mainchar_noweapon_upper.cff",
-    "maincharfinal/mainchar_noweapon_lower.cff"};
+constexpr const char* kAlwaysNeeded[] = {"window.cfg",
+                                         "input.cfg",
+                                         "character.cfg",
+                                         "movement.cfg",
+                                         "camera.cfg",
+                                         "sound.cfg",
+                                         "inventory.cfg",
+                                         "messages.cfg",
+                                         "animation.cfg",
+                                         "menu.cfg",
+                                         "settings.cfl",
+                                         "keynames.cfl",
+                                         "hierarchy.cfl",
+                                         "objects.xml",
+                                         "intro.xml",
+                                         "testlevel.xml",
+                                         "3ds/pistoltest.3ds",
+                                         "3ds/grenade.3ds",
+                                         "img/credits.tga",
+                                         "img/menu.tga",
+                                         "img/alpha.tga",
+                                         "img/loading.bmp",
+                                         "img/interface.tga",
+                                         "img/crosshair.tga",
+                                         "img/objects.tga",
+                                         "img/pointer.tga",
+                                         "particles/smoke04.tga",
+                                         "particles/explo32x32.tga",
+                                         "maincharfinal/mainchar_noweapon_head.cff",
+                                         "maincharfinal/mainchar_noweapon_upper.cff",
+                                         "maincharfinal/mainchar_noweapon_lower.cff"};
 /// Made by the game at every start.
 constexpr const char* kMadeByGame[] = {"s_mdl/pistol.cpm", "s_mdl/grenade.cpm"};
 constexpr int kIntroFrames = 4781; ///< 76.5 s that the opening plays
@@ -79,7 +100,8 @@ private:
     void document(const std::string& name) {
         const std::string text = textOf(out_, name);
         static const std::regex files("(file|appearance|collision)=\"([^\"]+)\"");
-        for (auto i = std::sregex_iterator(text.begin(), text.end(), files); i != std::sregex_iterator(); ++i) {
+        for (auto i = std::sregex_iterator(text.begin(), text.end(), files); i != std::sregex_iterator();
+             ++i) {
             const std::string file = (*i)[2];
             if (file.find('.') != std::string::npos) {
                 need(file, name);
@@ -92,14 +114,16 @@ private:
             if (!out_.has(dataName((*i)[2].str() + ".ogg"))) need((*i)[2].str() + ".wav", name);
         static const std::regex objects("<object name=\"([^\"]*)\"");
         std::map<int32_t, std::string> seen;
-        for (auto i = std::sregex_iterator(text.begin(), text.end(), objects); i != std::sregex_iterator(); ++i)
+        for (auto i = std::sregex_iterator(text.begin(), text.end(), objects); i != std::sregex_iterator();
+             ++i)
             distinct(seen, (*i)[1], name);
     }
 
     void distinct(std::map<int32_t, std::string>& seen, const std::string& what, const std::string& where) {
         const int32_t hash = nameHash(what);
         const auto [at, fresh] = seen.emplace(hash, what);
-        if (!fresh) out_.problem(where + ": the names " + at->second + " and " + what + " are the same to the game");
+        if (!fresh)
+            out_.problem(where + ": the names " + at->second + " and " + what + " are the same to the game");
         if ((hash >= 0 && hash <= 10) || hash == 10000 || hash == 10001)
             out_.problem(where + ": the name " + what + " means a script keyword");
     }
@@ -153,7 +177,8 @@ private:
         if (animation.size() != 31) out_.problem("animation.cfg does not hold 31 keys");
         for (const auto& [key, value] : animation)
             for (const char* part : {"upper", "lower"})
-                if (!animations_[std::string("maincharfinal/mainchar_noweapon_") + part + ".cff"].count(value))
+                if (!animations_[std::string("maincharfinal/mainchar_noweapon_") + part + ".cff"].count(
+                        value))
                     out_.problem("animation.cfg: the hero's " + std::string(part) + " half has no " + value);
     }
 
@@ -176,7 +201,8 @@ private:
         }
         for (size_t i = 0; i < boxes.size(); ++i) {
             const Box& a = boxes[i];
-            if (a.left < 0 || a.top < 0 || a.right > 1024 || a.bottom > 1024 || a.left >= a.right || a.top >= a.bottom)
+            if (a.left < 0 || a.top < 0 || a.right > 1024 || a.bottom > 1024 || a.left >= a.right ||
+                a.top >= a.bottom)
                 out_.problem("menu.cfg: " + a.name + " does not lie inside the picture");
             for (size_t k = i + 1; k < boxes.size(); ++k) {
                 const Box& b = boxes[k];
@@ -194,7 +220,8 @@ private:
             out_.problem("intro.xml: the cinematic \"intro\" is missing or too short");
         static const std::regex frames("number=\"(\\d+)\"");
         int last = -1;
-        for (auto i = std::sregex_iterator(text.begin(), text.end(), frames); i != std::sregex_iterator(); ++i) {
+        for (auto i = std::sregex_iterator(text.begin(), text.end(), frames); i != std::sregex_iterator();
+             ++i) {
             const int number = std::atoi((*i)[1].str().c_str());
             if (number <= last) out_.problem("intro.xml: camera frames are not in order");
             last = number;
