@@ -81,9 +81,9 @@ void addBeams(Scenery& s) {
     for (float x : {-4.42f, 4.12f})
         for (float z : {-4.42f, 4.12f}) beam({x, 1.5f, z}, {x + 0.3f, kEaves, z + 0.3f});
     // Door frame and window frames.
-    beam({-1.2f, 1.9f, -4.4f}, {-1, 4.9f, -3.92f}, Scenery::kBoth);
-    beam({1, 1.9f, -4.4f}, {1.2f, 4.9f, -3.92f}, Scenery::kBoth);
-    beam({-1, 4.7f, -4.4f}, {1, 4.9f, -3.92f}, Scenery::kBoth);
+    beam({-1.2f, 1.9f, -4.4f}, {-0.98f, 4.9f, -3.92f}, Scenery::kBoth);
+    beam({0.98f, 1.9f, -4.4f}, {1.2f, 4.9f, -3.92f}, Scenery::kBoth);
+    beam({-0.98f, 4.68f, -4.4f}, {0.98f, 4.9f, -3.92f}, Scenery::kBoth);
     for (float y : {3.0f, 4.2f}) {
         beam({-1.35f, y, 3.94f}, {1.35f, y + 0.12f, 4.38f});
         beam({-4.38f, y, -1.35f}, {-3.94f, y + 0.12f, 1.35f});
@@ -105,13 +105,15 @@ void addFurniture(Scenery& s) {
     // Table in the south-east, a bench before the wall, shelves above it.
     s.add(kPlanks, box({1.7f, 2.9f, 1.9f}, {3.3f, 2.99f, 3.1f}, 0.7f), Scenery::kSeen);
     for (float x : {1.8f, 3.08f})
-        for (float z : {2.0f, 2.88f}) s.add(kBeams, box({x, kFloor, z}, {x + 0.12f, 2.9f, z + 0.12f}), Scenery::kSeen);
+        for (float z : {2.0f, 2.88f})
+            s.add(kBeams, box({x, kFloor, z}, {x + 0.12f, 2.9f, z + 0.12f}), Scenery::kSeen);
     s.add(kPlanks, box({1.7f, kFloor, 1.9f}, {3.3f, 2.99f, 3.1f}), Scenery::kSolid);
     s.add(kPlanks, box({1.8f, 2.45f, 3.55f}, {3.3f, 2.55f, 3.95f}, 0.7f));
     s.add(kBeams, box({1.9f, kFloor, 3.6f}, {3.2f, 2.45f, 3.9f}));
     s.add(kPlanks, box({1.6f, 3.6f, 3.66f}, {3.6f, 3.66f, 4}, 0.7f), Scenery::kSeen);
     // Rug.
-    s.add(kCloth, box({-1.3f, kFloor, -1.8f}, {1.3f, kFloor + 0.02f, 1.2f}, 0.38f, kTop | kWalls), Scenery::kSeen);
+    s.add(kCloth, box({-1.3f, kFloor, -1.8f}, {1.3f, kFloor + 0.02f, 1.2f}, 0.38f, kTop | kWalls),
+          Scenery::kSeen);
     // Fireplace and chimney on the east wall.
     s.add(kStone, box({3.2f, kFloor, -1.6f}, {kIn, 3.3f, -0.9f}, 0.6f));
     s.add(kStone, box({3.2f, kFloor, 0.3f}, {kIn, 3.3f, 1.0f}, 0.6f));
@@ -161,14 +163,14 @@ void addPlayground(Scenery& s) {
     s.add(kStone, box({-4, 1, 14}, {-1.2f, 5.4f, 14.7f}, 0.5f));
     s.add(kStone, box({-1.2f, 1, 14}, {2, 5, 14.7f}, 0.5f));
     s.add(kStone, box({2, 1, 14}, {4, 5.8f, 14.7f}, 0.5f));
-    // A ramp of 20 degrees up to a platform.
-    constexpr float kUp = 2.18f;
-    const cVector3 a(8, 2, 16), b(11, 2, 16), c(11, 2 + kUp, 10), d(8, 2 + kUp, 10), down(0, -0.9f, 0);
-    s.add(kPlanks, patch(a, b, c, d, 2, 3, 1.2f, 2.4f));
-    s.add(kPlanks, patch(b + down, c + down, c, b, 1, 1, 2.4f, 0.4f));
-    s.add(kPlanks, patch(d + down, a + down, a, d, 1, 1, 2.4f, 0.4f));
-    s.add(kPlanks, patch(b + down, a + down, d + down, c + down, 1, 1, 1.2f, 2.4f));
-    s.add(kPlanks, box({8, 1, 7}, {11, 2 + kUp, 10}, 0.4f));
+    // A ramp of 20 degrees up to a platform; its foot lies below the grass.
+    constexpr float kFoot = 1.2f, kTop = 4.18f, kDeep = 0.5f;
+    const cVector3 a(8, kFoot, 16.2f), b(11, kFoot, 16.2f), c(11, kTop, 8), d(8, kTop, 8);
+    const auto below = [&](const cVector3& p) { return cVector3(p.x, kDeep, p.z); };
+    s.add(kPlanks, patch(a, b, c, d, 2, 3, 1.2f, 3.2f));
+    s.add(kPlanks, patch(below(b), below(c), c, b, 1, 1, 3.2f, 1));
+    s.add(kPlanks, patch(below(d), below(a), a, d, 1, 1, 3.2f, 1));
+    s.add(kPlanks, box({8, kDeep, 5}, {11, kTop, 8}, 0.4f));
 }
 
 void addPier(Scenery& s) {
@@ -180,7 +182,8 @@ void addPier(Scenery& s) {
 Mesh boulder(float size, uint32_t seed) {
     Mesh m = ball(size, 9, 6);
     for (cVector3& p : m.positions) {
-        const float k = 0.7f + 0.6f * noise(p.x / size * 1.7f + 9, p.z / size * 1.7f + p.y / size * 2.3f + 9, seed);
+        const float k =
+            0.7f + 0.6f * noise(p.x / size * 1.7f + 9, p.z / size * 1.7f + p.y / size * 2.3f + 9, seed);
         p = {p.x * k, p.y * k * 0.8f, p.z * k};
     }
     for (TexCoord& t : m.texCoords) t = {t.u * 2, t.v};
@@ -191,9 +194,10 @@ void addRocks(Scenery& s) {
     struct Place {
         float x, z, size;
     };
-    constexpr Place kRocks[] = {{20, 12, 1.3f},    {21.5f, 10.6f, 0.8f}, {-21, 9, 1.4f},  {-19.4f, 12.5f, 0.9f},
-                                {12, -20, 1.5f},   {9.8f, -21, 0.9f},    {-6, 22, 1.1f},  {22, -9, 1.2f},
-                                {-5.4f, -19, 1.2f}, {16, 17, 1.0f},      {-24, 1, 1.5f},  {4.5f, -23.5f, 1.3f}};
+    constexpr Place kRocks[] = {{20, 12, 1.3f},        {21.5f, 10.6f, 0.8f}, {-21, 9, 1.4f},
+                                {-19.4f, 12.5f, 0.9f}, {12, -20, 1.5f},      {9.8f, -21, 0.9f},
+                                {-6, 22, 1.1f},        {22, -9, 1.2f},       {-5.4f, -19, 1.2f},
+                                {16, 17, 1.0f},        {-24, 1, 1.5f},       {4.5f, -23.5f, 1.3f}};
     uint32_t seed = 400;
     for (const Place& r : kRocks)
         s.add(kRock, boulder(r.size, ++seed).moved({r.x, island::height(r.x, r.z) + r.size * 0.2f, r.z}));
@@ -201,16 +205,20 @@ void addRocks(Scenery& s) {
 
 void addBeacon(Scenery& s) {
     s.add(kStone, box({-19, 5, -11}, {-17, 6.4f, -9}, 0.5f));
-    s.add(kStone, lathe({{0.62f, 6.4f}, {0.5f, 7.9f}, {0.75f, 8.0f}, {0.75f, 8.25f}, {0.4f, 8.4f}, {0, island::kHighest}},
-                        8, 3, 2)
-                      .moved({-18, 0, -10}));
+    s.add(
+        kStone,
+        lathe(
+            {{0.62f, 6.4f}, {0.5f, 7.9f}, {0.75f, 8.0f}, {0.75f, 8.25f}, {0.4f, 8.4f}, {0, island::kHighest}},
+            8, 3, 2)
+            .moved({-18, 0, -10}));
 }
 } // namespace
 
 FORGE_RECIPE(level_island) {
     Scenery s;
     constexpr int kCells = 64;
-    s.addGround(kGround, terrain(-island::kHalfSize, -island::kHalfSize, 1, kCells, kCells, island::height, 0.25f));
+    s.addGround(kGround,
+                terrain(-island::kHalfSize, -island::kHalfSize, 1, kCells, kCells, island::height, 0.25f));
     addHut(s);
     addTerrace(s);
     addPlayground(s);

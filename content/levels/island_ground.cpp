@@ -10,20 +10,20 @@ using namespace forge;
 namespace island {
 namespace {
 constexpr float kFlatRadius = 17, kBeachSlope = 0.26f; // about 15 degrees
-constexpr float kShelfRadius = 27.5f;                   // behind it the bed falls away
-constexpr float kGentle = 0.404f;                       // 22 degrees
-constexpr float kCliff = 1.733f;                        // 60 degrees
+constexpr float kShelfRadius = 27.5f;                  // behind it the bed falls away
+constexpr float kGentle = 0.404f;                      // 22 degrees
+constexpr float kCliff = 1.733f;                       // 60 degrees
 
 struct Pad {
     float x0, z0, x1, z1;
 };
 /// Places that stay level for what stands on them.
 constexpr Pad kPads[] = {
-    {-7, -8, 7, 7},     // hut and yard
-    {6, -8, 20, 5},     // stairs and terrace
-    {-15, 5, -8, 12},   // ledge
-    {-5, 12, 5, 17},    // ruined wall
-    {6, 6, 13, 18},     // ramp
+    {-7, -8, 7, 7},   // hut and yard
+    {6, -8, 20, 5},   // stairs and terrace
+    {-15, 5, -8, 12}, // ledge
+    {-5, 12, 5, 17},  // ruined wall
+    {6, 4, 13, 18},   // ramp
 };
 
 float distanceToPads(float x, float z) {

@@ -22,7 +22,8 @@ Colour sky(float u, float v) {
     // Clouds thin out towards the zenith, where the texture runs together.
     const float field = fractalNoise(u * 16, v * 26, 201, 5, 16);
     const float billow = fractalNoise(u * 32, v * 60, 202, 4, 32);
-    const float amount = smoothStep(0.54f, 0.70f, field) * smoothStep(0.02f, 0.10f, up) * smoothStep(0.62f, 0.36f, up);
+    const float amount =
+        smoothStep(0.54f, 0.70f, field) * smoothStep(0.02f, 0.10f, up) * smoothStep(0.62f, 0.36f, up);
     return mix(c, mix(rgb(0xd5e4ee), rgb(0xffffff), smoothStep(0.3f, 0.6f, billow)), amount * 0.92f);
 }
 
@@ -40,8 +41,10 @@ Mesh dome() {
 Mesh farIslands(int count, float nearness, float tall, uint32_t seed) {
     Mesh m;
     for (int i = 0; i < count; ++i) {
-        const float angle = kTurn * (static_cast<float>(i) + 0.7f * latticeValue(i, 1, seed)) / static_cast<float>(count);
-        const float width = 30 + 90 * latticeValue(i, 2, seed), height = tall * (0.4f + latticeValue(i, 3, seed));
+        const float angle =
+            kTurn * (static_cast<float>(i) + 0.7f * latticeValue(i, 1, seed)) / static_cast<float>(count);
+        const float width = 30 + 90 * latticeValue(i, 2, seed),
+                    height = tall * (0.4f + latticeValue(i, 3, seed));
         const float distance = kIslands * nearness;
         const cVector3 middle(distance * std::sin(angle), 0, -distance * std::cos(angle));
         const cVector3 across(std::cos(angle), 0, std::sin(angle));
@@ -71,7 +74,8 @@ Mesh sea() {
     };
     Mesh m;
     for (int j = 0; j <= kSeaCells; ++j)
-        for (int i = 0; i <= kSeaCells; ++i) m.addVertex({spread(i), 0, spread(j)}, spread(i) / 9, -spread(j) / 9);
+        for (int i = 0; i <= kSeaCells; ++i)
+            m.addVertex({spread(i), 0, spread(j)}, spread(i) / 9, -spread(j) / 9);
     constexpr uint32_t kRow = kSeaCells + 1;
     for (uint32_t j = 0; j < kSeaCells; ++j)
         for (uint32_t i = 0; i < kSeaCells; ++i) {

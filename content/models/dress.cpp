@@ -6,8 +6,8 @@
 
 using namespace forge;
 
-// The pictures of people. Where each part lies in them is laid down in humanoid.cpp; the front of a body is in the
-// middle of its strip, its upper end at the top.
+// The pictures of people. Where each part lies in them is laid down in humanoid.cpp; the front of a body is
+// in the middle of its strip, its upper end at the top.
 namespace humanoid {
 namespace {
 /// Soft folds: darker and lighter streaks along a strip.
@@ -16,7 +16,8 @@ Colour folded(const Colour& c, float x, float y, float strength) {
     return shaded(c, 1 + strength * fold);
 }
 
-void strip(Canvas& canvas, float left, float top, float width, float height, const Colour& colour, float folds = 0.25f) {
+void strip(Canvas& canvas, float left, float top, float width, float height, const Colour& colour,
+           float folds = 0.25f) {
     canvas.fill(rectangle(left - 1, top - 1, width + 2, height + 2),
                 [&](float x, float y) { return folded(colour, x, y, folds); });
 }
@@ -59,7 +60,8 @@ platform::Bytes upperPicture(const Dress& d) {
     strip(c, 0, 226, 128, 3, shaded(rgb(d.coat), 0.6f), 0);
     strip(c, 128, 128, 128, 64, rgb(d.skin), 0);
     strip(c, 128, 192, 64, 64, rgb(d.skin), 0);
-    for (float x : {140.0f, 152.0f, 164.0f, 176.0f}) c.fill(stroke(x, 238, x, 256, 1.5f), shaded(rgb(d.skin), 0.75f));
+    for (float x : {140.0f, 152.0f, 164.0f, 176.0f})
+        c.fill(stroke(x, 238, x, 256, 1.5f), shaded(rgb(d.skin), 0.75f));
     strip(c, 192, 192, 64, 64, rgb(d.trim), 0.3f);
     for (float y : {200.0f, 250.0f}) strip(c, 192, y, 64, 3, shaded(rgb(d.trim), 1.35f), 0);
     return c.tga(24);
@@ -72,10 +74,12 @@ void drawEye(Canvas& c, float x, float y, float side, const Dress& d) {
     c.fill(disc(x + 3, y - 5, 4.2f), rgb(0xffffff));
     c.fill(disc(x - 5, y + 8, 2.2f), rgb(0xffffff, 0.8f));
     // Upper lid and lashes.
-    c.fill(polyline({{x - 18, y - 8}, {x - 11, y - 17}, {x, y - 20}, {x + 11, y - 17}, {x + 18, y - 8}}, 6), rgb(0x241a18));
+    c.fill(polyline({{x - 18, y - 8}, {x - 11, y - 17}, {x, y - 20}, {x + 11, y - 17}, {x + 18, y - 8}}, 6),
+           rgb(0x241a18));
     c.fill(polyline({{x - 11, y + 19}, {x, y + 21}, {x + 11, y + 19}}, 2), rgb(0x6d4638, 0.7f));
     // Brow.
-    c.fill(polyline({{x - 18, y - 31 - side}, {x, y - 37}, {x + 18, y - 31 + side}}, 6.5f), shaded(rgb(d.hair), 0.75f));
+    c.fill(polyline({{x - 18, y - 31 - side}, {x, y - 37}, {x + 18, y - 31 + side}}, 6.5f),
+           shaded(rgb(d.hair), 0.75f));
 }
 
 platform::Bytes headPicture(const Build& b, const Dress& d) {
@@ -88,7 +92,8 @@ platform::Bytes headPicture(const Build& b, const Dress& d) {
     }
     c.glow(ellipse(128 * kUnit, 79 * kUnit, 8, 2), shaded(rgb(d.skin, 0.7f), 0.72f), 6);
     if (!b.beard)
-        c.fill(polyline({{236, 184}, {244, 189.5f}, {256, 191.5f}, {268, 189.5f}, {276, 184}}, 4.5f), rgb(0x8c3b34));
+        c.fill(polyline({{236, 184}, {244, 189.5f}, {256, 191.5f}, {268, 189.5f}, {276, 184}}, 4.5f),
+               rgb(0x8c3b34));
     else
         c.fill(polyline({{240, 187}, {256, 190}, {272, 187}}, 4.5f), rgb(0x7a322c));
     // Hair with strands, hat with a band.
@@ -102,7 +107,8 @@ platform::Bytes headPicture(const Build& b, const Dress& d) {
 }
 } // namespace
 
-void paint(Output& out, const std::string& directory, const std::string& name, const Build& build, const Dress& dress) {
+void paint(Output& out, const std::string& directory, const std::string& name, const Build& build,
+           const Dress& dress) {
     const std::string base = directory + "/" + name;
     out.put(base + "_lower.tga", lowerPicture(dress));
     out.put(base + "_upper.tga", upperPicture(dress));

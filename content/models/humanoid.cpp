@@ -10,7 +10,8 @@ using namespace forge;
 namespace humanoid {
 namespace {
 // Joints at rest, system coordinates, right side (x positive).
-constexpr cVector3 kWaist{0, -0.30f, 0}, kHip{0.105f, -0.40f, 0}, kKnee{0.105f, -0.79f, 0}, kAnkle{0.105f, -1.16f, 0};
+constexpr cVector3 kWaist{0, -0.30f, 0}, kHip{0.105f, -0.40f, 0}, kKnee{0.105f, -0.79f, 0},
+    kAnkle{0.105f, -1.16f, 0};
 constexpr cVector3 kChest{0, -0.14f, 0}, kNeck{0, 0.24f, 0.01f};
 constexpr float kShoulderHeight = 0.13f, kElbowHeight = -0.15f, kWristHeight = -0.40f;
 constexpr float kThigh = 0.39f, kShin = 0.37f;
@@ -85,12 +86,14 @@ Skin lowerSkin(const Build& b) {
     const float hem = -0.34f - b.skirt, flare = g * (1 + 0.45f * std::max(0.0f, b.skirt - 0.22f));
     for (int side = 0; side < 2; ++side) {
         const int thigh = side == 0 ? kThighR : kThighL;
-        skin.addBody(onSide({{{0.085f * g, hem, 0}, 0.135f * flare, 0.175f * flare, kPelvis, thigh, 0.75f},
-                             {{0.080f * g, (hem - 0.36f) / 2, 0}, 0.132f * flare, 0.165f * flare, kPelvis, thigh, 0.35f},
-                             {{0.070f * g, -0.36f, 0}, 0.122f * g, 0.148f * g, kPelvis, kPelvis, 0},
-                             {{0.055f * g, -0.27f, 0}, 0.122f * g, 0.132f * g, kPelvis, kPelvis, 0}},
-                            side),
-                     12, {0.25f, 0}, {0.75f, 0.5f}, Along::kUp, -0.05f, 0.0f);
+        skin.addBody(
+            onSide(
+                {{{0.085f * g, hem, 0}, 0.135f * flare, 0.175f * flare, kPelvis, thigh, 0.75f},
+                 {{0.080f * g, (hem - 0.36f) / 2, 0}, 0.132f * flare, 0.165f * flare, kPelvis, thigh, 0.35f},
+                 {{0.070f * g, -0.36f, 0}, 0.122f * g, 0.148f * g, kPelvis, kPelvis, 0},
+                 {{0.055f * g, -0.27f, 0}, 0.122f * g, 0.132f * g, kPelvis, kPelvis, 0}},
+                side),
+            12, {0.25f, 0}, {0.75f, 0.5f}, Along::kUp, -0.05f, 0.0f);
     }
     return skin;
 }
@@ -173,10 +176,13 @@ void addHair(Skin& skin, const Build& b) {
                  16, low, high, Along::kUp, 0.01f, 0.015f);
     // Locks over the brow.
     if (!b.hat)
-        for (const auto& [x, lean] : {std::pair{-0.12f, 24.0f}, {-0.035f, 9.0f}, {0.06f, -12.0f}, {0.14f, -28.0f}}) {
+        for (const auto& [x, lean] :
+             {std::pair{-0.12f, 24.0f}, {-0.035f, 9.0f}, {0.06f, -12.0f}, {0.14f, -28.0f}}) {
             const Mesh lock = lathe({{0, -0.15f}, {0.030f, -0.09f}, {0.050f, 0}, {0, 0.06f}}, 7);
-            skin.addPiece(lock.tilted(-24).rolled(lean).mapped(low.u, low.v, high.u, high.v).moved(
-                              {x, 0.635f, -0.195f + std::fabs(x) * 0.35f}),
+            skin.addPiece(lock.tilted(-24)
+                              .rolled(lean)
+                              .mapped(low.u, low.v, high.u, high.v)
+                              .moved({x, 0.635f, -0.195f + std::fabs(x) * 0.35f}),
                           0);
         }
     if (b.ponytail)
@@ -208,7 +214,10 @@ Skin headSkin(const Build& b) {
     const Mesh nose = ball(0.030f, 8, 5).scaled({0.8f, 1, 1.1f}).mappedTo({0.04f, 0.94f});
     skin.addPiece(nose.moved({0, 0.430f, -0.208f}), 0);
     for (float side : {-1.0f, 1.0f})
-        skin.addPiece(ball(0.05f, 8, 5).scaled({0.5f, 1.1f, 0.8f}).mappedTo({0.04f, 0.94f}).moved({side * 0.197f, 0.445f, 0.01f}),
+        skin.addPiece(ball(0.05f, 8, 5)
+                          .scaled({0.5f, 1.1f, 0.8f})
+                          .mappedTo({0.04f, 0.94f})
+                          .moved({side * 0.197f, 0.445f, 0.01f}),
                       0);
     addHair(skin, b);
     return skin;
@@ -270,7 +279,8 @@ UpperFrame poseUpper(const Pose& p, const Build& b) {
         const Joint fore = upper.child({0, kElbowHeight - kShoulderHeight, 0}, turnX(arm.elbow));
         f.joints[first] = upper;
         f.joints[first + 1] = fore;
-        if (side == 0) f.weapon = tagAt("tag_weapon", fore.child({0, -0.49f - kElbowHeight, -0.03f}, Joint()));
+        if (side == 0)
+            f.weapon = tagAt("tag_weapon", fore.child({0, -0.49f - kElbowHeight, -0.03f}, Joint()));
     }
     return f;
 }
@@ -285,7 +295,8 @@ CharacterPart partOf(const Skin& skin, const std::string& meshName, const std::s
 }
 
 /// The person as seen at one frame, put together as the game does it.
-Parts assembled(const CharacterPart& lower, const CharacterPart& upper, const CharacterPart& head, size_t frame) {
+Parts assembled(const CharacterPart& lower, const CharacterPart& upper, const CharacterPart& head,
+                size_t frame) {
     const auto placed = [](const CharacterPart& part, size_t at, const Joint& j) {
         Mesh m;
         m.positions = part.frames[at];
@@ -309,7 +320,8 @@ void addShots(const std::string& name, const CharacterPart& lower, const Charact
         for (int k : {0, row.count / 4, row.count / 2, row.count * 3 / 4}) {
             const auto put = [&](Parts& into, float turn) {
                 for (Part part : assembled(lower, upper, head, static_cast<size_t>(row.first + k))) {
-                    part.mesh = part.mesh.turned(turn).moved({std::fmod(x, 9.6f), -2.3f * std::floor(x / 9.6f), 0});
+                    part.mesh =
+                        part.mesh.turned(turn).moved({std::fmod(x, 9.6f), -2.3f * std::floor(x / 9.6f), 0});
                     into.push_back(std::move(part));
                 }
             };
@@ -332,8 +344,8 @@ void addShots(const std::string& name, const CharacterPart& lower, const Charact
 }
 } // namespace
 
-void make(Output& out, const std::string& directory, const std::string& name, const Build& build, const Dress& dress,
-          bool zUp) {
+void make(Output& out, const std::string& directory, const std::string& name, const Build& build,
+          const Dress& dress, bool zUp) {
     const std::string base = directory + "/" + name;
     const Skin lowerBody = lowerSkin(build), upperBody = upperSkin(build), headBody = headSkin(build);
     CharacterPart lower = partOf(lowerBody, "lower", base + "_lower.tga");
@@ -344,7 +356,8 @@ void make(Output& out, const std::string& directory, const std::string& name, co
         const int count = move.frames + (move.loops ? 0 : 1);
         for (int i = 0; i < count; ++i) {
             const int steps = move.loops ? move.frames : move.frames - 1;
-            const Pose pose = move.pose(static_cast<float>(std::min(i, move.frames - 1)) / static_cast<float>(steps));
+            const Pose pose =
+                move.pose(static_cast<float>(std::min(i, move.frames - 1)) / static_cast<float>(steps));
             const LowerFrame low = poseLower(pose);
             const UpperFrame high = poseUpper(pose, build);
             lower.frames.push_back(lowerBody.posed(lowerRest(), low.joints));

@@ -20,11 +20,11 @@ struct Leg {
 };
 struct Pose {
     float down = 0, forwards = 0, right = 0; ///< hips moved from their place at rest, units
-    float lean = 0, tilt = 0, yaw = 0; ///< whole body: forwards, to its left, forwards to the left
-    bool legsFollowBody = false;       ///< legs are given in the body's space instead of the ground's
-    float bend = 0, twist = 0, sway = 0; ///< back: forwards, to the left, sidewards to the left
-    float nod = 0, look = 0;             ///< head: forwards, to the left
-    Leg leg[2];                          ///< right, left
+    float lean = 0, tilt = 0, yaw = 0;       ///< whole body: forwards, to its left, forwards to the left
+    bool legsFollowBody = false;             ///< legs are given in the body's space instead of the ground's
+    float bend = 0, twist = 0, sway = 0;     ///< back: forwards, to the left, sidewards to the left
+    float nod = 0, look = 0;                 ///< head: forwards, to the left
+    Leg leg[2];                              ///< right, left
     Arm arm[2];
 };
 
@@ -39,11 +39,11 @@ const std::vector<Move>& moves();
 
 /// Measures in units from the feet's plane upwards are absolute: the soles lie at −1.25, the crown at 0.75.
 struct Build {
-    float girth = 1;       ///< of the trunk
+    float girth = 1; ///< of the trunk
     float shoulders = 0.25f;
-    float limbs = 1;       ///< thickness
+    float limbs = 1; ///< thickness
     float head = 1;
-    float skirt = 0.22f;   ///< length of the coat below the belt
+    float skirt = 0.22f; ///< length of the coat below the belt
     bool hat = false;
     bool ponytail = false;
     bool beard = false;
@@ -51,7 +51,8 @@ struct Build {
 struct Dress {
     unsigned skin, hair, coat, trim, shirt, trousers, boots, belt, eyes;
 };
-/// Three files DIRECTORY/NAME_{head,upper,lower}.cff and their pictures. `zUp`: stored as people of the level.
+/// Three files DIRECTORY/NAME_{head,upper,lower}.cff and their pictures. `zUp`: stored as people of the
+/// level.
 void make(forge::Output& out, const std::string& directory, const std::string& name, const Build& build,
           const Dress& dress, bool zUp);
 /// The three pictures of a person.

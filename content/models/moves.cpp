@@ -14,7 +14,8 @@ constexpr float kTurn = 6.28318531f;
 constexpr int kRate = 21;
 constexpr float kFrameSeconds = 0.048f;
 constexpr int kWalkFrames = 10, kRunFrames = 9;
-// 0.95 of 0.05 and 0.11 units in 16 ms: what the ground does under a walking and a running foot, units a second.
+// 0.95 of 0.05 and 0.11 units in 16 ms: what the ground does under a walking and a running foot, units a
+// second.
 constexpr float kWalkSpeed = 2.97f, kRunSpeed = 6.53f;
 
 float wave(float t) {
@@ -22,14 +23,14 @@ float wave(float t) {
 }
 
 struct Gait {
-    float standing;  ///< part of the cycle that a foot is on the ground
-    float distance;  ///< that the ground moves in the meantime
-    float lift;      ///< of the ankle in the air
-    float heel;      ///< degrees that the heel rises at the end
-    float strike;    ///< degrees that the toe is up when the heel touches
+    float standing; ///< part of the cycle that a foot is on the ground
+    float distance; ///< that the ground moves in the meantime
+    float lift;     ///< of the ankle in the air
+    float heel;     ///< degrees that the heel rises at the end
+    float strike;   ///< degrees that the toe is up when the heel touches
 };
-constexpr Gait kWalk{0.5f, 0.5f * kWalkFrames * kFrameSeconds * kWalkSpeed, 0.13f, 38, 16};
-constexpr Gait kRun{0.28f, 0.28f * kRunFrames * kFrameSeconds * kRunSpeed, 0.36f, 50, 8};
+constexpr Gait kWalk{0.5f, 0.5f * kWalkFrames* kFrameSeconds* kWalkSpeed, 0.13f, 38, 16};
+constexpr Gait kRun{0.28f, 0.28f * kRunFrames* kFrameSeconds* kRunSpeed, 0.36f, 50, 8};
 
 /// A planted foot moves straight back with the ground; the ball of the foot stays down while the heel rises.
 Leg stride(const Gait& g, float phase) {

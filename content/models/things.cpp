@@ -7,12 +7,17 @@
 
 using namespace forge;
 
-// Things that stand about: static models in units, standing on y 0. The level scales them to half their longest side.
+// Things that stand about: static models in units, standing on y 0. The level scales them to half their
+// longest side.
 namespace {
-constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kLeaf{86, 150, 62, 0}, kLeafLight{120, 178, 74, 0};
-constexpr cColour4 kPine{52, 112, 74, 0}, kGlow{255, 222, 130, 0}, kWhite{238, 232, 216, 0}, kRed{186, 62, 58, 0};
-constexpr cColour4 kBlue{52, 98, 140, 0}, kClay{178, 98, 62, 0}, kSteel{150, 160, 172, 0}, kGreen{82, 110, 62, 0};
-const std::string kPlanks = "src_mdl\\planks.tga", kBeams = "src_mdl\\beams.tga", kStone = "src_mdl\\stone.tga";
+constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kLeaf{86, 150, 62, 0},
+    kLeafLight{120, 178, 74, 0};
+constexpr cColour4 kPine{52, 112, 74, 0}, kGlow{255, 222, 130, 0}, kWhite{238, 232, 216, 0},
+    kRed{186, 62, 58, 0};
+constexpr cColour4 kBlue{52, 98, 140, 0}, kClay{178, 98, 62, 0}, kSteel{150, 160, 172, 0},
+    kGreen{82, 110, 62, 0};
+const std::string kPlanks = "src_mdl\\planks.tga", kBeams = "src_mdl\\beams.tga",
+                  kStone = "src_mdl\\stone.tga";
 
 void putModel(Output& out, const std::string& name, const Parts& parts) {
     out.put("s_mdl/" + name + ".cpm", cpmFile(parts));
@@ -24,7 +29,8 @@ void putModel(Output& out, const std::string& name, const Parts& parts) {
             high[k] = std::max(high[k], p.mesh.high()[k]);
         }
     const cVector3 middle = (low + high) / 2;
-    addPreview({"thing_" + name, middle + cVector3(0.6f, 0.5f, 1) * ((high - low).length() * 1.1f), middle, 45, 240, 240},
+    addPreview({"thing_" + name, middle + cVector3(0.6f, 0.5f, 1) * ((high - low).length() * 1.1f), middle,
+                45, 240, 240},
                shown);
 }
 
@@ -36,7 +42,8 @@ Mesh boxOf(float x0, float y0, float z0, float x1, float y1, float z1, float rep
 Mesh foliage(float radius, uint32_t seed) {
     Mesh m = ball(radius, 12, 8);
     for (cVector3& p : m.positions) {
-        const float k = 0.84f + 0.34f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
+        const float k =
+            0.84f + 0.34f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
         p = {p.x * k, p.y * k * (p.y < 0 ? 0.7f : 0.95f), p.z * k};
     }
     return m;
@@ -44,12 +51,26 @@ Mesh foliage(float radius, uint32_t seed) {
 } // namespace
 
 FORGE_RECIPE(thing_barrel) {
-    Mesh staves = lathe({{0, 0.03f}, {0.36f, 0.03f}, {0.36f, 0}, {0.40f, 0}, {0.47f, 0.3f}, {0.49f, 0.6f}, {0.47f, 0.9f},
-                         {0.40f, 1.2f}, {0.36f, 1.2f}, {0.36f, 1.14f}, {0, 1.14f}}, 14, 3, 1.4f);
+    Mesh staves = lathe({{0, 0.03f},
+                         {0.36f, 0.03f},
+                         {0.36f, 0},
+                         {0.40f, 0},
+                         {0.47f, 0.3f},
+                         {0.49f, 0.6f},
+                         {0.47f, 0.9f},
+                         {0.40f, 1.2f},
+                         {0.36f, 1.2f},
+                         {0.36f, 1.14f},
+                         {0, 1.14f}},
+                        14, 3, 1.4f);
     Mesh hoops;
     for (float y : {0.16f, 0.42f, 0.78f, 1.04f}) {
         const float r = 0.405f + 0.09f * std::sin(y / 1.2f * 3.14159f);
-        hoops.append(lathe({{r - 0.02f, y - 0.045f}, {r + 0.015f, y - 0.04f}, {r + 0.015f, y + 0.04f}, {r - 0.02f, y + 0.045f}}, 14));
+        hoops.append(lathe({{r - 0.02f, y - 0.045f},
+                            {r + 0.015f, y - 0.04f},
+                            {r + 0.015f, y + 0.04f},
+                            {r - 0.02f, y + 0.045f}},
+                           14));
     }
     putModel(out, "barrel", {{"wood", kPlanks, {}, staves}, {"iron", "", kIron, hoops}});
 }
@@ -68,22 +89,29 @@ FORGE_RECIPE(thing_crate) {
 }
 
 FORGE_RECIPE(thing_lantern) {
-    Mesh post = lathe({{0, 0}, {0.16f, 0}, {0.14f, 0.1f}, {0.07f, 0.16f}, {0.055f, 2.0f}, {0.09f, 2.06f}, {0, 2.06f}}, 10);
+    Mesh post = lathe(
+        {{0, 0}, {0.16f, 0}, {0.14f, 0.1f}, {0.07f, 0.16f}, {0.055f, 2.0f}, {0.09f, 2.06f}, {0, 2.06f}}, 10);
     Mesh cage = lathe({{0, 2.05f}, {0.13f, 2.06f}, {0.15f, 2.12f}, {0.11f, 2.12f}, {0, 2.12f}}, 8);
     cage.append(lathe({{0, 2.42f}, {0.19f, 2.42f}, {0.05f, 2.58f}, {0.03f, 2.66f}, {0, 2.68f}}, 8));
     for (int i = 0; i < 4; ++i)
-        cage.append(boxOf(0.105f, 2.12f, -0.015f, 0.135f, 2.42f, 0.015f).turned(45 + 90 * static_cast<float>(i)));
+        cage.append(
+            boxOf(0.105f, 2.12f, -0.015f, 0.135f, 2.42f, 0.015f).turned(45 + 90 * static_cast<float>(i)));
     Mesh glass = lathe({{0, 2.12f}, {0.09f, 2.12f}, {0.115f, 2.27f}, {0.09f, 2.42f}, {0, 2.42f}}, 8);
-    putModel(out, "lantern", {{"post", "", kIron, post}, {"cage", "", kIron, cage}, {"glass", "", kGlow, glass}});
+    putModel(out, "lantern",
+             {{"post", "", kIron, post}, {"cage", "", kIron, cage}, {"glass", "", kGlow, glass}});
 }
 
 FORGE_RECIPE(thing_tree) {
-    Mesh trunk = tube({{0, 0, 0}, {0.05f, 0.4f, 0}, {-0.03f, 1.4f, 0.06f}, {0.05f, 2.6f, 0}}, {0.34f, 0.22f, 0.17f, 0.12f}, 9);
-    trunk.append(tube({{-0.02f, 1.5f, 0.05f}, {0.5f, 2.1f, 0.25f}, {0.85f, 2.7f, 0.3f}}, {0.10f, 0.08f, 0.05f}, 7));
-    Mesh dark = foliage(1.25f, 3).moved({-0.2f, 3.3f, 0.1f}), light = foliage(0.95f, 4).moved({0.65f, 3.9f, 0.2f});
+    Mesh trunk = tube({{0, 0, 0}, {0.05f, 0.4f, 0}, {-0.03f, 1.4f, 0.06f}, {0.05f, 2.6f, 0}},
+                      {0.34f, 0.22f, 0.17f, 0.12f}, 9);
+    trunk.append(
+        tube({{-0.02f, 1.5f, 0.05f}, {0.5f, 2.1f, 0.25f}, {0.85f, 2.7f, 0.3f}}, {0.10f, 0.08f, 0.05f}, 7));
+    Mesh dark = foliage(1.25f, 3).moved({-0.2f, 3.3f, 0.1f}),
+         light = foliage(0.95f, 4).moved({0.65f, 3.9f, 0.2f});
     dark.append(foliage(0.8f, 5).moved({0.9f, 3.0f, 0.4f}));
     light.append(foliage(0.8f, 6).moved({-0.55f, 4.25f, -0.25f}));
-    putModel(out, "tree", {{"bark", "", kBark, trunk}, {"leaf", "", kLeaf, dark}, {"crown", "", kLeafLight, light}});
+    putModel(out, "tree",
+             {{"bark", "", kBark, trunk}, {"leaf", "", kLeaf, dark}, {"crown", "", kLeafLight, light}});
 }
 
 FORGE_RECIPE(thing_pine) {
@@ -91,8 +119,9 @@ FORGE_RECIPE(thing_pine) {
     Mesh needles;
     for (int i = 0; i < 4; ++i) {
         const float y = 0.9f + 0.95f * static_cast<float>(i), r = 1.35f - 0.28f * static_cast<float>(i);
-        needles.append(lathe({{0, y + 0.2f}, {r * 0.9f, y}, {r, y + 0.1f}, {r * 0.35f, y + 0.85f}, {0, y + 1.35f}}, 12)
-                           .turned(13 * static_cast<float>(i)));
+        needles.append(
+            lathe({{0, y + 0.2f}, {r * 0.9f, y}, {r, y + 0.1f}, {r * 0.35f, y + 0.85f}, {0, y + 1.35f}}, 12)
+                .turned(13 * static_cast<float>(i)));
     }
     putModel(out, "pine", {{"bark", "", kBark, trunk}, {"needles", "", kPine, needles}});
 }
@@ -126,17 +155,27 @@ FORGE_RECIPE(thing_stool) {
 
 FORGE_RECIPE(thing_chest) {
     Mesh body = boxOf(-0.5f, 0, -0.3f, 0.5f, 0.42f, 0.3f, 1);
-    Mesh lid = lathe({{0, -0.5f}, {0.3f, -0.5f}, {0.3f, 0.5f}, {0, 0.5f}}, 16, 2).rolled(90).scaled({1, 0.72f, 1});
+    Mesh lid =
+        lathe({{0, -0.5f}, {0.3f, -0.5f}, {0.3f, 0.5f}, {0, 0.5f}}, 16, 2).rolled(90).scaled({1, 0.72f, 1});
     for (cVector3& p : lid.positions) p.y = std::max(p.y, 0.0f) + 0.42f;
     Mesh bands;
     for (float x : {-0.4f, 0.34f}) bands.append(boxOf(x, -0.005f, -0.315f, x + 0.07f, 0.46f, 0.315f));
     bands.append(boxOf(-0.07f, 0.3f, 0.29f, 0.07f, 0.48f, 0.34f));
-    putModel(out, "chest", {{"body", kPlanks, {}, body}, {"lid", kPlanks, {}, faceted(lid)}, {"bands", "", kIron, bands}});
+    putModel(out, "chest",
+             {{"body", kPlanks, {}, body}, {"lid", kPlanks, {}, faceted(lid)}, {"bands", "", kIron, bands}});
 }
 
 FORGE_RECIPE(thing_pot) {
-    Mesh clay = lathe({{0, 0}, {0.16f, 0}, {0.28f, 0.22f}, {0.26f, 0.42f}, {0.14f, 0.54f}, {0.18f, 0.62f}, {0.14f, 0.62f},
-                       {0.10f, 0.52f}, {0, 0.5f}}, 14);
+    Mesh clay = lathe({{0, 0},
+                       {0.16f, 0},
+                       {0.28f, 0.22f},
+                       {0.26f, 0.42f},
+                       {0.14f, 0.54f},
+                       {0.18f, 0.62f},
+                       {0.14f, 0.62f},
+                       {0.10f, 0.52f},
+                       {0, 0.5f}},
+                      14);
     putModel(out, "pot", {{"clay", "", kClay, clay}});
 }
 
@@ -145,7 +184,8 @@ FORGE_RECIPE(thing_boat) {
     Mesh hull, trim;
     constexpr int kSections = 9, kAcross = 8;
     const auto point = [](int section, int across, float shrink) {
-        const float s = static_cast<float>(section) / (kSections - 1) * 2 - 1, a = static_cast<float>(across) / kAcross * 3.14159f;
+        const float s = static_cast<float>(section) / (kSections - 1) * 2 - 1,
+                    a = static_cast<float>(across) / kAcross * 3.14159f;
         const float wide = 0.72f * std::sqrt(std::max(0.0f, 1 - s * s)) * shrink;
         const float deep = (0.5f - 0.1f * s * s) * shrink, rim = 0.55f + 0.22f * s * s;
         return cVector3(-std::cos(a) * wide, rim - std::sin(a) * deep, s * 1.9f * (0.9f + 0.1f * shrink));
@@ -154,7 +194,8 @@ FORGE_RECIPE(thing_boat) {
         Mesh m;
         for (int j = 0; j < kSections; ++j)
             for (int i = 0; i <= kAcross; ++i)
-                m.addVertex(point(j, i, pass == 0 ? 1 : 0.9f), static_cast<float>(i) * 0.4f, static_cast<float>(j) * 0.35f);
+                m.addVertex(point(j, i, pass == 0 ? 1 : 0.9f), static_cast<float>(i) * 0.4f,
+                            static_cast<float>(j) * 0.35f);
         for (uint32_t j = 0; j + 1 < kSections; ++j)
             for (uint32_t i = 0; i < kAcross; ++i) {
                 const uint32_t k = j * (kAcross + 1) + i;

@@ -6,8 +6,8 @@
 using namespace forge;
 
 namespace {
-constexpr float kCell = 16;        // pixels
-constexpr float kInkTop = 0.6f;    // of the capitals, below the cell's top edge
+constexpr float kCell = 16;     // pixels
+constexpr float kInkTop = 0.6f; // of the capitals, below the cell's top edge
 constexpr float kCapHeight = 10.9f;
 constexpr float kWeight = 1.75f;
 constexpr float kFixedInk = 10; // widest ink of the fixed font, whose letters stand 12 apart

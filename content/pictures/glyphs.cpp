@@ -1,8 +1,8 @@
 #include "forge/lettering.h"
 
 namespace forge {
-// Character, ink width in a 16-pixel cell, strokes (notation: forge/lettering.h). The widths are the ones that the
-// game's text drawing advances by.
+// Character, ink width in a 16-pixel cell, strokes (notation: forge/lettering.h). The widths are the ones
+// that the game's text drawing advances by.
 // clang-format off
 const Glyph kGlyphs[95] = {
     {' ', 4, ""},

@@ -73,7 +73,10 @@ FORGE_RECIPE(picture_crosshair) {
     // Lower right: four corner brackets and a dot.
     for (float sx : {-1.0f, 1.0f})
         for (float sy : {-1.0f, 1.0f})
-            c.fill(polyline({{96 + sx * 20, 96 + sy * 10}, {96 + sx * 20, 96 + sy * 20}, {96 + sx * 10, 96 + sy * 20}}, 3),
+            c.fill(polyline({{96 + sx * 20, 96 + sy * 10},
+                             {96 + sx * 20, 96 + sy * 20},
+                             {96 + sx * 10, 96 + sy * 20}},
+                            3),
                    white);
     c.fill(disc(96, 96, 2.5f), white);
     out.put("img/crosshair.tga", c.tga(32));
@@ -81,8 +84,8 @@ FORGE_RECIPE(picture_crosshair) {
 
 FORGE_RECIPE(picture_pointer) {
     Canvas c(32, 32);
-    const std::vector<std::pair<float, float>> arrow = {{1.5f, 1.5f}, {1.5f, 24},    {7.2f, 18.6f}, {11.4f, 28},
-                                                        {15.6f, 26},  {11.5f, 17},   {19, 16.4f}};
+    const std::vector<std::pair<float, float>> arrow = {{1.5f, 1.5f}, {1.5f, 24},  {7.2f, 18.6f}, {11.4f, 28},
+                                                        {15.6f, 26},  {11.5f, 17}, {19, 16.4f}};
     c.fill(grown(polygon(arrow), 1.3f), kInk);
     c.fill(polygon(arrow), [](float, float y) { return mix(kIvory, kGold, y / 30); });
     out.put("img/pointer.tga", c.tga(32));
@@ -101,14 +104,16 @@ FORGE_RECIPE(picture_particles) {
         const float r = std::hypot(x - 32, y - 32) / 31;
         const float puff = fractalNoise(x / 9, y / 9, 81, 3);
         const float v = 0.62f + 0.3f * fractalNoise(x / 7, y / 7, 82, 3);
-        return Colour{v, v, v, clamp01(1.35f * (1 - r) + 0.9f * (puff - 0.55f)) * smoothStep(1.0f, 0.75f, r) * 0.8f};
+        return Colour{v, v, v,
+                      clamp01(1.35f * (1 - r) + 0.9f * (puff - 0.55f)) * smoothStep(1.0f, 0.75f, r) * 0.8f};
     });
     out.put("particles/smoke04.tga", smoke.tga(32));
     Canvas fire(32, 32);
     fire.cover([](float x, float y) {
         const float r = std::hypot(x - 16, y - 16) / 15.5f;
         const float heat = clamp01(1 - r) * (0.75f + 0.5f * fractalNoise(x / 5, y / 5, 91, 2));
-        return Colour{clamp01(heat * 1.9f), clamp01(heat * heat * 1.5f), clamp01(heat * heat * heat * 1.1f), 1};
+        return Colour{clamp01(heat * 1.9f), clamp01(heat * heat * 1.5f), clamp01(heat * heat * heat * 1.1f),
+                      1};
     });
     out.put("particles/explo32x32.tga", fire.tga(24));
 }
@@ -119,11 +124,20 @@ struct Button {
     int row; // as menu.cfg has them
 };
 // "SAVE" shows the picture that loads settings, and the other way round: the menu's flows are wired so.
-constexpr Button kButtons[] = {{"Return to game", 0}, {"New game", 1},       {"Load game", 2},
-                               {"Settings", 3},       {"Credits", 4},        {"Quit", 5},
-                               {"Audio settings", 6}, {"Video settings", 7}, {"Input settings", 8},
-                               {"Default settings", 9}, {"Load settings", 10}, {"Save settings", 11},
-                               {"OK", 12},            {"Cancel", 13}};
+constexpr Button kButtons[] = {{"Return to game", 0},
+                               {"New game", 1},
+                               {"Load game", 2},
+                               {"Settings", 3},
+                               {"Credits", 4},
+                               {"Quit", 5},
+                               {"Audio settings", 6},
+                               {"Video settings", 7},
+                               {"Input settings", 8},
+                               {"Default settings", 9},
+                               {"Load settings", 10},
+                               {"Save settings", 11},
+                               {"OK", 12},
+                               {"Cancel", 13}};
 
 void drawButton(Canvas& c, const Button& button, float x, float y, bool lit) {
     TextStyle style{0, y + 4.2f, 15, 2.3f, 0.22f, 0};
@@ -189,8 +203,10 @@ void drawCaption(Canvas& c, const Caption& caption) {
         cap = std::min(cap, (caption.width - 16) / textWidth(text, probe) * 10);
     }
     for (size_t i = 0; i < caption.lines.size(); ++i) {
-        TextStyle style{0, caption.top + pitch * (static_cast<float>(i) + 0.5f) - cap / 2, cap, cap * 0.13f, 0.2f, 0};
-        drawRimmedText(c, caption.lines[i], centred(caption.lines[i], style, caption.left + caption.width / 2), kIvory,
+        TextStyle style{
+            0, caption.top + pitch * (static_cast<float>(i) + 0.5f) - cap / 2, cap, cap * 0.13f, 0.2f, 0};
+        drawRimmedText(c, caption.lines[i],
+                       centred(caption.lines[i], style, caption.left + caption.width / 2), kIvory,
                        rgb(0x101820, 0.85f), cap * 0.08f + 1);
     }
 }

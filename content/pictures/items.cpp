@@ -12,7 +12,9 @@ const Colour kRim = rgb(0x1d2736), kSteel = rgb(0x9aa7b5), kWood = rgb(0x9a6534)
 
 void rimmed(Canvas& c, const Shape& shape, const Colour& colour) {
     c.fill(grown(shape, 2), kRim);
-    c.fill(shape, [&](float, float y) { return shaded(colour, 1.15f - 0.35f * (y - shape.top) / (shape.bottom - shape.top)); });
+    c.fill(shape, [&](float, float y) {
+        return shaded(colour, 1.15f - 0.35f * (y - shape.top) / (shape.bottom - shape.top));
+    });
 }
 
 void drawPistol(Canvas& c, float x, float y) {
@@ -25,7 +27,8 @@ void drawPistol(Canvas& c, float x, float y) {
 
 void drawGrenade(Canvas& c, float x, float y) {
     rimmed(c, ellipse(x + 32, y + 38, 17, 19), rgb(0x55733f));
-    for (float k : {-8.0f, 0.0f, 8.0f}) c.fill(stroke(x + 32 + k, y + 22, x + 32 + k, y + 54, 1.4f), rgb(0x33482a));
+    for (float k : {-8.0f, 0.0f, 8.0f})
+        c.fill(stroke(x + 32 + k, y + 22, x + 32 + k, y + 54, 1.4f), rgb(0x33482a));
     for (float k : {30.0f, 38.0f, 46.0f}) c.fill(stroke(x + 17, y + k, x + 47, y + k, 1.4f), rgb(0x33482a));
     rimmed(c, rectangle(x + 25, y + 10, 14, 10, 2), kSteel);
     c.fill(outline(disc(x + 46, y + 14, 6), 2.4f), kGold);
@@ -76,8 +79,9 @@ void drawHighlight(Canvas& c, float x, float y) {
 }
 
 using Draw = void (*)(Canvas&, float, float);
-constexpr Draw kCells[16] = {drawPistol, drawGrenade, drawStick, drawKey, drawApple, drawRounds, drawLetter, nullptr,
-                             nullptr,    nullptr,     nullptr,   nullptr, nullptr,   nullptr,    nullptr,    drawHighlight};
+constexpr Draw kCells[16] = {drawPistol, drawGrenade, drawStick, drawKey,      drawApple, drawRounds,
+                             drawLetter, nullptr,     nullptr,   nullptr,      nullptr,   nullptr,
+                             nullptr,    nullptr,     nullptr,   drawHighlight};
 } // namespace
 
 FORGE_RECIPE(picture_items) {

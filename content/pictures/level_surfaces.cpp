@@ -18,7 +18,8 @@ float grain(float x, float y, int cells, uint32_t seed, int octaves) {
     return fractalNoise(x * scale, y * scale, seed, octaves, cells);
 }
 
-/// Distance to the nearest joint of a wall of bricks or boards laid in courses, in pixels; `id` names the stone.
+/// Distance to the nearest joint of a wall of bricks or boards laid in courses, in pixels; `id` names the
+/// stone.
 float courses(float x, float y, float width, float height, float wobble, int& id) {
     const float wy = y + wobble * (grain(x, y, 8, 51, 2) - 0.5f);
     const float row = std::floor(wy / height);
@@ -135,7 +136,8 @@ float boxShadow(float x, float z, float x0, float z0, float x1, float z1, float 
     float best = 1e9f;
     for (int i = 0; i <= 6; ++i) {
         const float t = static_cast<float>(i) / 6, ox = sx * t, oz = sz * t;
-        const float dx = std::max({x0 + ox - x, x - x1 - ox, 0.0f}), dz = std::max({z0 + oz - z, z - z1 - oz, 0.0f});
+        const float dx = std::max({x0 + ox - x, x - x1 - ox, 0.0f}),
+                    dz = std::max({z0 + oz - z, z - z1 - oz, 0.0f});
         best = std::min(best, std::hypot(dx, dz));
     }
     return 1 - smoothStep(-0.2f, 0.9f, best);
@@ -145,9 +147,14 @@ float shadows(float x, float z) {
     struct Box {
         float x0, z0, x1, z1, tall;
     };
-    constexpr Box kBoxes[] = {{-4.9f, -5, 4.9f, 5, 4.5f},   {13.5f, -3, 18.5f, 3, 2.5f}, {-14, 6, -9, 11, 1.1f},
-                              {-4, 14, 4, 14.7f, 3.2f},      {8, 7, 11, 13, 2},           {7.5f, -1.5f, 13.5f, 1.5f, 1},
-                              {15, -6.2f, 17.5f, -3, 1.2f}, {-18.8f, -10.8f, -17.2f, -9.2f, 3}};
+    constexpr Box kBoxes[] = {{-4.9f, -5, 4.9f, 5, 4.5f},
+                              {13.5f, -3, 18.5f, 3, 2.5f},
+                              {-14, 6, -9, 11, 1.1f},
+                              {-4, 14, 4, 14.7f, 3.2f},
+                              {8, 5, 11, 12, 2},
+                              {7.5f, -1.5f, 13.5f, 1.5f, 1},
+                              {15, -6.2f, 17.5f, -3, 1.2f},
+                              {-18.8f, -10.8f, -17.2f, -9.2f, 3}};
     float result = 0;
     for (const Box& b : kBoxes) result = std::max(result, boxShadow(x, z, b.x0, b.z0, b.x1, b.z1, b.tall));
     return result;
@@ -171,8 +178,8 @@ Colour groundColour(float x, float z) {
 }
 } // namespace
 
-// What lies over the detail of the island: the ground's colour, light and shadows as seen from above, and along its
-// lower border, which nothing but deep sea bed shows, the brightness ramp for everything built.
+// What lies over the detail of the island: the ground's colour, light and shadows as seen from above, and
+// along its lower border, which nothing but deep sea bed shows, the brightness ramp for everything built.
 FORGE_RECIPE(picture_island_layer) {
     Canvas picture(kLayerSize, kLayerSize);
     constexpr float kScale = 2 * island::kHalfSize / kLayerSize;

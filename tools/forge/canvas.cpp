@@ -47,7 +47,8 @@ Shape rectangle(float left, float top, float width, float height, float cornerRa
     const float hx = width / 2 - cornerRadius, hy = height / 2 - cornerRadius;
     const auto distance = [=](float px, float py) {
         const float qx = std::fabs(px - cx) - hx, qy = std::fabs(py - cy) - hy;
-        return std::hypot(std::max(qx, 0.0f), std::max(qy, 0.0f)) + std::min(std::max(qx, qy), 0.0f) - cornerRadius;
+        return std::hypot(std::max(qx, 0.0f), std::max(qy, 0.0f)) + std::min(std::max(qx, qy), 0.0f) -
+               cornerRadius;
     };
     return {distance, left, top, left + width, top + height};
 }
@@ -72,8 +73,8 @@ Shape polyline(const std::vector<std::pair<float, float>>& points, float thickne
     s.distance = [points, thickness](float px, float py) {
         float best = 1e9f;
         for (size_t i = 0; i + 1 < points.size(); ++i)
-            best = std::min(best, segmentDistance(px, py, points[i].first, points[i].second, points[i + 1].first,
-                                                  points[i + 1].second));
+            best = std::min(best, segmentDistance(px, py, points[i].first, points[i].second,
+                                                  points[i + 1].first, points[i + 1].second));
         if (points.size() == 1) best = std::hypot(px - points[0].first, py - points[0].second);
         return best - thickness / 2;
     };
@@ -98,8 +99,8 @@ Shape polygon(const std::vector<std::pair<float, float>>& points) {
 
 Shape outline(const Shape& shape, float thickness) {
     const float h = thickness / 2;
-    return {[=](float x, float y) { return std::fabs(shape.distance(x, y)) - h; }, shape.left - h, shape.top - h,
-            shape.right + h, shape.bottom + h};
+    return {[=](float x, float y) { return std::fabs(shape.distance(x, y)) - h; }, shape.left - h,
+            shape.top - h, shape.right + h, shape.bottom + h};
 }
 
 Shape grown(const Shape& shape, float by) {
@@ -108,8 +109,8 @@ Shape grown(const Shape& shape, float by) {
 }
 
 Shape minus(const Shape& a, const Shape& b) {
-    return {[=](float x, float y) { return std::max(a.distance(x, y), -b.distance(x, y)); }, a.left, a.top, a.right,
-            a.bottom};
+    return {[=](float x, float y) { return std::max(a.distance(x, y), -b.distance(x, y)); }, a.left, a.top,
+            a.right, a.bottom};
 }
 
 Shape both(const Shape& a, const Shape& b) {
@@ -149,7 +150,8 @@ void Canvas::fill(const Shape& shape, const Paint& paint) {
 
 void Canvas::cover(const Paint& paint) {
     for (int y = 0; y < height_; ++y)
-        for (int x = 0; x < width_; ++x) at(x, y) = paint(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
+        for (int x = 0; x < width_; ++x)
+            at(x, y) = paint(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
 }
 
 void Canvas::glow(const Shape& shape, const Colour& colour, float softness) {
@@ -214,14 +216,16 @@ platform::Bytes Canvas::bmp24() const {
 }
 
 platform::Bytes Canvas::bmp8(const Colour& transparent) const {
-    // Palette: 6 × 6 × 6 colour cube, the rest of the 256 places black except the last, the transparent colour.
+    // Palette: 6 × 6 × 6 colour cube, the rest of the 256 places black except the last, the transparent
+    // colour.
     constexpr int kSteps = 6, kTransparent = 255;
     cBinaryWriter out;
     bmpHeader(out, width_, height_, 8, 1024);
     for (int i = 0; i < 256; ++i) {
         Colour c{};
         if (i < kSteps * kSteps * kSteps)
-            c = {static_cast<float>(i / 36) / 5, static_cast<float>(i / 6 % 6) / 5, static_cast<float>(i % 6) / 5, 1};
+            c = {static_cast<float>(i / 36) / 5, static_cast<float>(i / 6 % 6) / 5,
+                 static_cast<float>(i % 6) / 5, 1};
         if (i == kTransparent) c = transparent;
         for (float v : {c.b, c.g, c.r, 0.0f}) out.u8(byteOf(v));
     }

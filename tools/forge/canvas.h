@@ -14,8 +14,8 @@ Colour rgb(unsigned hex, float alpha = 1);
 Colour mix(const Colour& a, const Colour& b, float t);
 Colour shaded(const Colour& c, float factor); ///< brightness times factor, alpha kept
 
-/// A region of a picture: signed distance in pixels, negative inside, and a box outside of which nothing lies.
-/// x to the right, y downwards, pixel centres at .5.
+/// A region of a picture: signed distance in pixels, negative inside, and a box outside of which nothing
+/// lies. x to the right, y downwards, pixel centres at .5.
 struct Shape {
     std::function<float(float x, float y)> distance;
     float left, top, right, bottom;

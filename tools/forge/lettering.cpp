@@ -11,7 +11,8 @@ constexpr int kCurveSteps = 8;
 
 std::pair<float, float> catmullRom(const StrokePath& p, size_t i0, size_t i1, size_t i2, size_t i3, float t) {
     const auto axis = [&](float a, float b, float c, float d) {
-        return 0.5f * (2 * b + (c - a) * t + (2 * a - 5 * b + 4 * c - d) * t * t + (3 * b - a - 3 * c + d) * t * t * t);
+        return 0.5f * (2 * b + (c - a) * t + (2 * a - 5 * b + 4 * c - d) * t * t +
+                       (3 * b - a - 3 * c + d) * t * t * t);
     };
     return {axis(p[i0].first, p[i1].first, p[i2].first, p[i3].first),
             axis(p[i0].second, p[i1].second, p[i2].second, p[i3].second)};
@@ -98,7 +99,8 @@ std::vector<Shape> textShapes(std::string_view text, const TextStyle& style) {
         const Glyph& glyph = glyphOf(c);
         const float width = inkWidthOf(glyph, style);
         std::vector<Shape> strokes;
-        for (const StrokePath& path : glyphPaths(glyph, at, width)) strokes.push_back(polyline(path, style.weight));
+        for (const StrokePath& path : glyphPaths(glyph, at, width))
+            strokes.push_back(polyline(path, style.weight));
         if (!strokes.empty()) {
             Shape whole = strokes.front();
             for (const Shape& s : strokes) {

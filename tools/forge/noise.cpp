@@ -5,7 +5,8 @@
 
 namespace forge {
 float latticeValue(int x, int y, uint32_t seed) {
-    uint32_t h = static_cast<uint32_t>(x) * 0x8da6b343u ^ static_cast<uint32_t>(y) * 0xd8163841u ^ seed * 0xcb1ab31fu;
+    uint32_t h =
+        static_cast<uint32_t>(x) * 0x8da6b343u ^ static_cast<uint32_t>(y) * 0xd8163841u ^ seed * 0xcb1ab31fu;
     h ^= h >> 15;
     h *= 0x2c1b3c6du;
     h ^= h >> 12;

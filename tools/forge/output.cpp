@@ -38,9 +38,9 @@ static bool holdsAlready(const fs::path& path, const platform::Bytes& bytes) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return false;
     const std::vector<char> old((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    return old.size() == bytes.size() && std::equal(old.begin(), old.end(), bytes.begin(), [](char a, uint8_t b) {
-               return static_cast<uint8_t>(a) == b;
-           });
+    return old.size() == bytes.size() &&
+           std::equal(old.begin(), old.end(), bytes.begin(),
+                      [](char a, uint8_t b) { return static_cast<uint8_t>(a) == b; });
 }
 
 bool Output::writeAll(const std::string& directory) {

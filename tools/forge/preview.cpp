@@ -44,7 +44,7 @@ struct Texture {
 };
 
 struct Corner {
-    cVector3 screen; ///< x, y in pixels, z the distance ahead
+    cVector3 screen; ///< right, up and ahead of the eye; then x and y in pixels
     float u, v;
 };
 
@@ -61,29 +61,45 @@ public:
 
     void draw(const Part& part, const Texture& texture) {
         for (const FaceIndices& f : part.mesh.faces) {
-            Corner c[3];
-            bool visible = true;
-            for (size_t k = 0; k < 3; ++k) visible = project(part.mesh, f[k], c[k]) && visible;
             const cVector3& a = part.mesh.positions[f[0]];
             const cVector3 n =
                 (part.mesh.positions[f[1]] - a).cross(part.mesh.positions[f[2]] - a).normalized();
-            if (!visible || n.dot(view_.eye - a) <= 0) continue;
-            const float light = 0.55f + 0.45f * std::max(0.0f, n.dot(cVector3(0.5f, 0.8f, -0.35f).normalized()));
-            triangle(c, part, texture, light);
+            if (n.dot(view_.eye - a) <= 0) continue;
+            const float light =
+                0.55f + 0.45f * std::max(0.0f, n.dot(cVector3(0.5f, 0.8f, -0.35f).normalized()));
+            const std::vector<Corner> corners = clipped(part.mesh, f);
+            for (size_t k = 2; k < corners.size(); ++k) {
+                const Corner c[3] = {project(corners[0]), project(corners[k - 1]), project(corners[k])};
+                triangle(c, part, texture, light);
+            }
         }
     }
     Canvas canvas;
 
 private:
-    bool project(const Mesh& mesh, uint32_t index, Corner& corner) const {
-        const cVector3 d = mesh.positions[index] - view_.eye;
-        const float z = d.dot(ahead_);
-        if (z < 0.1f) return false;
-        corner.screen = {static_cast<float>(view_.width) / 2 + d.dot(right_) / z * scale_,
-                         static_cast<float>(view_.height) / 2 - d.dot(up_) / z * scale_, z};
-        corner.u = mesh.texCoords[index].u;
-        corner.v = mesh.texCoords[index].v;
-        return true;
+    /// The face in the eye's space, without what lies behind the near plane.
+    std::vector<Corner> clipped(const Mesh& mesh, const FaceIndices& f) const {
+        constexpr float kNear = 0.1f;
+        std::vector<Corner> all, kept;
+        for (uint32_t i : f) {
+            const cVector3 d = mesh.positions[i] - view_.eye;
+            all.push_back(
+                {{d.dot(right_), d.dot(up_), d.dot(ahead_)}, mesh.texCoords[i].u, mesh.texCoords[i].v});
+        }
+        for (size_t i = 0; i < all.size(); ++i) {
+            const Corner &a = all[i], &b = all[(i + 1) % all.size()];
+            if (a.screen.z >= kNear) kept.push_back(a);
+            if ((a.screen.z >= kNear) == (b.screen.z >= kNear)) continue;
+            const float t = (kNear - a.screen.z) / (b.screen.z - a.screen.z);
+            kept.push_back({lerp(a.screen, b.screen, t), mix(a.u, b.u, t), mix(a.v, b.v, t)});
+        }
+        return kept;
+    }
+
+    Corner project(Corner c) const {
+        c.screen.x = static_cast<float>(view_.width) / 2 + c.screen.x / c.screen.z * scale_;
+        c.screen.y = static_cast<float>(view_.height) / 2 - c.screen.y / c.screen.z * scale_;
+        return c;
     }
 
     void triangle(const Corner* c, const Part& part, const Texture& texture, float light) {
@@ -103,7 +119,8 @@ private:
                 const float ia = (1 - wb - wd) / a.z, ib = wb / b.z, id = wd / d.z, z = 1 / (ia + ib + id);
                 float& nearest = depth_[static_cast<size_t>(y * view_.width + x)];
                 if (z >= nearest) continue;
-                Colour colour{static_cast<float>(part.colour.r) / 255, static_cast<float>(part.colour.g) / 255,
+                Colour colour{static_cast<float>(part.colour.r) / 255,
+                              static_cast<float>(part.colour.g) / 255,
                               static_cast<float>(part.colour.b) / 255, 1};
                 if (texture.bytes)
                     colour = texture.sample((c[0].u * ia + c[1].u * ib + c[2].u * id) * z,

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <tuple>
 
 namespace forge {
 namespace {
@@ -64,7 +65,8 @@ float Scenery::brightness(const cVector3& p, const cVector3& n, const Layer& lay
     constexpr float kAmbient = 0.66f;
     float light = kAmbient + (1 - kAmbient) * std::max(0.0f, n.dot(layer.towardsLight));
     for (const Dark& d : dark_)
-        if (p.x > d.low.x && p.y > d.low.y && p.z > d.low.z && p.x < d.high.x && p.y < d.high.y && p.z < d.high.z)
+        if (p.x > d.low.x && p.y > d.low.y && p.z > d.low.z && p.x < d.high.x && p.y < d.high.y &&
+            p.z < d.high.z)
             light *= d.factor;
     return std::max(light, layer.darkest);
 }
@@ -101,28 +103,37 @@ void Scenery::checkBox(Output& out, const std::string& name, float size) const {
     if (!(low == solid.low()) || !(high == solid.high()))
         out.problem(name + ": appearance and collision differ in their bounding boxes");
     if (!(low == -high)) out.problem(name + ": the bounding box is not centred on the origin");
-    if (std::max({high.x, high.y, high.z}) != size) out.problem(name + ": the largest coordinate is not the size");
+    if (std::max({high.x, high.y, high.z}) != size)
+        out.problem(name + ": the largest coordinate is not the size");
     if (hasLongEdge(solid)) out.problem(name + ": a collision edge is too long");
     std::set<size_t> counts;
     for (const Group& g : groups_)
         if (!counts.insert(g.mesh.faces.size()).second)
-            out.problem(name + ": two materials have the same number of faces, the second layer needs them to differ");
+            out.problem(
+                name +
+                ": two materials have the same number of faces, the second layer needs them to differ");
 }
 
 void Scenery::write(Output& out, const std::string& name, float size, const Layer& layer) const {
     checkBox(out, name, size);
     Parts seen;
-    for (const Group& g : groups_) seen.push_back({g.material.name, g.material.texture, g.material.colour, g.mesh});
+    for (const Group& g : groups_)
+        seen.push_back({g.material.name, g.material.texture, g.material.colour, g.mesh});
     Parts shown = layerParts(layer);
     for (Part& part : shown) part.texture = "src_mdl/" + part.texture;
     const float away = size * 0.9f;
+    // From above, from the side, and round about from the middle.
     addPreview({name + "_south", {away * 0.6f, away * 0.7f, away * 1.2f}, {0, 2, 0}}, shown);
     for (size_t i = 0; i < seen.size(); ++i)
         if (!groups_[i].ground) shown[i] = {"", "src_mdl/" + seen[i].texture, {}, seen[i].mesh};
     addPreview({name + "_north", {-size * 0.2f, 9, -size * 0.62f}, {1, 3.5f, 0}}, shown);
-    addPreview({name + "_inside", {0, 4.2f, 3.5f}, {0, 3.4f, -2}, 75}, shown);
-    addPreview({name + "_east", {2, 5, 15}, {13, 3, 0}, 60}, shown);
-    const Parts solid = {{"floors", "", {90, 160, 90, 0}, floors_}, {"walls", "", {140, 130, 120, 0}, walls_}};
+    for (const auto& [side, x, z] : {std::tuple{"_to_north", 0.0f, -1.0f},
+                                     {"_to_east", 1.0f, 0.0f},
+                                     {"_to_south", 0.0f, 1.0f},
+                                     {"_to_west", -1.0f, 0.0f}})
+        addPreview({name + side, {-3.3f * x, 4.6f, -3.3f * z}, {3 * x, 3.6f, 3 * z}, 75}, shown);
+    const Parts solid = {{"floors", "", {90, 160, 90, 0}, floors_},
+                         {"walls", "", {140, 130, 120, 0}, walls_}};
     const auto put = [&](const std::string& base, const Parts& parts) {
         const ObjFiles files = objFiles(parts, base + ".mtl");
         out.putText("src_mdl/" + base + ".obj", files.obj);
@@ -131,9 +142,11 @@ void Scenery::write(Output& out, const std::string& name, float size, const Laye
     put(name, seen);
     put(name + "_layer", layerParts(layer));
     put(name + "_collision", solid);
-    const std::string end = std::string(" ") + kSplitting + " " + std::to_string(static_cast<int>(size)) + " 1";
+    const std::string end =
+        std::string(" ") + kSplitting + " " + std::to_string(static_cast<int>(size)) + " 1";
     const std::string folder = "src_mdl\\" + name, target = "oct\\" + name;
-    out.addOctree("dropOctree " + folder + ".obj " + folder + "_layer.obj " + target + ".oct" + end, target + ".oct");
+    out.addOctree("dropOctree " + folder + ".obj " + folder + "_layer.obj " + target + ".oct" + end,
+                  target + ".oct");
     out.addOctree("dropOctree " + folder + "_collision.obj " + target + "_collision.oct" + end,
                   target + "_collision.oct");
 }

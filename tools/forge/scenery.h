@@ -3,7 +3,8 @@
 #include "forge/shapes.h"
 
 namespace forge {
-/// Collects a level's fixed geometry and writes the sources of its two octrees and of the second texture layer.
+/// Collects a level's fixed geometry and writes the sources of its two octrees and of the second texture
+/// layer.
 class Scenery {
 public:
     struct Material {

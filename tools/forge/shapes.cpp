@@ -54,22 +54,26 @@ Mesh Mesh::moved(const cVector3& by) const {
 }
 
 Mesh Mesh::scaled(const cVector3& by) const {
-    return transformed(*this, [&](const cVector3& p) { return cVector3(p.x * by.x, p.y * by.y, p.z * by.z); });
+    return transformed(*this,
+                       [&](const cVector3& p) { return cVector3(p.x * by.x, p.y * by.y, p.z * by.z); });
 }
 
 Mesh Mesh::turned(float degrees) const {
     const float c = std::cos(radians(degrees)), s = std::sin(radians(degrees));
-    return transformed(*this, [=](const cVector3& p) { return cVector3(p.x * c + p.z * s, p.y, p.z * c - p.x * s); });
+    return transformed(
+        *this, [=](const cVector3& p) { return cVector3(p.x * c + p.z * s, p.y, p.z * c - p.x * s); });
 }
 
 Mesh Mesh::tilted(float degrees) const {
     const float c = std::cos(radians(degrees)), s = std::sin(radians(degrees));
-    return transformed(*this, [=](const cVector3& p) { return cVector3(p.x, p.y * c - p.z * s, p.z * c + p.y * s); });
+    return transformed(
+        *this, [=](const cVector3& p) { return cVector3(p.x, p.y * c - p.z * s, p.z * c + p.y * s); });
 }
 
 Mesh Mesh::rolled(float degrees) const {
     const float c = std::cos(radians(degrees)), s = std::sin(radians(degrees));
-    return transformed(*this, [=](const cVector3& p) { return cVector3(p.x * c - p.y * s, p.y * c + p.x * s, p.z); });
+    return transformed(
+        *this, [=](const cVector3& p) { return cVector3(p.x * c - p.y * s, p.y * c + p.x * s, p.z); });
 }
 
 Mesh Mesh::insideOut() const {
@@ -124,7 +128,9 @@ Mesh patch(const cVector3& a, const cVector3& b, const cVector3& c, const cVecto
 }
 
 Mesh box(const cVector3& low, const cVector3& high, float repeats, unsigned sides, float maxEdge) {
-    const auto pieces = [&](float length) { return std::max(1, static_cast<int>(std::ceil(length / maxEdge))); };
+    const auto pieces = [&](float length) {
+        return std::max(1, static_cast<int>(std::ceil(length / maxEdge)));
+    };
     const cVector3 size = high - low;
     const auto corner = [&](bool x, bool y, bool z) {
         return cVector3(x ? high.x : low.x, y ? high.y : low.y, z ? high.z : low.z);
@@ -136,7 +142,8 @@ Mesh box(const cVector3& low, const cVector3& high, float repeats, unsigned side
     Mesh mesh;
     if (size.x <= 0 || size.y <= 0 || size.z <= 0) return mesh;
     if (sides & kTop) mesh.append(side(corner(0, 1, 1), corner(1, 1, 1), corner(1, 1, 0), corner(0, 1, 0)));
-    if (sides & kBottom) mesh.append(side(corner(0, 0, 0), corner(1, 0, 0), corner(1, 0, 1), corner(0, 0, 1)));
+    if (sides & kBottom)
+        mesh.append(side(corner(0, 0, 0), corner(1, 0, 0), corner(1, 0, 1), corner(0, 0, 1)));
     if (sides & kSouth) mesh.append(side(corner(0, 0, 1), corner(1, 0, 1), corner(1, 1, 1), corner(0, 1, 1)));
     if (sides & kNorth) mesh.append(side(corner(1, 0, 0), corner(0, 0, 0), corner(0, 1, 0), corner(1, 1, 0)));
     if (sides & kEast) mesh.append(side(corner(1, 0, 1), corner(1, 0, 0), corner(1, 1, 0), corner(1, 1, 1)));
@@ -144,7 +151,8 @@ Mesh box(const cVector3& low, const cVector3& high, float repeats, unsigned side
     return mesh;
 }
 
-Mesh lathe(const std::vector<std::pair<float, float>>& profile, int segments, float uRepeats, float vRepeats) {
+Mesh lathe(const std::vector<std::pair<float, float>>& profile, int segments, float uRepeats,
+           float vRepeats) {
     Mesh mesh;
     const auto row = static_cast<uint32_t>(segments + 1);
     for (size_t j = 0; j < profile.size(); ++j)
@@ -154,7 +162,8 @@ Mesh lathe(const std::vector<std::pair<float, float>>& profile, int segments, fl
             const float angle = kTurn * static_cast<float>(i % segments) / static_cast<float>(segments);
             const float v = static_cast<float>(j) / static_cast<float>(profile.size() - 1);
             const float r = profile[j].first;
-            mesh.addVertex({r * std::sin(angle), profile[j].second, r * std::cos(angle)}, u * uRepeats, v * vRepeats);
+            mesh.addVertex({r * std::sin(angle), profile[j].second, r * std::cos(angle)}, u * uRepeats,
+                           v * vRepeats);
         }
     for (uint32_t j = 0; j + 1 < profile.size(); ++j)
         for (uint32_t i = 0; i + 1 < row; ++i) {
@@ -205,8 +214,8 @@ Mesh tube(const std::vector<cVector3>& path, const std::vector<float>& radii, in
     return mesh;
 }
 
-Mesh terrain(float x0, float z0, float cell, int cellsX, int cellsZ, const std::function<float(float, float)>& height,
-             float repeats) {
+Mesh terrain(float x0, float z0, float cell, int cellsX, int cellsZ,
+             const std::function<float(float, float)>& height, float repeats) {
     Mesh mesh;
     for (int j = 0; j <= cellsZ; ++j)
         for (int i = 0; i <= cellsX; ++i) {
@@ -219,7 +228,8 @@ Mesh terrain(float x0, float z0, float cell, int cellsX, int cellsZ, const std::
             const uint32_t k = j * row + i;
             // The diagonal follows the smaller height difference, which keeps ridges and rims smooth.
             const auto& p = mesh.positions;
-            const float falling = std::fabs(p[k].y - p[k + row + 1].y), rising = std::fabs(p[k + 1].y - p[k + row].y);
+            const float falling = std::fabs(p[k].y - p[k + row + 1].y),
+                        rising = std::fabs(p[k + 1].y - p[k + row].y);
             if (falling <= rising) {
                 mesh.addTriangle(k, k + row, k + row + 1);
                 mesh.addTriangle(k, k + row + 1, k + 1);
@@ -231,7 +241,8 @@ Mesh terrain(float x0, float z0, float cell, int cellsX, int cellsZ, const std::
     return mesh;
 }
 
-std::vector<cVector3> smoothNormals(const std::vector<cVector3>& positions, const std::vector<FaceIndices>& faces) {
+std::vector<cVector3> smoothNormals(const std::vector<cVector3>& positions,
+                                    const std::vector<FaceIndices>& faces) {
     using Key = std::tuple<float, float, float>;
     std::map<Key, size_t> index;
     std::vector<size_t> group(positions.size());
@@ -241,8 +252,7 @@ std::vector<cVector3> smoothNormals(const std::vector<cVector3>& positions, cons
     }
     std::vector<cVector3> sums(index.size());
     for (const FaceIndices& f : faces) {
-        const cVector3 n =
-            (positions[f[1]] - positions[f[0]]).cross(positions[f[2]] - positions[f[0]]);
+        const cVector3 n = (positions[f[1]] - positions[f[0]]).cross(positions[f[2]] - positions[f[0]]);
         for (uint32_t corner : f) sums[group[corner]] += n;
     }
     std::vector<cVector3> normals(positions.size());
@@ -258,7 +268,8 @@ Mesh faceted(const Mesh& mesh) {
     for (const FaceIndices& f : mesh.faces) {
         uint32_t corners[3];
         for (size_t k = 0; k < 3; ++k)
-            corners[k] = result.addVertex(mesh.positions[f[k]], mesh.texCoords[f[k]].u, mesh.texCoords[f[k]].v);
+            corners[k] =
+                result.addVertex(mesh.positions[f[k]], mesh.texCoords[f[k]].u, mesh.texCoords[f[k]].v);
         result.addTriangle(corners[0], corners[1], corners[2]);
     }
     return result;

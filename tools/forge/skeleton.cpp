@@ -43,12 +43,13 @@ static Joint bone(const cVector3& top, const cVector3& bottom, const cVector3& s
     return j;
 }
 
-LimbBend reach(const cVector3& from, const cVector3& to, float upperLength, float lowerLength, const cVector3& bend,
-               const cVector3& sideways) {
+LimbBend reach(const cVector3& from, const cVector3& to, float upperLength, float lowerLength,
+               const cVector3& bend, const cVector3& sideways) {
     const cVector3 way = to - from;
     const float length = std::clamp(way.length(), 0.2f * upperLength, 0.999f * (upperLength + lowerLength));
     const cVector3 ahead = way.normalized();
-    const float along = (upperLength * upperLength - lowerLength * lowerLength + length * length) / (2 * length);
+    const float along =
+        (upperLength * upperLength - lowerLength * lowerLength + length * length) / (2 * length);
     const float off = std::sqrt(std::max(0.0f, upperLength * upperLength - along * along));
     const cVector3 out = (bend - ahead * bend.dot(ahead)).normalized();
     const cVector3 middle = from + ahead * along + out * off, end = from + ahead * length;

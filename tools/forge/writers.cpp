@@ -126,8 +126,9 @@ ObjFiles objFiles(const Parts& parts, const std::string& mtlName) {
     for (const Part& part : parts) {
         // Component bytes are k · 256 cut off, so the middle of the step gives the byte back.
         const auto level = [](uint8_t c) { return std::min(0.99, (c + 0.5) / 256); };
-        files.mtl += "newmtl " + part.material + "\n" +
-                     line("Kd %.6f %.6f %.6f\n", level(part.colour.r), level(part.colour.g), level(part.colour.b));
+        files.mtl +=
+            "newmtl " + part.material + "\n" +
+            line("Kd %.6f %.6f %.6f\n", level(part.colour.r), level(part.colour.g), level(part.colour.b));
         if (!part.texture.empty()) files.mtl += "map_Kd " + part.texture + "\n";
         for (const cVector3& p : part.mesh.positions)
             files.obj += line("v %.6g %.6g %.6g\n", p.x, -p.z + 0.0f, p.y);
@@ -152,8 +153,8 @@ platform::Bytes cffFile(const CharacterPart& part, bool zUp) {
     const auto tagCount = static_cast<int32_t>(part.tags.front().size());
     const auto vertexCount = static_cast<int32_t>(part.frames.front().size());
     cBinaryWriter out;
-    for (int32_t v : {1, tagCount, frameCount, static_cast<int32_t>(part.animations.size()), frameCount * tagCount,
-                      frameCount * tagCount * 112})
+    for (int32_t v : {1, tagCount, frameCount, static_cast<int32_t>(part.animations.size()),
+                      frameCount * tagCount, frameCount * tagCount * 112})
         out.i32(v);
     writeTags(out, part, zUp);
     for (const AnimationRow& row : part.animations) {

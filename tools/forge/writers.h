@@ -32,13 +32,13 @@ struct AnimationRow {
 struct CharacterPart {
     std::string meshName, texture;
     std::vector<TexCoord> texCoords;
-    std::vector<FaceIndices> faces;                  ///< counter-clockwise; the file gets them clockwise
-    std::vector<std::vector<cVector3>> frames;       ///< positions
-    std::vector<std::vector<Tag>> tags;              ///< by frame
+    std::vector<FaceIndices> faces;            ///< counter-clockwise; the file gets them clockwise
+    std::vector<std::vector<cVector3>> frames; ///< positions
+    std::vector<std::vector<Tag>> tags;        ///< by frame
     std::vector<AnimationRow> animations;
 };
-/// `zUp` stores positions and tag origins in the imported form (−z, −x, y) that other characters are read from;
-/// normals and axes stay as they are.
+/// `zUp` stores positions and tag origins in the imported form (−z, −x, y) that other characters are read
+/// from; normals and axes stay as they are.
 platform::Bytes cffFile(const CharacterPart& part, bool zUp);
 
 struct Environment {
