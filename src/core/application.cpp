@@ -215,8 +215,12 @@ void cApplication::measure() {
 }
 
 void cApplication::takePictures() {
-    for (const RunOptions::Screenshot& shot : options_.screenshots) {
-        if (shot.frame == cRenderer::instance().framesPresented()) cRenderer::instance().requestScreenshot(shot.path);
+    // A frame of the intro may present twice: the first one that reaches the number is taken.
+    for (RunOptions::Screenshot& shot : options_.screenshots) {
+        if (shot.path.empty() || shot.frame > cRenderer::instance().framesPresented()) continue;
+        cRenderer::instance().requestScreenshot(shot.path);
+        shot.path.clear();
+        break;
     }
 }
 

@@ -1,20 +1,22 @@
 #include "core/tour.h"
 
+#include "core/auto_player.h"
 #include "platform/files.h"
 #include "render/renderer.h"
-#include "ui/input_mgr.h"
+#include "ui/bindings.h"
 #include "ui/menu.h"
 
-#include <SDL.h>
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
 
 namespace {
 constexpr const char* kScript = "tour.txt";
+constexpr const char* kLevel = "testlevel.xml";
+constexpr const char* kSpawn = "hut";
+constexpr uint32_t kLongestWalk = 1200; ///< frames after which a walk is given up
 
-/// Words of the script and the commands that they press: the tour plays whatever keys are bound.
+/// Words of the script and the commands that they press.
 constexpr struct {
     const char* word;
     int command;
@@ -23,22 +25,16 @@ constexpr struct {
                      {"jump", CMD_JUMP},       {"zoom_in", CMD_ZOOM_IN}, {"zoom_out", CMD_ZOOM_OUT},
                      {"view", CMD_TOGGLE_VIEW}};
 
-/// "FRAME press|release COMMAND", "FRAME look DX DY FRAMES", "FRAME picture NAME", "FRAME end"; frames of the game
-/// at 62.5 a second.
+/// One line: "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY FRAMES" (pixels a frame),
+/// "picture NAME". Lines are carried out one after another.
 struct Step {
-    uint32_t frame = 0;
     std::string act, name;
     int command = 0, dx = 0, dy = 0;
-    uint32_t frames = 1;
+    uint32_t frames = 0;
+    cVector3 point;
 };
 
-bool parseStep(const std::string& line, Step& step) {
-    std::istringstream in(line);
-    if (!(in >> step.frame >> step.act)) return false;
-    if (step.act == "look") return static_cast<bool>(in >> step.dx >> step.dy >> step.frames);
-    if (step.act == "picture") return static_cast<bool>(in >> step.name);
-    if (step.act == "end") return true;
-    if (step.act != "press" && step.act != "release") return false;
+bool parseCommand(std::istringstream& in, Step& step) {
     std::string word;
     in >> word;
     for (const auto& row : kCommandWords) {
@@ -47,6 +43,16 @@ bool parseStep(const std::string& line, Step& step) {
         return true;
     }
     return false;
+}
+
+bool parseStep(const std::string& line, Step& step) {
+    std::istringstream in(line);
+    in >> step.act;
+    if (step.act == "walk") return static_cast<bool>(in >> step.point.x >> step.point.z);
+    if (step.act == "wait") return static_cast<bool>(in >> step.frames);
+    if (step.act == "look") return static_cast<bool>(in >> step.dx >> step.dy >> step.frames);
+    if (step.act == "picture") return static_cast<bool>(in >> step.name);
+    return (step.act == "press" || step.act == "release") && parseCommand(in, step);
 }
 
 bool readScript(std::vector<Step>& steps) {
@@ -69,40 +75,18 @@ bool readScript(std::vector<Step>& steps) {
     return true;
 }
 
-void pushKey(int command, bool down) {
-    const int key = cInputMgr::instance().bindings.getBinding(command);
-    SDL_Event event{};
-    if (key >= 1 && key <= 5) {
-        event.type = down ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;
-        event.button.button = static_cast<Uint8>(key);
-    } else {
-        event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
-        event.key.keysym.sym = static_cast<SDLKey>(key);
-    }
-    SDL_PushEvent(&event);
-}
-
-void pushLook(int dx, int dy) {
-    const int w = static_cast<int>(cRenderer::instance().getWidth()), h = static_cast<int>(cRenderer::instance().getHeight());
-    SDL_Event event{};
-    event.type = SDL_MOUSEMOTION;
-    event.motion.x = static_cast<Uint16>(std::clamp(w / 2 + dx, 0, w - 1));
-    event.motion.y = static_cast<Uint16>(std::clamp(h / 2 - dy, 0, h - 1));
-    SDL_PushEvent(&event);
-}
-
 class Tour {
 public:
     Tour(std::string directory, std::vector<Step> steps) : directory_(std::move(directory)), steps_(std::move(steps)) {}
 
-    void play(uint32_t frame) {
-        for (const Step& step : steps_) {
-            if (step.act == "look" && frame >= step.frame && frame < step.frame + step.frames) pushLook(step.dx, step.dy);
-            if (step.frame != frame) continue;
-            if (step.act == "press" || step.act == "release") pushKey(step.command, step.act == "press");
-            if (step.act == "picture") cRenderer::instance().requestScreenshot(pathOf(step));
-            if (step.act == "end") pushQuitEvent();
+    /// Carries out steps until one takes the whole frame.
+    void playFrame() {
+        while (current_ < steps_.size()) {
+            if (!stepDone(steps_[current_])) return;
+            ++current_;
+            elapsed_ = 0;
         }
+        pushQuitEvent();
     }
 
     /// Pictures of an earlier tour must not pass for this one's.
@@ -113,7 +97,7 @@ public:
     }
 
     bool reportPictures() const {
-        bool complete = true;
+        bool complete = current_ == steps_.size();
         for (const Step& step : steps_) {
             if (step.act != "picture") continue;
             const bool exists = std::filesystem::exists(pathOf(step));
@@ -124,10 +108,36 @@ public:
     }
 
 private:
+    bool stepDone(const Step& step) {
+        ++elapsed_;
+        if (step.act == "walk") return walkDone(step);
+        if (step.act == "wait") return elapsed_ > step.frames;
+        if (step.act == "look") {
+            if (elapsed_ <= step.frames) player_.look(step.dx, step.dy);
+            return elapsed_ > step.frames;
+        }
+        if (step.act == "press") player_.press(step.command);
+        if (step.act == "release") player_.release(step.command);
+        // The picture is of the frame that follows; it takes that frame.
+        if (step.act == "picture" && elapsed_ == 1) cRenderer::instance().requestScreenshot(pathOf(step));
+        return step.act != "picture" || elapsed_ > 1;
+    }
+
+    bool walkDone(const Step& step) {
+        if (player_.walkTowards(step.point)) return true;
+        if (elapsed_ < kLongestWalk) return false;
+        std::printf("The way to %g, %g is blocked.\n", static_cast<double>(step.point.x), static_cast<double>(step.point.z));
+        player_.release(CMD_FORWARD);
+        return true;
+    }
+
     std::string pathOf(const Step& step) const { return directory_ + "/" + step.name + ".png"; }
 
     std::string directory_;
     std::vector<Step> steps_;
+    size_t current_ = 0;
+    uint32_t elapsed_ = 0; ///< frames of the current step
+    cAutoPlayer player_;
 };
 } // namespace
 
@@ -136,17 +146,17 @@ int playTour(const std::string& directory, RunOptions options) {
     if (!readScript(steps)) return 1;
     std::error_code error;
     std::filesystem::create_directories(directory, error);
-    if (!std::filesystem::is_directory(directory)) {
+    if (!std::filesystem::is_directory(directory, error)) {
         std::fprintf(stderr, "The directory %s cannot be created.\n", directory.c_str());
         return 1;
     }
     Tour tour(directory, std::move(steps));
     tour.removePictures();
     if (options.level.empty()) {
-        options.level = "testlevel.xml";
-        options.spawn = "hut";
+        options.level = kLevel;
+        options.spawn = kSpawn;
     }
-    options.script = [&](uint32_t frame, GameState*) { tour.play(frame); };
+    options.script = [&](uint32_t, GameState*) { tour.playFrame(); };
     const int status = cApplication(options).run();
     const bool complete = tour.reportPictures();
     return status == 0 && complete ? 0 : 1;

@@ -1,0 +1,65 @@
+#include "core/auto_player.h"
+
+#include "render/renderer.h"
+#include "ui/input_mgr.h"
+#include "world/object_mgr.h"
+#include "world/world.h"
+
+#include <SDL.h>
+#include <algorithm>
+
+namespace {
+constexpr float kDegreesPerLook = 25;   ///< of the third-person camera
+constexpr float kWalkWithin = 50;       ///< degrees off the course at which walking still pays
+constexpr float kFastestTurn = 5;       ///< degrees a frame
+constexpr float kRadiansToDegrees = 57.29578f;
+
+void pushKey(int key, bool down) {
+    SDL_Event event{};
+    if (key >= 1 && key <= 5) {
+        event.type = down ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;
+        event.button.button = static_cast<Uint8>(key);
+    } else {
+        event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
+        event.key.keysym.sym = static_cast<SDLKey>(key);
+    }
+    SDL_PushEvent(&event);
+}
+} // namespace
+
+void cAutoPlayer::setHeld(int command, bool held) {
+    const uint32_t bit = 1u << command;
+    if (((held_ & bit) != 0) == held) return;
+    held_ ^= bit;
+    pushKey(cInputMgr::instance().bindings.getBinding(command), held);
+}
+
+void cAutoPlayer::press(int command) { setHeld(command, true); }
+void cAutoPlayer::release(int command) { setHeld(command, false); }
+
+void cAutoPlayer::look(int dx, int dy) {
+    const int w = static_cast<int>(cRenderer::instance().getWidth());
+    const int h = static_cast<int>(cRenderer::instance().getHeight());
+    SDL_Event event{};
+    event.type = SDL_MOUSEMOTION;
+    event.motion.x = static_cast<Uint16>(std::clamp(w / 2 + dx, 0, w - 1));
+    event.motion.y = static_cast<Uint16>(std::clamp(h / 2 - dy, 0, h - 1));
+    SDL_PushEvent(&event);
+}
+
+bool cAutoPlayer::walkTowards(const cVector3& point, float reach) {
+    const cObject* hero = cObjectMgr::instance().hero();
+    const cVector3 way = hero ? point - hero->getPosition() : cVector3();
+    if (std::hypot(way.x, way.z) < reach) {
+        release(CMD_FORWARD);
+        return true;
+    }
+    const cVector3& forward = cWorld::instance().camera.getForward();
+    const float crossY = forward.z * way.x - forward.x * way.z;
+    const float toTheRight = -std::atan2(crossY, forward.x * way.x + forward.z * way.z) * kRadiansToDegrees;
+    const float sensitivity = cInputMgr::instance().bindings.settings.sensitivity;
+    const float turn = std::clamp(toTheRight, -kFastestTurn, kFastestTurn);
+    look(static_cast<int>(turn / kDegreesPerLook / sensitivity), 0);
+    setHeld(CMD_FORWARD, std::fabs(toTheRight) < kWalkWithin);
+    return false;
+}

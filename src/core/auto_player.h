@@ -1,0 +1,20 @@
+#pragma once
+#include "core/vector3.h"
+
+#include <cstdint>
+
+/// Plays by pressing the bound keys and moving the mouse, as a person would: it sets no position and no state.
+/// Everything it pushes is seen by the next pump.
+class cAutoPlayer {
+public:
+    void press(int command);
+    void release(int command);
+    void look(int dx, int dy); ///< pixels, right and up
+    /// Once a frame: turns the camera and walks towards the point. True when the hero stands within `reach` of it
+    /// (heights do not count) or when there is no hero; the keys are then released.
+    bool walkTowards(const cVector3& point, float reach = 0.4f);
+
+private:
+    void setHeld(int command, bool held);
+    uint32_t held_ = 0; ///< commands, one bit each
+};
