@@ -12,11 +12,13 @@ void collect(cLogMgr::Level level, const std::string& message) {
 }
 } // namespace
 
-TempGame::TempGame() {
+TempGame::TempGame(const std::string& dataDir) {
     std::string pattern = (std::filesystem::temp_directory_path() / "quorvane-test-XXXXXX").string();
     dir_ = mkdtemp(pattern.data());
     std::string problem;
-    platform::openFileSystem("test", {{}, dir_}, problem);
+    platform::FileRoots roots{{}, dir_};
+    if (!dataDir.empty()) roots.data.push_back(dataDir);
+    if (!platform::openFileSystem("test", roots, problem)) std::abort();
     g_errors.clear();
     cLogMgr::setListener(&collect);
     cLogMgr::instance();

@@ -8,7 +8,8 @@
 /// A fresh, empty user directory as the only file root, removed afterwards; log rows are collected.
 class TempGame {
 public:
-    TempGame();
+    /// With a data directory behind the user directory when one is named.
+    explicit TempGame(const std::string& dataDir = {});
     ~TempGame();
     TempGame(const TempGame&) = delete;
     TempGame& operator=(const TempGame&) = delete;

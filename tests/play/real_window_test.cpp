@@ -1,0 +1,90 @@
+// The built program in a real window with real key presses, on SDL 1.2 and on the compatibility library.
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <png.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+namespace fs = std::filesystem;
+
+std::vector<unsigned char> readPng(const std::string& path) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path.c_str())) return {};
+    image.format = PNG_FORMAT_RGB;
+    std::vector<unsigned char> pixels(PNG_IMAGE_SIZE(image));
+    png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr);
+    return pixels;
+}
+
+/// Share of bytes that differ clearly.
+double difference(const std::vector<unsigned char>& a, const std::vector<unsigned char>& b) {
+    if (a.empty() || a.size() != b.size()) return -1;
+    size_t changed = 0;
+    for (size_t i = 0; i < a.size(); ++i) changed += std::abs(a[i] - b[i]) > 24;
+    return static_cast<double>(changed) / static_cast<double>(a.size());
+}
+
+pid_t startGame(const std::string& user, const std::string& libraryPath) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    if (!libraryPath.empty()) setenv("LD_LIBRARY_PATH", libraryPath.c_str(), 1);
+    const std::string still = user + "/still.png@30", moved = user + "/moved.png@130";
+    execl(GAME_PROGRAM, GAME_PROGRAM, "--data", GAME_DATA, "--user", user.c_str(), "--level", "testlevel.xml", "--seed",
+          "1", "--screenshot", still.c_str(), "--screenshot", moved.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+}
+
+bool waitFor(const std::string& file, int seconds) {
+    for (int i = 0; i < seconds * 20; ++i) {
+        if (fs::exists(file)) return true;
+        usleep(50000);
+    }
+    return false;
+}
+
+/// −1 when the program has not ended in time (it is then killed).
+int exitStatus(pid_t child, int seconds) {
+    int status = 0;
+    for (int i = 0; i < seconds * 20; ++i) {
+        if (waitpid(child, &status, WNOHANG) == child) return WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+        usleep(50000);
+    }
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+    return -1;
+}
+
+int key(const std::string& command) { return std::system(("xdotool " + command).c_str()); }
+
+void playInWindow(const std::string& libraryPath) {
+    std::string pattern = (fs::temp_directory_path() / "quorvane-window-XXXXXX").string();
+    const std::string user = mkdtemp(pattern.data());
+    const pid_t game = startGame(user, libraryPath);
+    ASSERT_GT(game, 0);
+    EXPECT_TRUE(waitFor(user + "/still.png", 30)) << "no first picture";
+    usleep(200000);
+    EXPECT_EQ(key("search --name '^Quorvane$' >/dev/null"), 0) << "the window has no title";
+    EXPECT_EQ(key("keydown w"), 0);
+    EXPECT_TRUE(waitFor(user + "/moved.png", 60)) << "no second picture";
+    key("keyup w");
+    usleep(300000);
+    const double change = difference(readPng(user + "/still.png"), readPng(user + "/moved.png"));
+    EXPECT_GT(change, 0.2) << "the hero has not walked out of the hut";
+    key("key Escape");
+    usleep(500000);
+    key("keydown q");
+    EXPECT_EQ(exitStatus(game, 15), 0) << "Escape and Q end the game";
+    key("keyup q");
+    fs::remove_all(user);
+}
+} // namespace
+
+TEST(RealWindow, WalksByKeyPresses) { playInWindow(""); }
+TEST(RealWindow, WalksByKeyPressesOnTheCompatibilityLibrary) { playInWindow(COMPAT_SDL); }

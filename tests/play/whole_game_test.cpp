@@ -1,0 +1,108 @@
+#include "support/game_run.h"
+#include "ui/input_mgr.h"
+#include "world/world.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+namespace {
+constexpr float kStandingHeight = 1.25f; ///< of the hero's position above his feet
+} // namespace
+
+TEST(WholeGame, FromTheIntroOntoALedge) {
+    GameRun game;
+    ASSERT_TRUE(game.started) << "a display is needed";
+    game.frames(30);
+    EXPECT_EQ(game.app.state(), STATE_INTRO);
+    game.tapKey(SDLK_SPACE);
+    game.frames(5);
+    ASSERT_EQ(game.app.state(), STATE_GAME);
+    EXPECT_EQ(cWorld::instance().levelFile, "testlevel.xml");
+    EXPECT_EQ(cWorld::instance().health, 100);
+
+    game.frames(60);
+    EXPECT_NEAR(game.hero().y, 2.1f + kStandingHeight, 0.05f) << "stands on the floor of the hut";
+    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-11.5f, 3.0f}, {-11.5f, 4.6f}}) {
+        ASSERT_TRUE(game.walkTo(x, z)) << x << ", " << z;
+    }
+    const float ground = game.hero().y;
+    game.hold(CMD_FORWARD, 60);
+    EXPECT_LT(game.hero().z, 6 - 0.35f) << "the ledge is too high to be walked up";
+
+    ASSERT_TRUE(game.walkTo(-11.5f, 4)) << "a run-up: a jump has no steering of its own";
+    ASSERT_TRUE(game.walkTo(-11.5f, 4.6f, 60));
+    game.player.press(CMD_FORWARD);
+    game.hold(CMD_JUMP, 10);
+    game.frames(50);
+    game.player.release(CMD_FORWARD);
+    EXPECT_NEAR(game.hero().y, 3.1f + kStandingHeight, 0.06f) << "stands on the ledge";
+    EXPECT_GT(game.hero().y, ground + 0.9f);
+    game.hold(CMD_FORWARD, 120);
+    EXPECT_LT(game.hero().z, 8 - 0.35f) << "the block on the ledge refuses him";
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
+
+TEST(WholeGame, WallsHoldFromEveryAngle) {
+    RunOptions options;
+    options.level = "testlevel.xml";
+    options.spawn = "pier";
+    GameRun game(options);
+    ASSERT_TRUE(game.started);
+    ASSERT_TRUE(game.walkTo(0, 18));
+    for (const float x : {-3.0f, -1.0f, 0.0f, 1.5f, 3.0f}) {
+        game.walkTo(x, 10, 160);
+        EXPECT_GT(game.hero().z, 14.7f + 0.3f) << "through the ruined wall towards " << x;
+        ASSERT_TRUE(game.walkTo(0, 18));
+    }
+}
+
+TEST(WholeGame, EscapePausesAndReturnGoesOn) {
+    RunOptions options;
+    options.level = "testlevel.xml";
+    options.spawn = "hut";
+    GameRun game(options);
+    ASSERT_TRUE(game.started);
+    game.frames(20);
+    game.tapKey(SDLK_ESCAPE);
+    EXPECT_EQ(game.app.state(), STATE_MENU);
+    const cVector3 before = game.hero();
+    game.hold(CMD_FORWARD, 30);
+    EXPECT_EQ(game.hero(), before) << "nobody moves behind the menu";
+    game.tapKey(SDLK_RETURN);
+    game.frames(3);
+    EXPECT_EQ(game.app.state(), STATE_GAME);
+    game.tapKey(SDLK_i);
+    EXPECT_EQ(game.app.state(), STATE_INVENTORY);
+    game.tapKey(SDLK_ESCAPE);
+    EXPECT_EQ(cInputMgr::instance().returnState, STATE_INVENTORY);
+}
+
+TEST(WholeGame, DrowningLeadsBackToTheCheckpoint) {
+    RunOptions options;
+    options.level = "testlevel.xml";
+    options.spawn = "pier";
+    GameRun game(options);
+    ASSERT_TRUE(game.started);
+    game.frames(20);
+    const cVector3 start = game.hero();
+    game.walkTo(0, 40, 400);
+    game.player.release(CMD_FORWARD);
+    game.frames(400);
+    EXPECT_TRUE(game.hero().isNear(start) || (game.hero() - start).length() < 0.1f);
+    EXPECT_EQ(cWorld::instance().health, 100);
+    EXPECT_EQ(game.app.state(), STATE_GAME);
+}
+
+TEST(WholeGame, TheSameSeedGivesTheSameRun) {
+    const auto play = [] {
+        RunOptions options;
+        options.level = "testlevel.xml";
+        options.spawn = "hut";
+        GameRun game(options);
+        game.walkTo(0, -5);
+        game.walkTo(5.8f, -5);
+        game.hold(CMD_JUMP, 40);
+        return game.hero();
+    };
+    EXPECT_EQ(play(), play());
+}

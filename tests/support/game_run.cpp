@@ -1,0 +1,70 @@
+#include "support/game_run.h"
+
+#include "platform/clock.h"
+#include "platform/random.h"
+#include "world/object_mgr.h"
+
+#include <SDL.h>
+
+/// Log rows are collected from before the first manager exists.
+struct GameRun::Files {
+    TempGame temp{GAME_DATA};
+};
+
+GameRun::GameRun(RunOptions options) : app([&] {
+    options.fast = true;
+    return options;
+}()), files_(std::make_unique<Files>()) {
+    platform::useFixedStep(16);
+    platform::lockRandomSeed(1);
+    started = app.start();
+}
+
+GameRun::~GameRun() {
+    app.shutdown();
+    platform::useFixedStep(0);
+}
+
+void GameRun::frames(int count) {
+    for (int i = 0; i < count; ++i) {
+        switch (app.state()) {
+        case STATE_QUIT: return;
+        case STATE_INTRO:
+            app.introFrame();
+            if (app.state() != STATE_INTRO) app.afterIntro();
+            break;
+        case STATE_MENU: app.menuFrame(); break;
+        default: app.gameFrame(); break;
+        }
+    }
+}
+
+bool GameRun::walkTo(float x, float z, int mostFrames) {
+    for (int i = 0; i < mostFrames; ++i) {
+        if (player.walkTowards({x, 0, z})) return true;
+        frames(1);
+    }
+    player.release(CMD_FORWARD);
+    return false;
+}
+
+void GameRun::hold(int command, int count) {
+    player.press(command);
+    frames(count);
+    player.release(command);
+}
+
+void GameRun::tapKey(int sdlKey) {
+    for (const bool down : {true, false}) {
+        SDL_Event event{};
+        event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
+        event.key.keysym.sym = static_cast<SDLKey>(sdlKey);
+        SDL_PushEvent(&event);
+        frames(1);
+    }
+}
+
+cVector3 GameRun::hero() const {
+    const cObject* object = cObjectMgr::instance().hero();
+    return object ? object->getPosition() : cVector3(0, -1e9f, 0);
+}

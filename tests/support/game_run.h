@@ -1,0 +1,29 @@
+#pragma once
+#include "core/application.h"
+#include "core/auto_player.h"
+#include "support/temp_game.h"
+#include "ui/input_settings.h"
+
+#include <memory>
+
+/// The whole game on the made data, in a user directory of its own, with the fixed clock and a fixed seed. Needs a
+/// display. Only input is given to it.
+class GameRun {
+public:
+    explicit GameRun(RunOptions options = {});
+    ~GameRun();
+
+    void frames(int count); ///< of whatever loop the state asks for
+    bool walkTo(float x, float z, int mostFrames = 900);
+    void hold(int command, int count); ///< for so many frames
+    void tapKey(int sdlKey);
+    cVector3 hero() const; ///< position; far below everything without a hero
+
+    cApplication app;
+    cAutoPlayer player;
+    bool started = false;
+
+private:
+    struct Files;
+    std::unique_ptr<Files> files_;
+};
