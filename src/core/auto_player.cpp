@@ -11,6 +11,7 @@
 namespace {
 constexpr float kDegreesPerLook = 25;   ///< of the third-person camera
 constexpr float kWalkWithin = 50;       ///< degrees off the course at which walking still pays
+constexpr float kFacing = 2;           ///< degrees
 constexpr float kFastestTurn = 5;       ///< degrees a frame
 constexpr float kRadiansToDegrees = 57.29578f;
 
@@ -47,19 +48,32 @@ void cAutoPlayer::look(int dx, int dy) {
     SDL_PushEvent(&event);
 }
 
-bool cAutoPlayer::walkTowards(const cVector3& point, float reach) {
+namespace {
+/// From the hero to a point; nothing without a hero.
+cVector3 wayTo(const cVector3& point) {
     const cObject* hero = cObjectMgr::instance().hero();
-    const cVector3 way = hero ? point - hero->getPosition() : cVector3();
-    if (std::hypot(way.x, way.z) < reach) {
-        release(CMD_FORWARD);
-        return true;
-    }
+    return hero ? point - hero->getPosition() : cVector3();
+}
+} // namespace
+
+float cAutoPlayer::turn(const cVector3& way) {
     const cVector3& forward = cWorld::instance().camera.getForward();
     const float crossY = forward.z * way.x - forward.x * way.z;
     const float toTheRight = -std::atan2(crossY, forward.x * way.x + forward.z * way.z) * kRadiansToDegrees;
     const float sensitivity = cInputMgr::instance().bindings.settings.sensitivity;
-    const float turn = std::clamp(toTheRight, -kFastestTurn, kFastestTurn);
-    look(static_cast<int>(turn / kDegreesPerLook / sensitivity), 0);
-    setHeld(CMD_FORWARD, std::fabs(toTheRight) < kWalkWithin);
+    const float degrees = std::clamp(toTheRight, -kFastestTurn, kFastestTurn);
+    look(static_cast<int>(degrees / kDegreesPerLook / sensitivity), 0);
+    return toTheRight;
+}
+
+bool cAutoPlayer::turnTowards(const cVector3& point) { return std::fabs(turn(wayTo(point))) < kFacing; }
+
+bool cAutoPlayer::walkTowards(const cVector3& point, float reach) {
+    const cVector3 way = wayTo(point);
+    if (std::hypot(way.x, way.z) < reach) {
+        release(CMD_FORWARD);
+        return true;
+    }
+    setHeld(CMD_FORWARD, std::fabs(turn(way)) < kWalkWithin);
     return false;
 }

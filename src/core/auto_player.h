@@ -10,11 +10,14 @@ public:
     void press(int command);
     void release(int command);
     void look(int dx, int dy); ///< pixels, right and up
+    /// Once a frame: turns the camera towards the point. True when it faces it within two degrees.
+    bool turnTowards(const cVector3& point);
     /// Once a frame: turns the camera and walks towards the point. True when the hero stands within `reach` of it
     /// (heights do not count) or when there is no hero; the keys are then released.
     bool walkTowards(const cVector3& point, float reach = 0.4f);
 
 private:
+    float turn(const cVector3& way); ///< returns how many degrees to the right the way lay
     void setHeld(int command, bool held);
     uint32_t held_ = 0; ///< commands, one bit each
 };

@@ -70,7 +70,8 @@ void playInWindow(const std::string& libraryPath) {
     ASSERT_GT(game, 0);
     EXPECT_TRUE(waitFor(user + "/still.png", 30)) << "no first picture";
     usleep(200000);
-    EXPECT_EQ(key("search --name '^Quorvane$' >/dev/null"), 0) << "the window has no title";
+    // Without a window manager nobody else gives the window the focus.
+    EXPECT_EQ(key("search --name '^Quorvane$' mousemove --window %1 400 300 windowfocus %1"), 0) << "the window has no title";
     EXPECT_EQ(key("keydown w"), 0);
     EXPECT_TRUE(waitFor(user + "/moved.png", 60)) << "no second picture";
     key("keyup w");

@@ -22,15 +22,16 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
 
     game.frames(60);
     EXPECT_NEAR(game.hero().y, 2.1f + kStandingHeight, 0.05f) << "stands on the floor of the hut";
-    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-11.5f, 3.0f}, {-11.5f, 4.6f}}) {
+    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 3.0f}, {-12.6f, 4.6f}}) {
         ASSERT_TRUE(game.walkTo(x, z)) << x << ", " << z;
     }
     const float ground = game.hero().y;
     game.hold(CMD_FORWARD, 60);
     EXPECT_LT(game.hero().z, 6 - 0.35f) << "the ledge is too high to be walked up";
 
-    ASSERT_TRUE(game.walkTo(-11.5f, 4)) << "a run-up: a jump has no steering of its own";
-    ASSERT_TRUE(game.walkTo(-11.5f, 4.6f, 60));
+    ASSERT_TRUE(game.walkTo(-12.6f, 2.6f)) << "a run-up: a jump has no steering of its own";
+    game.face(-12.6f, 20);
+    game.hold(CMD_FORWARD, 12);
     game.player.press(CMD_FORWARD);
     game.hold(CMD_JUMP, 10);
     game.frames(50);

@@ -48,6 +48,10 @@ bool GameRun::walkTo(float x, float z, int mostFrames) {
     return false;
 }
 
+void GameRun::face(float x, float z) {
+    for (int i = 0; i < 120 && !player.turnTowards({x, 0, z}); ++i) frames(1);
+}
+
 void GameRun::hold(int command, int count) {
     player.press(command);
     frames(count);

@@ -15,6 +15,7 @@ public:
 
     void frames(int count); ///< of whatever loop the state asks for
     bool walkTo(float x, float z, int mostFrames = 900);
+    void face(float x, float z);
     void hold(int command, int count); ///< for so many frames
     void tapKey(int sdlKey);
     cVector3 hero() const; ///< position; far below everything without a hero
