@@ -174,7 +174,9 @@ Colour groundColour(float x, float z) {
     const float steep = smoothStep(0.86f, 0.72f, n.y) * smoothStep(-0.5f, 0.6f, y);
     c = mix(c, mix(rgb(0x8d8478), rgb(0xb3a894), patches), 1 - smoothStep(0.72f, 0.88f, n.y) > 0 ? steep : 0);
     const float light = 0.62f + 0.44f * std::max(0.0f, n.dot(island::kTowardsSun));
-    return shaded(c, light * (1 - 0.34f * shadows(x, z)) * 1.08f);
+    c = shaded(c, light * (1 - 0.34f * shadows(x, z)) * 1.08f);
+    // Deep down the bed takes the colour of the sky's lower half, so that its border does not show.
+    return mix(rgb(0x22749a), c, smoothStep(-4.5f, -0.6f, y));
 }
 } // namespace
 

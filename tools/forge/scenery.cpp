@@ -83,7 +83,8 @@ Parts Scenery::layerParts(const Layer& layer) const {
                 const float half = 0.5f / layer.worldSize;
                 TexCoord& t = part.mesh.texCoords[k];
                 if (g.ground) {
-                    t = {0.5f + p.x * half, 0.5f - p.z * half};
+                    // The southern border stops short of the ramp strip.
+                    t = {0.5f + p.x * half, std::max(0.5f - p.z * half, 2.3f * layer.rampV)};
                 } else {
                     const float b = brightness(p, n, layer);
                     t = {0.02f + 0.96f * clamp01((b - layer.darkest) / (1 - layer.darkest)), layer.rampV};
