@@ -88,8 +88,8 @@ Skin lowerSkin(const Build& b) {
         const int thigh = side == 0 ? kThighR : kThighL;
         skin.addBody(
             onSide(
-                {{{0.085f * g, hem, 0}, 0.135f * flare, 0.175f * flare, kPelvis, thigh, 0.75f},
-                 {{0.080f * g, (hem - 0.36f) / 2, 0}, 0.132f * flare, 0.165f * flare, kPelvis, thigh, 0.35f},
+                {{{0.085f * g, hem, 0}, 0.135f * flare, 0.175f * flare, kPelvis, thigh, 0.92f},
+                 {{0.080f * g, (hem - 0.36f) / 2, 0}, 0.132f * flare, 0.165f * flare, kPelvis, thigh, 0.6f},
                  {{0.070f * g, -0.36f, 0}, 0.122f * g, 0.148f * g, kPelvis, kPelvis, 0},
                  {{0.055f * g, -0.27f, 0}, 0.122f * g, 0.132f * g, kPelvis, kPelvis, 0}},
                 side),
