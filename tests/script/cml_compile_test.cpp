@@ -1,0 +1,205 @@
+#include "core/name_hash.h"
+#include "script/cml_element.h"
+#include "script/cml_vocabulary.h"
+#include "support/temp_game.h"
+
+#include <gtest/gtest.h>
+#include <set>
+
+namespace {
+/// A document compiled with look-ups of its own.
+struct Compiled {
+    TempGame game;
+    cCmlElement root;
+    CmlReport report;
+    std::map<std::string, int32_t> globals;
+    std::vector<std::string> sounds;
+    int result;
+
+    explicit Compiled(const std::string& text) {
+        game.write("a.xml", text);
+        CmlLookups lookups;
+        lookups.globalIndex = [this](const std::string& name) {
+            return globals.try_emplace(name, static_cast<int32_t>(globals.size())).first->second;
+        };
+        lookups.findItem = [](const std::string& name) { return name == "Key" ? 4 : -1; };
+        lookups.itemAt = [](int32_t) { return nullptr; };
+        lookups.preloadSound = [this](const std::string& name) { sounds.push_back(name); };
+        result = root.load("a.xml", lookups, report);
+    }
+    cCmlElement& object() { return *root.findChild(kCmlObjectElement); }
+    const cCmlCall& call(size_t i = 0) { return object().calls.at(i); }
+    std::string rows() const {
+        std::string all;
+        for (const auto& row : report.rows) all += std::to_string(row.line) + ": " + row.message + "\n";
+        return all;
+    }
+};
+
+std::string objectWith(const std::string& onSet, const std::string& inside = "") {
+    return "<level name=\"l\"><object name=\"door\" on_set=\"" + onSet + "\">" + inside + "</object></level>";
+}
+} // namespace
+
+TEST(CmlCompile, SplitsCallListsAndPrefixes) {
+    Compiled one(objectWith("set_timer(500);"));
+    ASSERT_EQ(one.object().calls.size(), 1u) << "a trailing separator adds no call";
+    EXPECT_EQ(one.call().procedure, findProcedure("set_timer"));
+    EXPECT_EQ(one.call().args[0], 500);
+    EXPECT_EQ(one.call().argCount, 1);
+
+    Compiled empty(objectWith(";;"));
+    EXPECT_EQ(empty.object().calls.size(), 2u);
+    EXPECT_EQ(empty.rows(), "1: Unrecognised procedure \"\" in CML file\n1: Unrecognised procedure \"\" in CML file\n");
+
+    Compiled prefixed(objectWith("gate.set_active(0);destroy;set_timer()"));
+    EXPECT_EQ(prefixed.call(0).objectId, nameHash("gate"));
+    EXPECT_EQ(prefixed.call(0).procedure, findProcedure("set_active"));
+    EXPECT_EQ(prefixed.call(1).argCount, 0);
+    EXPECT_EQ(prefixed.call(2).argCount, 0) << "empty parentheses hold no argument";
+}
+
+TEST(CmlCompile, ConvertsArgumentsByKeywordNameAndNumber) {
+    Compiled c(objectWith("set_direction(player);set_direction(inverted);set_direction(gate);set_direction( player);"
+                          "set_direction(_x);set_acceleration(1,-20,3)"));
+    EXPECT_EQ(c.call(0).args[0], kWordPlayer);
+    EXPECT_EQ(c.call(1).args[0], kWordInverted);
+    EXPECT_EQ(c.call(2).args[0], nameHash("gate"));
+    EXPECT_EQ(c.call(3).args[0], 0) << "nothing is trimmed: not the keyword, and no number";
+    EXPECT_EQ(c.call(4).args[0], 0);
+    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{1, -20, 3}));
+    EXPECT_TRUE(c.report.rows.empty()) << c.rows();
+}
+
+TEST(CmlCompile, ChoosesTheFormOfVariables) {
+    Compiled c(objectWith("inc_local(count,-1);inc_local(count,param);inc_local(count,other);set_global(g,2);"
+                          "randomize_local(count,param);gate.set_local(third,1)"));
+    EXPECT_EQ(c.call(0).procedure, findProcedure("inc_local"));
+    EXPECT_EQ(c.call(0).args[1], -1);
+    EXPECT_EQ(c.call(1).procedure, findProcedure("inc_local_p"));
+    EXPECT_EQ(c.call(2).procedure, findProcedure("inc_local_r"));
+    EXPECT_EQ(c.call(2).args[1], 1) << "indices follow the order of first appearance";
+    EXPECT_EQ(c.globals.at("g"), 0);
+    EXPECT_EQ(c.call(4).procedure, nullptr);
+    EXPECT_EQ(c.rows(), "1: Unrecognised procedure \"randomize_local_p\" in CML file\n");
+    EXPECT_EQ(c.object().localNames.at("third"), 2) << "also a prefixed call uses the enclosing object's table";
+    EXPECT_EQ(c.object().localValues, std::vector<int32_t>(3, 0));
+}
+
+TEST(CmlCompile, ResolvesNamesOfTheDocument) {
+    Compiled c(objectWith("set_action(open);set_action(none);get_object(Key,2);get_object(Sword);play_sound(creak,50);"
+                          "use_item(bow,target)",
+                          "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" skill=\"120\" />"
+                          "<action name=\"open\" />"));
+    EXPECT_EQ(c.call(0).args[0], 2) << "every child counts";
+    EXPECT_EQ(c.call(1).args[0], -1);
+    EXPECT_EQ(c.call(2).args[0], 4);
+    EXPECT_EQ(c.call(2).args[1], 2);
+    EXPECT_EQ(c.call(3).args[0], 0) << "an unknown item becomes the first one";
+    EXPECT_EQ(c.rows(), "1: CML object object specified unexisting object \"Sword\"\n");
+    EXPECT_EQ(c.call(4).args[0], nameHash("creak"));
+    EXPECT_EQ(c.call(4).args[1], 50);
+    EXPECT_EQ(c.sounds, std::vector<std::string>{"creak"});
+    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{100, 1, kWordTarget})) << "skill at most 100, item, target";
+}
+
+TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
+    struct {
+        const char* onSet;
+        const char* row;
+    } const kRows[] = {
+        {"fly(1)", "Unrecognised procedure \"fly\" in CML file"},
+        {"run_cinematic(flight)", "CML object door tries to run unknown cinematic \"flight\""},
+        {"run_dialogue(talk)", "CML object door does not include dialogue object \"talk\""},
+    };
+    for (const auto& row : kRows) {
+        Compiled c("<level name=\"l\">\n\n" + objectWith(row.onSet).substr(16));
+        EXPECT_EQ(c.result, 0) << "compiling never stops at a bad call";
+        EXPECT_EQ(c.rows(), "3: " + std::string(row.row) + "\n");
+        EXPECT_EQ(TempGame::errorCount(row.row), 1);
+        EXPECT_EQ(c.call().procedure, nullptr);
+    }
+    Compiled outside("<level name=\"l\"><action name=\"a\" on_set=\"destroy()\" /></level>");
+    EXPECT_EQ(outside.rows(), "1: CML object a has actions outside objects\n");
+    Compiled test(objectWith("", "<action name=\"a\"><reaction type=\"timer\"><requirement test=\"is_odd(1)\" /></reaction></action>"));
+    EXPECT_EQ(test.rows(), "1: Unrecognised function \"is_odd\" in CML file\n");
+}
+
+TEST(CmlCompile, UnknownElementsFailTheDocumentOnce) {
+    Compiled c("<level name=\"l\">\n<object name=\"a\"><wings /></object><feet /></level>");
+    EXPECT_LT(c.result, 0);
+    EXPECT_EQ(c.rows(), "2: CML file contains errors!\n");
+    Compiled missing("<level");
+    EXPECT_LT(missing.result, 0);
+    EXPECT_FALSE(missing.report.rows.empty());
+}
+
+TEST(CmlCompile, ActionsInheritWhatTheyDoNotDefine) {
+    Compiled c(objectWith("", "<reaction type=\"timer\" do=\"destroy()\" /><reaction type=\"context\" do=\"destroy()\" />"
+                              "<reaction type=\"nonsense\" do=\"destroy()\" />"
+                              "<action name=\"a\"><reaction type=\"timer\" do=\"set_timer(1)\" /></action>"
+                              "<action name=\"b\" />"));
+    const cCmlElement &a = *c.object().childAt(3), &b = *c.object().childAt(4);
+    EXPECT_EQ(a.slots[kTriggerTimer], a.childAt(0));
+    EXPECT_EQ(a.slots[kTriggerContext], c.object().childAt(1));
+    EXPECT_EQ(b.slots[kTriggerTimer], c.object().childAt(0));
+    EXPECT_EQ(b.slots[kTriggerMeleeHit], nullptr);
+}
+
+TEST(CmlCompile, ReadsNumbersOfObjectsReactionsFramesAndFilters) {
+    Compiled c("<level name=\"l\"><object name=\"o\" fov=\"60\"><action name=\"a\">"
+               "<reaction type=\"distance_exceeds\" point=\"player\" distance=\"2.5\" /></action></object>"
+               "<object name=\"p\" />"
+               "<cinematic name=\"c\" length=\"90\"><camera>"
+               "<frame number=\"7\" pos=\"1,2,3\" dir=\"0,0,-1\" /><frame pos=\"5\" target=\"4,5,6,7\" up=\"0,2,0\" /></camera>"
+               "<player_cin><frame dir=\"0,0,-4\" speed=\"1500\" upper_anim=\"ab\" /></player_cin>"
+               "<filter frame=\"50\" rgb=\"1,0,0\" alpha=\"0.5\" /></cinematic></level>");
+    EXPECT_NEAR(c.object().fov, 0.5f, 1e-5f);
+    EXPECT_EQ(c.root.childAt(1)->fov, 1) << "nothing is within an angle of zero";
+    const cCmlElement& reaction = *c.object().childAt(0)->childAt(0);
+    EXPECT_EQ(reaction.point, 2);
+    EXPECT_EQ(reaction.distance, 2.5f);
+    const cCmlElement& cinematic = *c.root.findChild(kCmlCinematic);
+    EXPECT_EQ(cinematic.length, 90);
+    const cCmlElement &first = *cinematic.slots[0]->childAt(0), &second = *cinematic.slots[0]->childAt(1);
+    EXPECT_EQ(first.number, 7);
+    EXPECT_EQ(first.vectors[1], cVector3(1, 2, 2)) << "a camera's direction counts from its position";
+    EXPECT_TRUE(first.vectors[2].isNear({0, 1, 0})) << "derived from the view";
+    EXPECT_EQ(first.speed, cCmlElement::kNoSpeed);
+    EXPECT_EQ(second.vectors[0], cVector3()) << "too short to be a vector";
+    EXPECT_EQ(second.vectors[1], cVector3(4, 5, 7)) << "between the first and the last comma";
+    EXPECT_EQ(second.vectors[2], cVector3(0, 1, 0));
+    const cCmlElement& hero = *cinematic.slots[1]->childAt(0);
+    EXPECT_EQ(hero.vectors[1], cVector3(0, 0, -1));
+    EXPECT_EQ(hero.speed, 1.5f);
+    EXPECT_EQ(hero.upperAnim, 195);
+    const cCmlElement& filter = *cinematic.findChild(kCmlFilter);
+    EXPECT_EQ(filter.frame, 50);
+    EXPECT_EQ(filter.alpha, 0.5f);
+    EXPECT_EQ(filter.vectors[0], cVector3(1, 0, 0));
+}
+
+TEST(CmlCompile, DialogueCallsBecomeIndices) {
+    Compiled c(objectWith("", "<dialogue name=\"d\">Hello ^9set_timer(1) and ^9destroy() ^7</dialogue>"));
+    const cCmlElement& dialogue = *c.object().childAt(0);
+    EXPECT_EQ(dialogue.text, "Hello ^90 and ^91 ^7");
+    ASSERT_EQ(dialogue.calls.size(), 2u);
+    EXPECT_EQ(dialogue.calls[1].procedure, findProcedure("destroy"));
+}
+
+TEST(CmlVocabulary, EveryRowIsUniqueAndComplete) {
+    std::set<std::string_view> names;
+    for (const auto& row : cmlProcedures()) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        EXPECT_TRUE(row.handler && !row.help.empty()) << row.name;
+    }
+    EXPECT_EQ(names.size(), 56u);
+    names.clear();
+    for (const auto& row : cmlFunctions()) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        EXPECT_TRUE(row.handler && !row.help.empty()) << row.name;
+    }
+    EXPECT_EQ(names.size(), 29u);
+    EXPECT_EQ(cmlElements().size(), 20u);
+    EXPECT_EQ(cmlElements()[kCmlFog].tag, "fog");
+}
