@@ -124,7 +124,8 @@ void addFurniture(Scenery& s) {
 }
 
 void addHut(Scenery& s) {
-    s.add(kPlanks, box({-kIn, 1.6f, -kOut}, {kIn, kFloor, kIn}, 0.4f, kTop | kNorth));
+    s.add(kPlanks, box({-kIn, 1.6f, -kIn}, {kIn, kFloor, kIn}, 0.4f, kTop));
+    s.add(kPlanks, box({-1, 1.6f, -kOut}, {1, kFloor, -kIn}, 0.4f, kTop | kNorth)); // threshold
     addHutWalls(s);
     addGable(s, -kOut, -kIn);
     addGable(s, kIn, kOut);
