@@ -21,7 +21,7 @@ ObjFiles objFiles(const Parts& parts, const std::string& mtlName);
 
 struct Tag {
     std::string name;
-    cVector3 origin;
+    cVector3 origin = {};
     cVector3 axes[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
 };
 struct AnimationRow {

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# The program's tool modes, without a display: tool_modes_test.sh GAME_PROGRAM GAME_DATA
+set -u
+game=$1 data=$2
+unset DISPLAY
+user=$(mktemp -d)
+trap 'rm -rf "$user"' EXIT
+failures=0
+# expect STATUS PATTERN ARGUMENTS...: exit status, and a pattern in the output
+expect() {
+    local status=$1 pattern=$2 output
+    shift 2
+    output=$("$game" --data "$data" --user "$user" "$@" 2>&1)
+    local got=$?
+    if [ $got -ne "$status" ] || ! grep -qE -- "$pattern" <<<"$output"; then
+        echo "FAILED: $* gave status $got and: $output"
+        failures=$((failures + 1))
+    fi
+}
+expect 0 '^[0-9]+\.[0-9]+\.[0-9]+$' --version
+expect 0 'Usage' --help
+expect 0 '' --exec 'drop_md3 src_mdl\mannequin mannequin 1 made\mannequin'
+for part in lower upper head; do
+    [ -s "$user/made/mannequin_$part.cff" ] || { echo "FAILED: no $part part"; failures=$((failures + 1)); }
+done
+expect 1 'Cannot load the Head model: ".*nobody_head.md3"' --exec 'drop_md3 src_mdl\mannequin nobody'
+expect 0 'Octree saved to file made\\floor.oct' --exec 'dropOctree src_mdl\island.obj made\floor.oct 450 4 32 1'
+cmp -s "$data/oct/island_collision.oct" "$user/made/floor.oct" && { echo 'FAILED: two models, one octree'; failures=$((failures + 1)); }
+expect 1 'Invalid parameters' --exec 'dropOctree src_mdl\island.obj made\floor.oct 9 4 32 1'
+expect 1 'Could not find file "none.obj"' --exec 'dropOctree none.obj made\floor.oct 60 4 32 1'
+expect 1 'Unable to recognize command "fly"' --exec 'fly high'
+expect 1 'Command bind takes|Unable to recognize' --exec 'bind'
+expect 0 '^help: ' --exec 'help help'
+expect 0 '' --check testlevel.xml intro.xml
+printf '<level name="a">\n<object name="o"\n on_set="fly()" />\n<object name="p" on_set="swim(1)" /></level>' >"$user/bad.xml"
+expect 1 'bad.xml:4: Unrecognised procedure "swim" in CML file' --check bad.xml
+expect 1 'CML file contains errors' --check missing.xml
+expect 1 'wants a size' --window 10x10
+[ -e "$user/quorvane.html" ] && { echo 'FAILED: tool modes write no log page'; failures=$((failures + 1)); }
+[ -e "$user/settings.cfl" ] && { echo 'FAILED: tool modes save no settings'; failures=$((failures + 1)); }
+output=$("$game" --user "$user/empty" 2>&1)
+[ $? -eq 1 ] && grep -q './play' <<<"$output" || { echo "FAILED: without data: $output"; failures=$((failures + 1)); }
+exit $((failures > 0))
