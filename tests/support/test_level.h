@@ -32,7 +32,7 @@ struct TestLevel {
     /// above
     /// (+x is right of −z).
     void addWall(float x0, float z0, float x1, float z1, float low, float high) {
-        addQuad({x0, low, z0}, {x0, high, z0}, {x1, high, z1}, {x1, low, z1});
+        addQuad({x0, low, z0}, {x1, low, z1}, {x1, high, z1}, {x0, high, z0});
     }
 };
 
