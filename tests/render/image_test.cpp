@@ -151,7 +151,7 @@ TEST_F(Image, DamagedFilesGiveAWholePictureOrNone) {
     };
     for (const auto& [name, good] : files) {
         ASSERT_EQ(load(name, good), 0) << name;
-        readDamaged(good, 300, [&, file = name](const Bytes& bytes) {
+        readDamaged(good, 100, [&, file = name](const Bytes& bytes) {
             const int result = load(file, bytes);
             const size_t size =
                 static_cast<size_t>(image.width()) * static_cast<size_t>(image.height()) * image.bpp() / 8;
