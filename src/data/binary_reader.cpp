@@ -77,8 +77,12 @@ std::string cBinaryReader::fixedText(size_t size) {
 }
 
 std::string cBinaryReader::zeroText(size_t limit) {
-    const char* start = reinterpret_cast<const char*>(bytes_.data() + at_);
     const size_t available = left();
+    if (available == 0) {
+        bad_ = true;
+        return {};
+    }
+    const char* start = reinterpret_cast<const char*>(bytes_.data() + at_);
     const size_t length = strnlen(start, available);
     if (length == available || length > limit) {
         bad_ = true;

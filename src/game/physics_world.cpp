@@ -26,6 +26,12 @@ void removeComponent(cMove& m, const cVector3& n) {
     m.p1 -= n * n.dot(m.p1);
 }
 
+/// Events name controllers: a body without one has nobody to tell.
+void post(const cCollisionBody& mover, cEvent::Type type, cController* other) {
+    cController* controller = mover.owner ? mover.owner->getController() : nullptr;
+    if (controller) cEventMgr::instance().post(type, controller, other);
+}
+
 bool capsulesTouch(const cCapsule& a, const cCapsule& b) {
     const float reach = a.length + b.length + a.radius + b.radius;
     const float radii = a.radius + b.radius;
@@ -66,6 +72,7 @@ void cPhysicsWorld::setGeometry(const cModel& model, int minFaces, int maxGenera
 void cPhysicsWorld::addBody(const cCollisionBody& body) {
     bodies_.push_back(body);
     cCollisionBody& added = bodies_.back();
+    added.shape.update();
     if (added.owner && added.owner->getController()) added.flags = added.owner->getController()->moveFlags();
     if (added.owner) added.owner->boundingRadius = added.shape.length / 2 + added.shape.radius;
     refreshOwners();
@@ -213,8 +220,7 @@ bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
         if (j == index || (other.flags & MOVE_PASSABLE) || !other.owner) continue;
         cController* controller = other.owner->getController();
         if (!controller || !controller->isActive() || !capsulesTouch(trial, other.shape)) continue;
-        cEventMgr::instance().post(cEvent::kTouchedBody, mover.owner ? mover.owner->getController() : nullptr,
-                                   controller);
+        post(mover, cEvent::kTouchedBody, controller);
         if (mover.flags & MOVE_SOLID) other.cancelMove();
         if (other.flags & MOVE_SOLID) {
             mover.cancelMove();
@@ -226,7 +232,7 @@ bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
 
 void cPhysicsWorld::refuse(cCollisionBody& body) const {
     body.cancelMove();
-    if (body.owner) cEventMgr::instance().post(cEvent::kTouchedGeometry, body.owner->getController());
+    post(body, cEvent::kTouchedGeometry, nullptr);
 }
 
 void cPhysicsWorld::collided(cCollisionBody& body, const cVector3& normal) const {

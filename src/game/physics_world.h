@@ -14,8 +14,8 @@ public:
     static cPhysicsWorld& instance();
     static void destroy();
 
-    /// Reads the octree unless it is the one in force. False, with a row in the log, when the file is missing or
-    /// damaged; the old geometry is then gone.
+    /// Reads the octree unless it is the one in force. False, with a row in the log, when the file is missing (the
+    /// old geometry stays) or damaged (it is gone).
     bool loadCollision(const std::string& fileName);
     void setGeometry(const cModel& model, int minFaces, int maxGenerations); ///< for built scenes
     const cOctree& octree() const { return octree_; }

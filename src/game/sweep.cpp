@@ -6,7 +6,7 @@ namespace {
 constexpr float kParallelToPlane = 0.0001f;
 constexpr float kShortestFraction = 0.1f; ///< shorter partial moves are not made
 constexpr float kBlocked = 0.01f;
-constexpr float kBackStep = 0.999f;    ///< where the penetration of an edge is measured a second time
+constexpr float kBackStep = 0.001f;    ///< how far before its end the penetration of an edge is measured again
 constexpr float kEdgeSlack = 0.05f;    ///< radius added when an edge contact is confirmed
 constexpr float kVertexSlack = 1.05f;  ///< factor on the squared radius
 constexpr float kInsideReach = 0.01f;  ///< the inside test reaches less than this part of an edge beyond it
@@ -50,10 +50,10 @@ struct TriangleSweep {
 
     /// Where the capsule came through the edge, from its penetration at two moments.
     void edgePenetration(const cSegment& e, float distanceSqA) {
-        const cCapsule b = movedBy(k, m, kBackStep * f);
+        const cCapsule b = movedBy(k, m, (1 - kBackStep) * f);
         const float penA = k.radius - std::sqrt(distanceSqA);
         const float penB = k.radius - std::sqrt(segmentDistanceSq(b, e));
-        const float t = f - penA / (penA - penB) * (1 - kBackStep) * f;
+        const float t = f - penA / (penA - penB) * kBackStep * f;
         if (!(t < best)) return;
         cCapsule there = movedBy(k, m, t);
         there.radius += kEdgeSlack;

@@ -6,9 +6,6 @@
 #include <algorithm>
 
 namespace {
-/// Pixels that one byte of a run-length file can describe at most: a packet of two bytes or more gives 128.
-constexpr uint64_t kPixelsPerByte = 128;
-
 int fail(const char* format, const std::string& fileName) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -22,14 +19,16 @@ constexpr const char* kNotFound = "Cannot find image \"%s\"";
 constexpr const char* kCorrupt = "File \"%s\" is invalid or corrupt";
 constexpr const char* kCorruptRaw = "File %s is invalid or corrupt";
 
-/// Fills `pixels` from run-length packets; null when all is well, else the row to log. A packet that runs past the
-/// last pixel is clipped.
-const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, size_t pixelBytes) {
-    size_t at = 0;
-    while (at < pixels.size()) {
+/// Appends run-length packets to `pixels` up to `size` bytes; null when all is well, else the row to log. A packet
+/// that runs past the last pixel is clipped. The array grows with what was read: a header alone reserves nothing.
+const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, uint64_t size, size_t pixelBytes) {
+    while (pixels.size() < size) {
         if (in.left() == 0) return kCorrupt;
         const uint8_t head = in.u8();
-        const size_t bytes = std::min<size_t>((head < 128 ? head + 1u : head - 127u) * pixelBytes, pixels.size() - at);
+        const size_t at = pixels.size();
+        const size_t packet = (head < 128 ? head + 1u : head - 127u) * pixelBytes;
+        const auto bytes = static_cast<size_t>(std::min<uint64_t>(packet, size - at));
+        pixels.resize(at + bytes);
         if (head < 128) {
             if (!in.raw(pixels.data() + at, bytes)) return kCorruptRaw;
         } else {
@@ -41,7 +40,6 @@ const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, size_t pixelB
                 done += n;
             }
         }
-        at += bytes;
     }
     return nullptr;
 }
@@ -81,16 +79,15 @@ int cImage::loadTga(const std::string& fileName) {
     const size_t pixelBytes = bpp_ / 8u;
     const uint64_t count = static_cast<uint64_t>(width_) * static_cast<uint64_t>(height_);
     in.skip(header[0]);
-    if (count == 0 || !in.good() || count > in.left() * kPixelsPerByte) return fail(kCorrupt, fileName);
-    if (type == 2 && count * pixelBytes > in.left()) return fail(kCorrupt, fileName);
-
-    pixels_.resize(count * pixelBytes);
+    if (count == 0 || !in.good()) return fail(kCorrupt, fileName);
     const size_t rowBytes = static_cast<size_t>(width_) * pixelBytes;
     const auto rows = static_cast<size_t>(height_);
     if (type == 2) {
+        if (count * pixelBytes > in.left()) return fail(kCorrupt, fileName);
+        pixels_.resize(count * pixelBytes);
         for (size_t row = 0; row < rows; ++row) in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
     } else {
-        if (const char* problem = decodeRuns(in, pixels_, pixelBytes)) return fail(problem, fileName);
+        if (const char* problem = decodeRuns(in, pixels_, count * pixelBytes, pixelBytes)) return fail(problem, fileName);
         for (size_t row = 0; row < rows / 2; ++row) {
             uint8_t* low = pixels_.data() + row * rowBytes;
             std::swap_ranges(low, low + rowBytes, pixels_.data() + (rows - 1 - row) * rowBytes);

@@ -7,6 +7,9 @@ namespace {
 /// Beyond this a cube of a 1000-unit level is smaller than a float can tell apart; it also bounds what coincident
 /// faces can multiply to.
 constexpr int kDeepestBuild = 20;
+/// Reach added to a cube for rounding, as a part of the root's size: a face in a dividing plane must not fall between
+/// the cubes on both sides.
+constexpr float kRoundingReach = 2e-6f;
 
 using Corners = std::array<cVector3, 3>;
 
@@ -79,13 +82,14 @@ struct cOctree::Builder {
     using Selection = std::vector<std::vector<uint32_t>>;
 
     const cModel& source;
+    float slack; ///< see kRoundingReach
 
     uint8_t childrenOf(const Node& node, const Corners& t) const {
         uint8_t mask = 0;
         for (int k = 0; k < 8; ++k) {
             bool receives = false;
             if (triangleDetection) {
-                receives = triangleTouchesCube(t, Node::childCentre(node.centre, node.size, k), node.size / 4);
+                receives = triangleTouchesCube(t, Node::childCentre(node.centre, node.size, k), node.size / 4 + slack);
             } else {
                 for (const cVector3& corner : t) receives = receives || octantHolds(corner, node.centre, k);
             }
@@ -96,7 +100,8 @@ struct cOctree::Builder {
 
     void split(Node& node, const Selection& selection, int32_t faceCount, int generation) {
         node.faceCount = faceCount;
-        if (faceCount <= minFaces || generation >= maxGenerations) {
+        // A cube without size cannot be told from its children: each would receive every face again.
+        if (faceCount <= minFaces || generation >= maxGenerations || !(node.size > 0)) {
             makeLeaf(node, selection);
             return;
         }
@@ -155,7 +160,8 @@ struct cOctree::Builder {
 void cOctree::build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection) {
     if (model.objects.empty()) return;
     clear();
-    Builder builder{minFaces, std::min(maxGenerations, kDeepestBuild), triangleDetection, 0, model};
+    Builder builder{minFaces, std::min(maxGenerations, kDeepestBuild), triangleDetection, 0,
+                    model,    2 * model.extent() * kRoundingReach};
     Builder::Selection all(model.objects.size());
     for (size_t o = 0; o < all.size(); ++o) {
         all[o].resize(model.objects[o].faces.size());

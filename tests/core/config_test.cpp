@@ -1,0 +1,166 @@
+#include "core/config_mgr.h"
+
+#include "support/temp_game.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+constexpr const char* kInvalid = "Invalid value requested from cfg, KEY";
+
+/// What a key is stored as: the one request that is answered without a row.
+std::string stored(const cConfigFile& file, const std::string& key) {
+    TempGame::clearErrors();
+    const int32_t i = file.getInt(key);
+    if (TempGame::errors().empty()) return "int " + std::to_string(i);
+    TempGame::clearErrors();
+    const float f = file.getFloat(key);
+    if (TempGame::errors().empty()) return "float " + std::to_string(f);
+    TempGame::clearErrors();
+    const std::string text = file.getString(key);
+    return TempGame::errors().empty() ? "text [" + text + "]" : "nothing";
+}
+
+std::string storedFrom(const TempGame& game, const std::string& content, const std::string& key = "KEY") {
+    game.write("a.cfg", content);
+    cConfigFile file;
+    file.load("a.cfg");
+    return stored(file, key);
+}
+} // namespace
+
+TEST(Config, AValuesCharactersDecideItsType) {
+    const struct {
+        const char *value, *expected;
+    } rows[] = {
+        {"2", "int 2"},
+        {"-3", "int -3"},
+        {"10 20", "int 10"},
+        {"1-2", "int 1"},
+        {"-", "int 0"},
+        {"5 \t", "int 5"},
+        {"2.5", "float 2.500000"},
+        {"1e3", "float 1000.000000"},
+        {"-e", "float 0.000000"},
+        {"e", "float 0.000000"},
+        {".", "float 0.000000"},
+        {"-.5", "float -0.500000"},
+        {"hero", "text [hero]"},
+        {"3D", "text [3D]"},
+        {"3E", "text [3E]"},
+        {"3E4", "text [3E4]"},
+        {"+5", "text [+5]"},
+        {"0x10", "text [0x10]"},
+        {"1,5", "text [1,5]"},
+        {"two  words ", "text [two  words ]"},
+    };
+    TempGame game;
+    for (const auto& row : rows) {
+        EXPECT_EQ(storedFrom(game, std::string("KEY ") + row.value + "\n"), row.expected) << row.value;
+        EXPECT_EQ(storedFrom(game, std::string("KEY ") + row.value + "\r\n"), row.expected)
+            << "CR " << row.value;
+        EXPECT_EQ(storedFrom(game, std::string("KEY ") + row.value), row.expected)
+            << "last line " << row.value;
+    }
+}
+
+TEST(Config, BlanksCommentsAndShortLines) {
+    const struct {
+        const char *content, *key, *expected;
+    } rows[] = {
+        {"KEY    7\n", "KEY", "int 7"},
+        {"KEY\t\t7\n", "KEY", "int 7"},
+        {"KEY \t5\n", "KEY", "int 5"},
+        {"KEY \tx\n", "KEY", "text [\tx]"}, // of a mixed run a part stays
+        {"KEY\t  x\n", "KEY", "text [  x]"},
+        {"KEY \n", "KEY", "int 0"},
+        {"KEY\t\t\n", "KEY", "int 0"},
+        {"LONGKEY\n", "LONGKEY", "text []"},
+        {" KEY 5\n", "", "text [KEY 5]"},
+        {"A 1\n", "A", "nothing"},
+        {"A 1\r\n", "A", "nothing"},
+        {"A 12\n", "A", "int 12"},
+        {"~KEY 5\n", "~KEY", "nothing"},
+        {"KEY 5\n~KEY 6\nKEY 7\n", "KEY", "int 7"},
+        {"key 5\n", "KEY", "nothing"},
+        {"\n\n\nKEY 5", "KEY", "int 5"},
+    };
+    TempGame game;
+    for (const auto& row : rows)
+        EXPECT_EQ(storedFrom(game, row.content, row.key), row.expected) << row.content;
+}
+
+TEST(Config, AnOverlongLineIsCutAndReadingGoesOn) {
+    TempGame game;
+    game.write("a.cfg", "LONG " + std::string(2000, 'x') + "\nFULL " + std::string(506, 'y') + "\nKEY 5\n");
+    cConfigFile file;
+    file.load("a.cfg");
+    EXPECT_EQ(stored(file, "LONG"), "text [" + std::string(506, 'x') + "]");
+    EXPECT_EQ(stored(file, "FULL"), "text [" + std::string(506, 'y') + "]")
+        << "511 characters are not too long";
+    EXPECT_EQ(stored(file, "KEY"), "int 5");
+}
+
+TEST(Config, EachTypeHasItsOwnMap) {
+    TempGame game;
+    game.write("a.cfg", "KEY 3\nKEY 2.5\nKEY word\n");
+    cConfigFile file;
+    file.load("a.cfg");
+    EXPECT_EQ(file.getInt("KEY"), 3);
+    EXPECT_EQ(file.getFloat("KEY"), 2.5f);
+    EXPECT_EQ(file.getString("KEY"), "word");
+    EXPECT_TRUE(TempGame::errors().empty());
+    file.load("nothing");
+    EXPECT_EQ(TempGame::errorCount("Failed to open config file: nothing"), 1);
+    EXPECT_EQ(stored(file, "KEY"), "nothing") << "loading clears first";
+}
+
+TEST(Config, EveryMismatchedRequestIsAnsweredAndLogged) {
+    TempGame game;
+    const struct {
+        const char* value;
+        int32_t asInt;
+        const char* intRow;
+        float asFloat;
+        const char* floatRow;
+        const char* textRow;
+    } rows[] = {
+        {"2.9", 2, "Float value KEY requested as int", 2.9f, nullptr, kInvalid},
+        {"-2.9", -2, "Float value KEY requested as int", -2.9f, nullptr, kInvalid},
+        {"1e30", 0, "Float value KEY requested as int", 1e30f, nullptr, kInvalid},
+        {"2", 2, nullptr, 2.0f, "Int value KEY requested as float", kInvalid},
+        {"word", 0, kInvalid, 0.0f, kInvalid, nullptr},
+    };
+    for (const auto& row : rows) {
+        game.write("a.cfg", std::string("KEY ") + row.value + "\n");
+        cConfigFile file;
+        file.load("a.cfg");
+        const auto expectRow = [&](const char* text) {
+            EXPECT_EQ(TempGame::errors(), text ? std::vector<std::string>{text} : std::vector<std::string>{})
+                << row.value;
+            TempGame::clearErrors();
+        };
+        for (int request = 0; request < 2; ++request) { // the second one as much as the first
+            TempGame::clearErrors();
+            EXPECT_EQ(file.getInt("KEY"), row.asInt);
+            expectRow(row.intRow);
+            EXPECT_EQ(file.getFloat("KEY"), row.asFloat);
+            expectRow(row.floatRow);
+            EXPECT_EQ(file.getString("KEY"), row.textRow ? "" : row.value);
+            expectRow(row.textRow);
+        }
+    }
+}
+
+TEST(Config, ASectionIsReadOnceAndKept) {
+    TempGame game;
+    game.write("menu.cfg", "KEY 5\n");
+    cConfigMgr config;
+    EXPECT_EQ(config.getInt("KEY", "menu"), 5);
+    game.write("menu.cfg", "KEY 6\n");
+    EXPECT_EQ(config.getInt("KEY", "menu"), 5);
+    EXPECT_EQ(config.getInt("KEY", "none"), 0);
+    game.write("none.cfg", "KEY 7\n");
+    EXPECT_EQ(config.getInt("KEY", "none"), 0) << "a section that was missing stays empty";
+    EXPECT_EQ(TempGame::errorCount("Failed to open config file: none.cfg"), 1);
+    EXPECT_EQ(TempGame::errorCount(kInvalid), 2);
+}

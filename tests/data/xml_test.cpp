@@ -1,0 +1,177 @@
+#include "data/xml_node.h"
+
+#include "support/damage.h"
+#include "support/temp_game.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+int parse(cXmlNode& node, const std::string& text) {
+    return node.parse(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+}
+
+/// name{attribute=value,}[text](child child )
+std::string describe(const cXmlNode& node) {
+    std::string out = node.name;
+    if (!node.attributes.empty()) {
+        out += '{';
+        for (const auto& [name, value] : node.attributes) out += name + '=' + value + ',';
+        out += '}';
+    }
+    if (!node.text.empty()) out += '[' + node.text + ']';
+    EXPECT_TRUE(node.children.empty() || node.hasChildren);
+    if (node.children.empty()) return out;
+    out += '(';
+    for (const auto& child : node.children) out += describe(*child) + ' ';
+    return out + ')';
+}
+
+std::string parsed(const std::string& text) {
+    cXmlNode node;
+    const int result = parse(node, text);
+    EXPECT_EQ(node.errorLine() == 0, result == 0) << text;
+    return (result == 0 ? "" : "fails: ") + describe(node);
+}
+
+/// Depth of the deepest node.
+int depth(const cXmlNode& node) {
+    int deepest = 0;
+    for (const auto& child : node.children) deepest = std::max(deepest, depth(*child));
+    return deepest + 1;
+}
+} // namespace
+
+TEST(Xml, TheGrammar) {
+    const struct {
+        const char *text, *expected;
+    } rows[] = {
+        // attributes
+        {"<a x=1 y=\"two words\" flag/>", "a{flag=TRUE,x=1,y=two words,}"},
+        {"<a x=1 x=2/>", "a{x=2,}"},
+        {"<a x=\"\"/>", "a{x=,}"},
+        {"<a x= y/>", "a{x=,y=TRUE,}"},
+        {"<a x=\"a=b\"/>", "a{x=a=b,}"},
+        {"<a x=\"1/2>3\"/>", "a{x=1/2>3,}"},
+        {"<a x=\"1\"y=\"2\"/>", "a{x=1,}"},
+        {"<a x=file/part.cpm></a>", "a{x=file,}"}, // the slash closes the element
+        {"<a _x=1 =y/>", "a{x=1,y=TRUE,}"},
+        {"<a 1=2/>", "a{1=2,}"},
+        {"<a x\"= \"y=1/>", "a{x\"= \"y=1,}"}, // a quote starts a run in the name too
+        {"<a x=&lt;>&amp;</a>", "a{x=&lt;,}[&amp;]"},
+        // line breaks are no separators inside a tag
+        {"<a\nx=1></a>", "a\nx=1"},
+        {"<a x=\"1\"\ny=\"2\"></a>", "a{x=1,}"},
+        {"<a x=1\ny=2></a>", "a{x=1\ny=2,}"},
+        {"<a \n x=1 \r\n y=2 \t/>", "a{x=1,y=2,}"},
+        // names and ends
+        {"text before<a/>", "a"},
+        {"<></>", ""},
+        {"< a/>", "{a=TRUE,}"},
+        {"<a></b>", "a"},
+        {"<a></ whatever it says >", "a"},
+        {"<a / ignored=1 >", "a"},
+        {"<a/>behind<b", "a"},
+        // content
+        {"<a>hello <b/> world</a>", "a[hello  world](b )"},
+        {"<a>two\r\n\tlines</a>", "a[twolines]"},
+        {"<a>x>y</a>", "a[x>]"},
+        {"<a><b>1</b>2<c/>3</a>", "a[23](b[1] c )"},
+        {"<a> </a>", "a[ ]"},
+        // comments
+        {"<a><!-- c --><b/></a>", "a(b )"},
+        {"<a><!-- <b> > -> -- > --></a>", "a"},
+        {"<a><!-- x ---> y --></a>", "a"},
+        {"<a><!-- x ---->y</a>", "a[y]"},
+        {"<a><!DOCTYPE b> c -->d</a>", "a[d]"},
+        {"<a>x<!----><b/></a>", "a[x](b )"},
+        // failures keep what was read
+        {"", "fails: "},
+        {"nothing", "fails: "},
+        {"<", "fails: "},
+        {"<a", "fails: a"},
+        {"<a x=1", "fails: a"},
+        {"<a x=\"1>", "fails: a"},
+        {"<a /", "fails: a"},
+        {"<a>", "fails: a"},
+        {"<a>text", "fails: a[text]"},
+        {"<a><b>1</b>", "fails: a(b[1] )"},
+        {"<a><b>", "fails: a(b )"},
+        {"<a><!-- ", "fails: a"},
+        {"<a></a", "fails: a"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(parsed(row.text), row.expected) << row.text;
+}
+
+TEST(Xml, ChildrenAreOnlyThoseThatWereRead) {
+    const struct {
+        const char* text;
+        bool hasChildren;
+    } rows[] = {{"<a/>", false}, {"<a></a>", false}, {"<a>text</a>", false}, {"<a><b/></a>", true}};
+    for (const auto& row : rows) {
+        cXmlNode node;
+        EXPECT_EQ(parse(node, row.text), 0);
+        EXPECT_EQ(node.hasChildren, row.hasChildren) << row.text;
+    }
+}
+
+TEST(Xml, TokensHoldAtMost255Characters) {
+    const std::string name(255, 'n'), value(253, 'v');
+    EXPECT_EQ(parsed("<" + name + "/>"), name);
+    EXPECT_EQ(parsed("<a x=" + value + "/>"), "a{x=" + value + ",}");
+    cXmlNode longName, longValue;
+    EXPECT_EQ(parse(longName, "<" + name + "n/>"), -1);
+    EXPECT_EQ(parse(longValue, "<a x=" + value + "v/>"), -1);
+}
+
+TEST(Xml, DeepNestingFailsInsteadOfOverflowing) {
+    const auto nested = [](int levels) {
+        std::string text;
+        for (int i = 0; i < levels; ++i) text += "<a>";
+        for (int i = 0; i < levels; ++i) text += "</a>";
+        return text;
+    };
+    cXmlNode fine, deep;
+    EXPECT_EQ(parse(fine, nested(250)), 0);
+    EXPECT_EQ(depth(fine), 250);
+    EXPECT_EQ(parse(deep, nested(1000000)), -1);
+    EXPECT_LE(depth(deep), 300);
+}
+
+TEST(Xml, LinesAreCountedForMessages) {
+    cXmlNode node;
+    ASSERT_EQ(parse(node, "\n<a>\n<b x=\"\n\"/>\n<!--\n--><c/></a>"), 0);
+    EXPECT_EQ(node.line, 2);
+    EXPECT_EQ(node.children[0]->line, 3);
+    EXPECT_EQ(node.children[1]->line, 6);
+    EXPECT_EQ(node.errorLine(), 0);
+    cXmlNode broken;
+    EXPECT_EQ(parse(broken, "<a>\n<b>\n\n"), -1);
+    EXPECT_EQ(broken.errorLine(), 4);
+}
+
+TEST(Xml, ADamagedFileNeverHurtsAndACutOneFails) {
+    const std::string good =
+        "<level name=\"one\"><!-- note --><object id=1 solid>text<part x=\"1 2\"/></object></level>";
+    const platform::Bytes bytes(good.begin(), good.end());
+    ASSERT_EQ(parsed(good), "level{name=one,}(object{id=1,solid=TRUE,}[text](part{x=1 2,} ) )");
+    for (size_t size = 0; size < good.size(); ++size) {
+        EXPECT_EQ(parsed(good.substr(0, size)).rfind("fails: ", 0), 0u) << size;
+    }
+    readDamaged(bytes, 20000, [](const platform::Bytes& damaged) {
+        cXmlNode node;
+        const int result = node.parse(damaged.data(), damaged.size());
+        EXPECT_TRUE(result == 0 || node.errorLine() > 0);
+        EXPECT_LE(depth(node), 20);
+    });
+}
+
+TEST(Xml, FilesAreFoundUnderAnyCase) {
+    TempGame game;
+    game.write("data/Level.XML", "<level/>");
+    cXmlNode node, none;
+    EXPECT_EQ(node.load("DATA\\level.xml"), 0);
+    EXPECT_EQ(node.name, "level");
+    EXPECT_EQ(node.getAttribute("absent"), "");
+    EXPECT_EQ(none.load("data\\none.xml"), -1);
+    EXPECT_TRUE(TempGame::errors().empty()) << "callers report in their own words";
+}

@@ -1,0 +1,185 @@
+#include "render/text.h"
+
+#include "platform/gl_api.h"
+#include "render/renderer.h"
+#include "render/texture_cache.h"
+#include "support/temp_game.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+constexpr int kWidth = 320, kHeight = 240;
+
+/// A window of the renderer's own and a font whose every cell is white.
+class Text : public ::testing::Test {
+protected:
+    TempGame game;
+    cRenderer& renderer = cRenderer::instance();
+
+    void SetUp() override {
+        std::string white = std::string(1, '\0') + '\0' + '\2' + std::string(9, '\0');
+        white += std::string("\x10\0\x10\0\x20\0", 6) + std::string(16 * 16 * 4, '\xFF');
+        game.write("img/ALPHA.tga", white);
+        ASSERT_EQ(renderer.setVideoMode(kWidth, kHeight, false), 0);
+        begin();
+    }
+    void TearDown() override {
+        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+        cRenderer::destroy();
+    }
+    void begin() {
+        renderer.beginFrame();
+        renderer.setProjection(true);
+        glColor4ub(255, 255, 255, 255);
+    }
+    static bool lit(int x, int y) {
+        uint8_t c[4] = {};
+        glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, c);
+        return c[0] > 200;
+    }
+    /// One past the rightmost lit pixel of a row; 0 when it is dark.
+    static int end(int y) {
+        std::vector<uint8_t> row(kWidth * 4);
+        glReadPixels(0, y, kWidth, 1, GL_RGBA, GL_UNSIGNED_BYTE, row.data());
+        for (int x = kWidth; x > 0; --x) {
+            if (row[static_cast<size_t>(x - 1) * 4] > 200) return x;
+        }
+        return 0;
+    }
+};
+} // namespace
+
+TEST(TextWidth, FollowsTheTableAndTruncates) {
+    const struct {
+        uint8_t set;
+        float scale;
+        const char* text;
+        int width;
+    } rows[] = {
+        {0, 1, " ", 10},   {0, 1, "", 0},          {0, 1, "|", 2},
+        {0, 1, "i", 4},    {0, 1, "m", 15},        {0, 1, "~", 11},
+        {0, 1, "@", 14},   {0, 1, "_", 9},         {0, 1, "AZ", 13 + 12},
+        {1, 2, "abc", 72}, {1, 1, "\x01\xFF", 24}, {0, 0.5f, "m", 7},
+        {0, 1.5f, "!", 7}, {0, 1, "\x80\n", 24},   {0, 1, "0 9", 11 + 10 + 11},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(cTextFont::width(row.set, row.scale, row.text), row.width) << row.text;
+}
+
+TEST_F(Text, AdvancesByTheDrawnWidths) {
+    const struct {
+        uint8_t set;
+        float scale;
+        const char* text;
+        int end; // the last glyph is 16 units wide
+    } rows[] = {
+        {0, 1, "A", 16},
+        {0, 1, " A", 6 + 16},
+        {0, 1, "||A", 4 + 16},
+        {0, 2, "mA", 2 * (15 + 16)},
+        {1, 1, "AAA", 24 + 16},
+        {0, 1,
+         "\x80"
+         "A",
+         12 + 16},
+    };
+    for (const auto& row : rows) {
+        begin();
+        renderer.print(20, 100, row.scale, row.set, "%s", row.text);
+        EXPECT_EQ(end(108), 20 + row.end) << row.text;
+        EXPECT_TRUE(lit(20, 100));
+        EXPECT_FALSE(lit(19, 100) || lit(20, 99)) << "(x, y) is the lower left corner";
+        EXPECT_FALSE(lit(20, 100 + static_cast<int>(16 * row.scale)));
+    }
+}
+
+TEST_F(Text, CharactersOutsideTheFontNeverReachOtherLists) {
+    renderer.print(0, 0, 1, 0, "A");
+    const GLuint foreign = glGenLists(512); // follows the font's lists
+    for (GLuint i = 0; i < 512; ++i) {
+        glNewList(foreign + i, GL_COMPILE);
+        glTranslatef(100, 0, 0);
+        glEndList();
+    }
+    std::string all;
+    for (int c = 1; c < 32; ++c) all += static_cast<char>(c);
+    begin();
+    renderer.print(0, 100, 1, 0, "%s", (all + "A").c_str());
+    EXPECT_EQ(end(108), 16) << "control characters have no glyphs";
+    for (int c = 160; c < 256; ++c) {
+        begin();
+        renderer.print(0, 100, 1, 1, "%s", (std::string(1, static_cast<char>(c)) + "A").c_str());
+        ASSERT_EQ(end(108), 16) << c;
+    }
+    glDeleteLists(foreign, 512);
+}
+
+TEST_F(Text, WrappedLinesGoDownByTwelve) {
+    const struct {
+        int maxWidth;
+        const char* text;
+        int ends[4]; // of the lines from the top; each glyph "A" of set 1 advances 12 and is 16 wide
+    } rows[] = {
+        {1000, "AA AA", {64, 0, 0, 0}},
+        {1,
+         "AA AAA A",
+         {0, 40, 64, 0}}, // even the first word goes to the next line; the last is never tested
+        {80, "AA AAA A", {40, 64, 0, 0}},
+    };
+    for (const auto& row : rows) {
+        begin();
+        renderer.printWrapped(0, 200, 1, 1, row.maxWidth, "%s", row.text);
+        for (int line = 0; line < 4; ++line) {
+            // Neighbouring lines do not reach this row of the glyphs. The white font's blanks are lit as
+            // well.
+            EXPECT_EQ(end(200 - 12 * line + 6), row.ends[line]) << row.text << line;
+        }
+    }
+    begin();
+    renderer.printWrapped(0, 200, 1, 1, 1000, "%s", "100%d");
+    EXPECT_EQ(end(205), 4 * 12 + 16) << "the text is not interpreted again";
+}
+
+TEST_F(Text, ASecondModeDropsTexturesAndTellsTheListeners) {
+    static int told = 0;
+    told = 0;
+    renderer.addModeListener([] { ++told; });
+    const uint8_t white[12] = {};
+    const int32_t old = renderer.loadTexture("IMG\\alpha.tga");
+    EXPECT_EQ(renderer.loadTexture("img\\ALPHA.TGA"), old);
+    EXPECT_EQ(renderer.textureFileName(old), "IMG\\alpha.tga");
+    const int32_t plain = renderer.createTexture(2, 2, 24, white);
+    EXPECT_EQ(renderer.textureFileName(plain), "");
+    renderer.print(0, 0, 1, 0, "A");
+    ASSERT_EQ(renderer.setVideoMode(kWidth, kHeight, false), 0);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(renderer.textureFileName(old), "");
+    begin();
+    renderer.print(20, 100, 1, 0, "A");
+    EXPECT_EQ(end(108), 36) << "the font is built anew";
+}
+
+TEST_F(Text, WithoutTheFontNothingIsDrawnAndTheStateIsAsBefore) {
+    ASSERT_EQ(renderer.setVideoMode(kWidth, kHeight, false), 0);
+    game.write("img/ALPHA.tga", "broken");
+    TempGame::clearErrors();
+    GLint depth = 0, after = 0;
+    glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, &depth);
+    begin();
+    glEnable(GL_DEPTH_TEST);
+    renderer.print(0, 100, 1, 0, "A");
+    renderer.print(0, 100, 1, 0, "A");
+    EXPECT_EQ(end(108), 0);
+    EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
+    glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, &after);
+    EXPECT_EQ(after, depth);
+    EXPECT_EQ(TempGame::errorCount("File \"IMG\\alpha.tga\" is invalid or corrupt"), 2)
+        << "it is tried again";
+}
+
+TEST_F(Text, TheLoadingScreenIsTriedOnce) {
+    TempGame::clearErrors();
+    renderer.drawLoadingScreen();
+    renderer.drawLoadingScreen();
+    EXPECT_EQ(TempGame::errorCount("Cannot find image \"img\\loading.bmp\""), 1);
+}
