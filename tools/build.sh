@@ -5,13 +5,13 @@ cd "$(dirname "$0")/.."
 preset=$1
 shift
 echo "== Building ($preset)"
-if ! cmake --preset "$preset" >"/tmp/quorvane-configure-$$.log" 2>&1; then
-    cat "/tmp/quorvane-configure-$$.log" >&2
-    rm -f "/tmp/quorvane-configure-$$.log"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! cmake --preset "$preset" >"$log" 2>&1; then
+    cat "$log" >&2
     echo "The build could not be configured; the first error above says why." >&2
     exit 1
 fi
-rm -f "/tmp/quorvane-configure-$$.log"
 cmake --build "build/$preset" --target "$@" || {
     echo "The build failed; the first error above says where." >&2
     exit 1
