@@ -7,6 +7,7 @@
 #include "game/physics_world.h"
 #include "models/model.h"
 #include "platform/clock.h"
+#include "platform/console_streams.h"
 #include "platform/gl_api.h"
 #include "render/particles.h"
 #include "render/renderer.h"
@@ -76,7 +77,7 @@ bool cApplication::start() {
     createManagers();
     openWindow();
     if (!cRenderer::instance().hasScreen()) {
-        std::fprintf(stderr, "Quorvane cannot open a window: %s\n", SDL_GetError());
+        platform::tellTerminal(std::string("Quorvane cannot open a window: ") + SDL_GetError());
         cLogMgr::instance().error("No window could be opened: %s", SDL_GetError());
         return false;
     }
@@ -150,7 +151,7 @@ bool cApplication::startLevel() {
     world.saveGame();
     cRenderer::instance().drawLoadingScreen();
     if (world.loadLevel(options_.level) < 0) {
-        std::fprintf(stderr, "The level \"%s\" cannot be loaded; quorvane.html says why.\n", options_.level.c_str());
+        platform::tellTerminal("The level \"" + options_.level + "\" cannot be loaded; quorvane.html says why.");
         return false;
     }
     state_ = STATE_GAME;

@@ -14,6 +14,8 @@ constexpr bool kSanitized = true;
 constexpr bool kSanitized = false;
 #endif
 
+int g_terminal = STDERR_FILENO; ///< standard error as it was at the start
+
 void redirect(int descriptor, const char* name) {
     const int file = open(userPath(name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (file < 0) return;
@@ -25,7 +27,10 @@ void redirect(int descriptor, const char* name) {
 void redirectConsoleStreams() {
     if (kSanitized) return;
     std::fflush(nullptr);
+    g_terminal = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
     redirect(STDOUT_FILENO, "stdout.txt");
     redirect(STDERR_FILENO, "stderr.txt");
 }
+
+void tellTerminal(const std::string& sentence) { dprintf(g_terminal, "%s\n", sentence.c_str()); }
 } // namespace platform
