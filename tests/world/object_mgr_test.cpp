@@ -213,7 +213,8 @@ TEST_F(ObjectMgr, AProjectileFliesStraightThenFallsNoFasterThanItsDiameter) {
     EXPECT_LT(p.getVelocity().y, -0.8f);
     EXPECT_NEAR(p.getOwner()->getDirection().length(), 1, 1e-4f);
     EXPECT_NEAR(p.getOwner()->getUp().dot(p.getOwner()->getDirection()), 0, 1e-4f);
-    cProjectile& still = launch(objects, cItemDef(), {50, 0, 0}, {});
+    const cItemDef plain;
+    cProjectile& still = launch(objects, plain, {50, 0, 0}, {});
     update();
     EXPECT_TRUE(still.getOwner()->getUp().isFinite());
 }
