@@ -1,4 +1,6 @@
 #pragma once
+#include "core/vector3.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +13,7 @@ public:
     void initialise() {}
     void update() {}
     void playSound(std::string_view) {}
+    void playSoundIdAt(int32_t, const cVector3&) {}
     void getSound(std::string_view, bool, bool) {}
     void playMusic(std::string_view) {}
     void stopMusic() {}

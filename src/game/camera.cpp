@@ -79,7 +79,8 @@ void cCamera::rotate(float dx, float dy) {
         view_.y += dy;
     } else {
         // The matrix helper negates its angles: passing the positive angle turns right-handedly by −25 · d.
-        const cVector3 axis = forward_.cross(kUp).normalized();
+        const cVector3 side = forward_.cross(kUp).normalized();
+        const cVector3& axis = side.lengthSq() > 0 ? side : right_; // straight up or down there is no side
         if (axis.lengthSq() > 0) view_ = cMatrix4::rotation(axis, kOrbitDegrees * dy).transformDirection(view_);
         view_ = cMatrix4::rotationY(kOrbitDegrees * dx).transformDirection(view_);
     }

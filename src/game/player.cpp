@@ -55,7 +55,7 @@ void cPlayer::forget(const cObject* object) {
 }
 
 bool cPlayer::pressed(int command) const {
-    return input_.bindings.isCommandTriggered(command + (camera_.isFirstPerson() ? kFirstPersonCommands : 0));
+    return input_.bindings.isCommandTriggered(command + viewCommands_);
 }
 
 void cPlayer::update(uint32_t elapsedMs, GameState* state) {
@@ -85,8 +85,11 @@ void cPlayer::updateInventory() {
         inventory.moveCursor(row.dx, row.dy);
         input_.bindings.holdOffCommand(row.command, kScreenHoldOff);
     }
-    if (input_.bindings.isCommandTriggered(CMD_ZOOM_IN)) inventory.moveRow(-1);
-    if (input_.bindings.isCommandTriggered(CMD_ZOOM_OUT)) inventory.moveRow(1);
+    for (const auto& [command, rows] : {std::pair{CMD_ZOOM_IN, -1}, {CMD_ZOOM_OUT, 1}}) {
+        if (!input_.bindings.isCommandTriggered(command)) continue;
+        inventory.moveRow(rows);
+        input_.bindings.holdOffCommand(command, kScreenHoldOff);
+    }
     refreshSelected();
 }
 
@@ -114,6 +117,7 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
 }
 
 void cPlayer::updatePlay(uint32_t elapsedMs) {
+    viewCommands_ = camera_.isFirstPerson() ? kFirstPersonCommands : 0;
     if (!look()) return;
     if (input_.bindings.isCommandTriggered(CMD_TOGGLE_VIEW)) camera_.toggleView();
     if (pressed(CMD_ZOOM_IN)) camera_.zoom(-movement("ZOOM_SPEED"));
@@ -149,7 +153,8 @@ void cPlayer::turnOwner(float degreesClockwise) {
 
 bool cPlayer::died() {
     const cCharacterPose* p = pose();
-    if (!p || p->getCurrentAnimation() != animations_[kAnimDeath]) return false;
+    // 0: no animation was ever set, or the death has no name.
+    if (!p || p->getCurrentAnimation() == 0 || p->getCurrentAnimation() != animations_[kAnimDeath]) return false;
     if (!p->isPlaying()) {
         active_ = false;
         cWorld::instance().levelChangePending = 1;
@@ -168,7 +173,7 @@ void cPlayer::refreshSelected() { selectedItem_ = cWorld::instance().inventory.s
 
 void cPlayer::chargeOrFire(uint32_t elapsedMs) {
     constexpr int32_t kProjectileWeapon = 2;
-    const int fire = CMD_FIRE + (camera_.isFirstPerson() ? kFirstPersonCommands : 0);
+    const int fire = CMD_FIRE + viewCommands_;
     if (charge_ > 0 && attackFrame_ == -1) {
         if (input_.bindings.isCommandDown(fire)) {
             charge_ = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(charge_) + elapsedMs, maxHold_));
@@ -270,7 +275,7 @@ void cPlayer::moveOrRest(const cVector3& v, uint32_t elapsedMs) {
     int32_t points = 0;
     if (regenTime_ > 0) {
         const int64_t waited = static_cast<int64_t>(regenTimer_) + elapsedMs;
-        points = static_cast<int32_t>(waited / regenTime_);
+        points = static_cast<int32_t>(std::min<int64_t>(waited / regenTime_, INT32_MAX));
         regenTimer_ = static_cast<int32_t>(waited % regenTime_);
     }
     cWorld::instance().damage(-points);

@@ -56,7 +56,7 @@ private:
     void play(Animation animation, bool looping);
     void runAttack();
     void turnOwner(float degreesClockwise);
-    bool pressed(int command) const; ///< of the view in force; asks once, the timer restarts
+    bool pressed(int command) const; ///< of the view at the update's start; asks once, the timer restarts
     cCharacterPose* pose() const;
     bool isAirborne() const { return owner_->body && owner_->body->airborne; }
     float radius() const { return owner_->body ? owner_->body->shape.radius : 0; }
@@ -66,6 +66,7 @@ private:
     cVector3 velocity_; ///< carried over
     cVector3 scriptDirection_;
     float scriptSpeed_ = 0;
+    int viewCommands_ = 0;     ///< added to commands that each view binds for itself
     int32_t attackFrame_ = -1; ///< updates since an attack began, −1 without one
     const cItemDef* selectedItem_ = nullptr;
     int32_t charge_ = 0; ///< ms

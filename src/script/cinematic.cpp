@@ -5,6 +5,8 @@
 #include "world/world.h"
 
 namespace {
+constexpr int32_t kNoMoreKeys = -1; ///< a frame number that never comes
+
 cCinematic::Colour colourOf(const cCmlElement& filter) {
     return {filter.vectors[0].x, filter.vectors[0].y, filter.vectors[0].z, filter.alpha};
 }
@@ -16,6 +18,12 @@ cCinematic::Colour blend(const cCinematic::Colour& a, const cCinematic::Colour& 
 int32_t numberOf(const cCmlElement& track, int32_t key) {
     const cCmlElement* frame = track.childAt(key);
     return frame ? frame->number : 0;
+}
+
+/// How far `frame` is on the way between two frame numbers, which documents choose freely.
+float fraction(uint32_t frame, int32_t from, int32_t to) {
+    const double start = from;
+    return static_cast<float>((frame - start) / (to - start));
 }
 
 cPlayer* heroController() {
@@ -53,16 +61,18 @@ void startFilters(cCinematic& c) {
 
 void stepCamera(cCinematic& c, cCamera& camera) {
     const cCmlElement *a = c.cameraTrack->childAt(c.keyA), *b = c.cameraTrack->childAt(c.keyB);
-    if (!a || !b) return;
-    const auto frame = static_cast<int32_t>(c.frame);
+    if (!a || !b) { // a track without keys
+        camera.apply();
+        return;
+    }
     if (c.frameB != c.frameA) {
-        const float t = static_cast<float>(frame - c.frameA) / static_cast<float>(c.frameB - c.frameA);
+        const float t = fraction(c.frame, c.frameA, c.frameB);
         camera.applyLookAt(lerp(a->vectors[0], b->vectors[0], t), lerp(a->vectors[1], b->vectors[1], t),
                            lerp(a->vectors[2], b->vectors[2], t).normalized());
     } else {
         camera.applyLookAt(a->vectors[0], a->vectors[1], a->vectors[2]);
     }
-    if (frame < c.frameB) return;
+    if (static_cast<int64_t>(c.frame) < c.frameB) return;
     c.keyA = c.keyB;
     if (c.keyB + 1 < c.cameraTrack->childCount()) ++c.keyB;
     c.frameA = c.frameB;
@@ -70,13 +80,13 @@ void stepCamera(cCinematic& c, cCamera& camera) {
 }
 
 void stepHero(cCinematic& c) {
-    if (c.heroKeyFrame != static_cast<int32_t>(c.frame)) return;
+    if (c.heroKeyFrame != static_cast<int64_t>(c.frame)) return;
     const cCmlElement* key = c.heroTrack->childAt(c.heroKey);
     if (cPlayer* player = heroController(); player && key) player->applyCinematicFrame(*key);
     if (c.heroKey + 1 < c.heroTrack->childCount()) {
         c.heroKeyFrame = numberOf(*c.heroTrack, ++c.heroKey);
     } else {
-        c.heroKeyFrame = c.length + 1;
+        c.heroKeyFrame = kNoMoreKeys;
     }
 }
 
@@ -89,12 +99,9 @@ const cCmlElement* nextFilter(const cCinematic& c) {
 }
 
 void stepFade(cCinematic& c) {
-    const auto frame = static_cast<int32_t>(c.frame);
-    const float t = c.filterFrame == c.fadeFromFrame
-                        ? 1
-                        : static_cast<float>(frame - c.fadeFromFrame) / static_cast<float>(c.filterFrame - c.fadeFromFrame);
+    const float t = c.filterFrame == c.fadeFromFrame ? 1 : fraction(c.frame, c.fadeFromFrame, c.filterFrame);
     c.fade = blend(c.fadeFrom, colourOf(*c.filter), t);
-    if (c.filterFrame != frame) return;
+    if (c.filterFrame != static_cast<int64_t>(c.frame)) return;
     c.fadeFromFrame = c.filterFrame;
     c.fadeFrom = colourOf(*c.filter);
     c.filter = nextFilter(c);

@@ -4,14 +4,30 @@
 #include "world/object_mgr.h"
 
 namespace {
-/// Reactions that fire reactions (set_action inside an action's on_set, prefixed calls in a circle) end here.
+/// Calls that lead to calls (set_action inside an action's on_set, prefixed calls in a circle) end here: so deep, and
+/// so many of them, since lists that call lists double with every step.
 constexpr int kDeepestCalls = 64;
+constexpr int kMostNestedCalls = 10000;
 int g_depth = 0;
+int g_nestedCalls = 0; ///< since the outermost one began
+bool g_runaway = false;
 
 struct DepthGuard {
-    DepthGuard() { ++g_depth; }
+    DepthGuard() {
+        if (g_depth++ == 0) {
+            g_nestedCalls = 0;
+            g_runaway = false;
+        }
+        ++g_nestedCalls;
+    }
     ~DepthGuard() { --g_depth; }
 };
+
+void reportRunaway(const cCmlObject& object) {
+    g_runaway = true;
+    const std::string name = object.getElement() ? object.getElement()->getAttribute("name") : "";
+    cLogMgr::instance().error("CML object %s calls itself without end", name.c_str());
+}
 
 /// The calling object, or the one that the call's prefix names; null when there is none.
 cCmlObject* selfOf(const cCmlCall& call, cCmlObject& self) {
@@ -24,9 +40,9 @@ void perform(const cCmlCall& call, cCmlObject& self) {
     cCmlObject* target = selfOf(call, self);
     if (!target) return;
     const DepthGuard guard;
-    if (g_depth > kDeepestCalls) {
-        const std::string name = target->getElement() ? target->getElement()->getAttribute("name") : "";
-        cLogMgr::instance().error("CML object %s calls itself without end", name.c_str());
+    if (g_runaway) return;
+    if (g_depth > kDeepestCalls || g_nestedCalls > kMostNestedCalls) {
+        reportRunaway(*target);
         return;
     }
     call.procedure(*target, call.argCount, call.args.data());

@@ -1,5 +1,7 @@
 // What becomes of events: reactions of the objects involved, damage to the hero, changes of the game state.
 
+#include "game/item_def.h"
+#include "game/projectile.h"
 #include "render/renderer.h"
 #include "script/cml_object.h"
 #include "script/dialogue.h"
@@ -39,6 +41,35 @@ void hit(const cEvent& e, CmlTrigger trigger) {
     }
 }
 
+/// Full damage within damageRadius, then less and less until damageFalloff farther out. Does not become a target.
+int32_t explosionDamage(const cItemDef& item, float distance) {
+    const float beyond = distance - item.damageRadius;
+    if (!(beyond > 0)) return item.damage;
+    return wholeDamage(static_cast<float>(item.damage) * (item.damageFalloff - beyond) / item.damageFalloff);
+}
+
+void exploded(cController* source) {
+    if (!source || source->kind() != cController::kProjectile) return;
+    const cItemDef* item = static_cast<cProjectile*>(source)->getItem();
+    cObjectMgr::instance().destroy(source->getOwner());
+    if (!item) return;
+    const cVector3 centre = source->getOwner()->getPosition();
+    const float reach = item->damageRadius + item->damageFalloff;
+    std::vector<cObject*> targets;
+    cObjectMgr::instance().collectTargets(targets);
+    for (cObject* target : targets) {
+        const float distanceSq = (target->getPosition() - centre).lengthSq();
+        if (!(distanceSq < reach * reach)) continue;
+        const int32_t damage = explosionDamage(*item, std::sqrt(distanceSq));
+        if (cCmlObject* object = scripted(target->getController())) {
+            object->setParam(damage);
+            object->fireReaction(kTriggerProjectileHit);
+        } else {
+            cWorld::instance().damage(damage);
+        }
+    }
+}
+
 void handle(const cEvent& e, GameState* state) {
     switch (e.type) {
     case cEvent::kTouchedGeometry:
@@ -53,7 +84,7 @@ void handle(const cEvent& e, GameState* state) {
         break;
     case cEvent::kBallisticHit: hit(e, kTriggerBallisticHit); break;
     case cEvent::kMeleeHit: hit(e, kTriggerMeleeHit); break;
-    case cEvent::kExplosion: break; // nothing can explode before there are projectiles
+    case cEvent::kExplosion: exploded(e.source); break;
     }
 }
 } // namespace

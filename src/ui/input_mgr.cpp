@@ -32,7 +32,10 @@ void cInputMgr::destroy() {
 }
 
 cInputMgr::cInputMgr() {
-    if (loadSettings(kLatest) != 0) loadSettings(kDefault);
+    if (loadSettings(kLatest) != 0) {
+        if (loadSettings(kDefault) != 0) applySettings(); // the built-in ones
+        settingsName.clear(); // what the player changes is not saved over the defaults
+    }
     names.load();
     maxTextLength = kConsoleLimit;
 }
@@ -153,7 +156,8 @@ void cInputMgr::resume(GameState* state) {
 }
 
 void cInputMgr::textInput(char character, bool shift) {
-    if (static_cast<unsigned char>(character) == inputSetting("CMD_SHOWCONSOLE")) {
+    // Keys without a character never are the console key, also when the setting is missing.
+    if (character != 0 && static_cast<unsigned char>(character) == inputSetting("CMD_SHOWCONSOLE")) {
         console.visible = !console.visible;
     } else if (character == kReturn) {
         if (promptActive) {

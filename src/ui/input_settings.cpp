@@ -15,6 +15,8 @@ void readKeys(cBinaryReader& in, std::array<int32_t, kCommandCount>& keys) {
 }
 
 float finiteOr(float value, float otherwise) { return std::isfinite(value) ? value : otherwise; }
+/// Beyond this a single pixel turns the view more than half around.
+constexpr float kWildestSensitivity = 1;
 } // namespace
 
 void cInputSettings::read(cBinaryReader& in) {
@@ -26,6 +28,7 @@ void cInputSettings::read(cBinaryReader& in) {
     walkIsDefault = in.u8();
     moveRelativeToCamera = in.u8();
     sensitivity = finiteOr(in.f32(), 0.004f);
+    if (std::fabs(sensitivity) > kWildestSensitivity) sensitivity = 0.004f;
     options = in.u8();
     crosshairType = in.u8();
     for (uint8_t& channel : crosshairColour) channel = in.u8();

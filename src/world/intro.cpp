@@ -122,6 +122,7 @@ void cWorld::updateIntro(uint32_t elapsedMs, GameState* state) {
         if (t >= caption.start && t < caption.end) drawPiece(introImage_, caption.piece, 10, 10, 255);
     }
     if (flight && cinematic.fade.a > 0) {
+        glEnable(GL_BLEND);
         glDisable(GL_TEXTURE_2D);
         glColor4f(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
         drawRectangle(0, 0, 2000, 1500);

@@ -132,8 +132,8 @@ void cWorld::loadEnvironment() {
     if (!element) return;
     const std::string& file = element->getAttribute("file");
     if (file == environmentFile) return;
-    if (!environment_.load(file)) return;
-    environmentFile = file;
+    environmentFile = environment_.load(file) ? file : environment_.isLoaded() ? environmentFile : "";
+    if (environmentFile != file) return;
     lightPosition = environment_.lightPosition();
 }
 

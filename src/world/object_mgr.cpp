@@ -46,15 +46,22 @@ cObject* cObjectMgr::hero() const {
 }
 
 void cObjectMgr::clear() {
-    while (!objects_.empty()) {
-        cObject* last = objects_.back().get();
-        if (forgetListener_) forgetListener_(last);
-        if (last->getController()) cEventMgr::instance().removeFor(last->getController());
-        if (last->body) cPhysicsWorld::instance().removeBody(last->body);
-        last->releaseModel();
-        objects_.pop_back();
+    // What waits to join belongs to the old level as well.
+    for (auto* list : {&createQueue_, &objects_}) {
+        while (!list->empty()) {
+            cObject* last = list->back().get();
+            detach(last);
+            if (forgetListener_) forgetListener_(last);
+            list->pop_back();
+        }
     }
-    createQueue_.clear();
+}
+
+/// Takes the object out of everything outside of this class that refers to it.
+void cObjectMgr::detach(cObject* object) {
+    if (object->getController()) cEventMgr::instance().removeFor(object->getController());
+    if (object->body) cPhysicsWorld::instance().removeBody(object->body);
+    object->releaseModel();
 }
 
 void cObjectMgr::update(uint32_t elapsedMs, GameState* state) {
@@ -65,8 +72,8 @@ void cObjectMgr::update(uint32_t elapsedMs, GameState* state) {
     }
     while (!destroyQueue_.empty()) {
         const Doomed doomed = destroyQueue_.back();
-        deleteObject(doomed);
         destroyQueue_.pop_back();
+        deleteObject(doomed);
     }
     while (!createQueue_.empty()) {
         objects_.push_back(std::move(createQueue_.back()));
@@ -83,9 +90,7 @@ void cObjectMgr::deleteObject(const Doomed& doomed) {
         return;
     }
     cObject* object = it->get();
-    if (object->getController()) cEventMgr::instance().removeFor(object->getController());
-    if (object->body) cPhysicsWorld::instance().removeBody(object->body);
-    object->releaseModel();
+    detach(object);
     if (forgetListener_) forgetListener_(object);
     for (const auto& other : objects_) {
         if (other->getController()) other->getController()->forget(object);

@@ -47,6 +47,7 @@ private:
         uint64_t serial;
     };
     void deleteObject(const Doomed& doomed);
+    static void detach(cObject* object);
     cObject* firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const;
 
     std::vector<std::unique_ptr<cObject>> objects_;

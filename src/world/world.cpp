@@ -79,7 +79,7 @@ bool cWorld::isPlayerVisible() const { return !camera.isFirstPerson() || !camera
 void cWorld::drawEnvironment() {
     environment_.draw();
     const cObject* hero = cObjectMgr::instance().hero();
-    if (!hero || !environment_.isLoaded() || hero->getPosition().y >= environment_.deathHeight()) return;
+    if (!hero || !environment_.isLoaded() || !(hero->getPosition().y < environment_.deathHeight())) return;
     if (environment_.hasWater()) {
         damage(cConfigMgr::instance().getInt("MAX_HP", "character"));
     } else if (levelChangePending == 0) {

@@ -1,0 +1,254 @@
+#include "support/damage.h"
+#include "support/test_world.h"
+#include "ui/console.h"
+#include "ui/input_mgr.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+constexpr int kKey = 200;
+
+class Input : public ::testing::Test {
+protected:
+    TestWorld t;
+    cInputMgr& input = cInputMgr::instance();
+};
+using Settings = Input;
+
+std::string typed(const std::string& text, int limit = 93, bool shift = false) {
+    std::string line;
+    for (const char c : text) typeCharacter(line, limit, c, shift);
+    return line;
+}
+} // namespace
+
+TEST_F(Input, AHeldCommandTriggersOnceAnInterval) {
+    cBindings bindings;
+    bindings.setKeyState(t.keys.data());
+    bindings.setBinding(CMD_USE, kKey);
+    bindings.setBinding(CMD_USE + kFirstPersonCommands, kKey + 1);
+    bindings.settings.repeatIntervals[CMD_USE] = 200;
+    t.keys[kKey] = 1;
+    std::vector<int> frames;
+    for (int frame = 1; frame <= 30; ++frame) {
+        if (bindings.isCommandTriggered(CMD_USE)) frames.push_back(frame);
+        bindings.countDown(16);
+    }
+    EXPECT_EQ(frames, (std::vector<int>{1, 14, 27}));
+    t.keys[kKey + 1] = 1;
+    EXPECT_FALSE(bindings.isCommandTriggered(CMD_USE + kFirstPersonCommands)) << "both views share the timer";
+    EXPECT_TRUE(bindings.isCommandDown(CMD_USE + kFirstPersonCommands));
+    bindings.countDown(0xFFFFFFFF);
+    bindings.holdOffCommand(CMD_USE, 250);
+    bindings.countDown(249);
+    EXPECT_FALSE(bindings.isCommandTriggered(CMD_USE));
+    bindings.countDown(1);
+    EXPECT_TRUE(bindings.isCommandTriggered(CMD_USE));
+}
+
+TEST_F(Input, CodesOutsideOfTheTableAreRefused) {
+    cBindings bindings;
+    EXPECT_FALSE(bindings.isKeyDown(5)) << "before the first pump nothing is held";
+    bindings.setKeyState(t.keys.data());
+    for (const int code : {-1, kKeyCount, INT32_MAX}) {
+        bindings.setBinding(CMD_JUMP, kKey);
+        bindings.setBinding(CMD_JUMP, code);
+        EXPECT_EQ(bindings.getBinding(CMD_JUMP), kKey);
+        bindings.setKey(code, true);
+        EXPECT_FALSE(bindings.isKeyDown(code));
+    }
+    for (const int command : {-1, 32, INT32_MAX}) {
+        EXPECT_FALSE(bindings.isCommandTriggered(command));
+        EXPECT_EQ(bindings.getBinding(command), 0);
+        bindings.holdOffCommand(command, 5);
+    }
+}
+
+TEST_F(Input, CameraControlByModeAndView) {
+    cBindings bindings;
+    bindings.setKeyState(t.keys.data());
+    bindings.settings.sensitivity = 0.01f;
+    struct {
+        uint8_t mode;
+        float dx, dy;
+    } const kRows[] = {{0, 0.3f, -0.2f}, {1, 0.3f, 0.2f}, {2, 0.1f, 0.1f}, {3, 0.1f, -0.1f}};
+    for (const auto& row : kRows) {
+        t.keys.fill(0);
+        t.keys[275] = t.keys[273] = 1; // right, up
+        for (const int view : {0, 1}) {
+            bindings.settings.controlThirdPerson = bindings.settings.controlFirstPerson = 9;
+            bindings.setControlMode(view, row.mode);
+            float dx = 0, dy = 0;
+            EXPECT_TRUE(bindings.getCameraControl(view, 30, -20, dx, dy));
+            EXPECT_FLOAT_EQ(dx, row.dx) << int{row.mode};
+            EXPECT_FLOAT_EQ(dy, row.dy) << int{row.mode};
+            EXPECT_FALSE(bindings.getCameraControl(1 - view, 30, -20, dx, dy)) << "no such mode";
+        }
+        t.keys.fill(0);
+        float dx, dy;
+        bindings.setControlMode(0, row.mode);
+        EXPECT_FALSE(bindings.getCameraControl(0, 0, 0, dx, dy));
+    }
+    bindings.setControlMode(0, 4);
+    EXPECT_EQ(bindings.getControlMode(0), 3);
+}
+
+TEST(Typing, AFullTextHasItsLastCharacterReplaced) {
+    const std::string hundred = std::string(91, 'a') + "bcdefghiZ";
+    EXPECT_EQ(typed(hundred), std::string(91, 'a') + "Z");
+    EXPECT_EQ(typed("123456789", 8), "1234569");
+    EXPECT_EQ(typed(std::string(20, 'x'), 14).size(), 13u);
+    EXPECT_EQ(typed("ab\b\b\bc"), "c") << "an empty text stays empty";
+    EXPECT_EQ(typed(std::string("ab\0c", 4)), "abc") << "a silent key changes nothing";
+    EXPECT_EQ(typed(std::string("1234567\0", 8), 8), "123456") << "but a full text loses its end";
+}
+
+TEST(Typing, ShiftFollowsItsOwnTable) {
+    EXPECT_EQ(typed("az09123456789'+,-.<", 93, true), "AZ=)!\"#4%&/()*?;_:>");
+    EXPECT_EQ(typed("AZ ?!{", 93, true), "AZ ?!{");
+    EXPECT_EQ(typed("\xE5\xC5", 93, true), "\xE5\xC5") << "beyond ASCII nothing changes";
+}
+
+TEST(KeyNames, ReadsWordsAndRefusesBadCodes) {
+    TempGame game;
+    cKeyNames names;
+    names.load();
+    EXPECT_EQ(names.keys[97], "???");
+    EXPECT_EQ(names.commands[0], "");
+    std::string text;
+    for (int i = 0; i < kCommandCount; ++i) text += "C" + std::to_string(i) + (i % 2 ? "\r\n" : " ");
+    game.write("keynames.cfl", text + "A 97\nwheel 4\t far 322 none 0 minus -3 last 321 odd x B 98 end");
+    names.load();
+    EXPECT_EQ(names.commands[15], "C15");
+    EXPECT_EQ(names.keys[97], "A");
+    EXPECT_EQ(names.keys[4], "wheel");
+    EXPECT_EQ(names.keys[321], "last");
+    EXPECT_EQ(names.keys[0], "???");
+    EXPECT_EQ(names.keys[98], "B");
+}
+
+TEST_F(Settings, TheRecordIsLaidOutByteForByte) {
+    cInputSettings s;
+    for (size_t i = 0; i < kCommandCount; ++i) {
+        s.keysThirdPerson[i] = static_cast<int32_t>(i + 1);
+        s.keysFirstPerson[i] = static_cast<int32_t>(i + 101);
+        s.repeatIntervals[i] = static_cast<int32_t>(i + 1000);
+    }
+    s.controlThirdPerson = 2;
+    s.controlFirstPerson = 3;
+    s.walkIsDefault = 1;
+    s.moveRelativeToCamera = 0;
+    s.sensitivity = 0.005f;
+    s.options = 5;
+    s.crosshairType = 3;
+    s.crosshairColour = {9, 8, 7, 6};
+    s.soundVolume = 0.5f;
+    s.musicVolume = 1;
+    cBinaryWriter out;
+    s.write(out);
+    const platform::Bytes bytes = out.bytes();
+    ASSERT_EQ(bytes.size(), cInputSettings::kRecordBytes);
+    struct {
+        size_t offset;
+        uint8_t value;
+    } const kRows[] = {{0, 1},   {60, 16}, {64, 101},   {128, 0xE8}, {129, 3},   {192, 2},
+                       {193, 3}, {194, 1}, {195, 0},    {199, 0x3B}, {200, 5},   {201, 3},
+                       {202, 9}, {205, 6}, {209, 0x3F}, {213, 0x3F}, {212, 0x80}};
+    for (const auto& row : kRows) EXPECT_EQ(bytes[row.offset], row.value) << row.offset;
+    cBinaryReader in(bytes);
+    cInputSettings read;
+    read.read(in);
+    cBinaryWriter again;
+    read.write(again);
+    EXPECT_EQ(again.bytes(), bytes);
+}
+
+TEST_F(Settings, NamedEntriesAreReplacedAppendedAndListed) {
+    EXPECT_EQ(input.loadSettings("none"), -1);
+    input.bindings.settings.walkIsDefault = 1;
+    EXPECT_TRUE(input.saveSettings("tencharact")) << "ten characters fill the field";
+    EXPECT_EQ(input.settingsName, "tencharact");
+    input.bindings.settings.walkIsDefault = 0;
+    EXPECT_TRUE(input.saveSettings(cInputMgr::kLatest));
+    EXPECT_EQ(input.settingsName, "tencharact") << "the latest is no name of the player's";
+    EXPECT_FALSE(input.saveSettings("elevenchars"));
+    EXPECT_FALSE(input.saveSettings(""));
+    EXPECT_EQ(t.game.read("settings.cfl").size(), 4 + 2 * (10 + 214u));
+    EXPECT_EQ(input.listSettings(), std::vector<std::string>{"tencharact"});
+    EXPECT_EQ(input.findSettings(cInputMgr::kLatest), 1);
+    EXPECT_EQ(input.loadSettings("tencharact"), 0);
+    EXPECT_TRUE(input.isWalkDefault());
+    input.bindings.settings.walkIsDefault = 0;
+    EXPECT_TRUE(input.saveSettings("tencharact"));
+    EXPECT_EQ(t.game.read("settings.cfl").size(), 4 + 2 * (10 + 214u)) << "replaced";
+    EXPECT_EQ(input.loadSettings("tencharact"), 0);
+    EXPECT_FALSE(input.isWalkDefault());
+    EXPECT_EQ(input.loadSettings("TENCHARACT"), -1);
+}
+
+TEST_F(Settings, LoadingReachesTheParts) {
+    input.bindings.settings.options = 0;
+    input.bindings.settings.musicVolume = 0.25f;
+    input.bindings.settings.crosshairType = 2;
+    ASSERT_TRUE(input.saveSettings("plain"));
+    input.bindings.settings = cInputSettings();
+    input.applySettings();
+    EXPECT_TRUE(cObjectMgr::instance().shadowsEnabled);
+    ASSERT_EQ(input.loadSettings("plain"), 0);
+    EXPECT_FALSE(cObjectMgr::instance().shadowsEnabled);
+    EXPECT_FALSE(cWorld::instance().hud.crosshairOn);
+    EXPECT_FALSE(cWorld::instance().hud.statsFading);
+    EXPECT_EQ(cWorld::instance().hud.crosshairStyle, 2);
+    EXPECT_FLOAT_EQ(cWorld::instance().playerMusicVolume, 0.25f);
+}
+
+TEST_F(Settings, AStartTakesTheLatestElseTheDefaults) {
+    EXPECT_TRUE(cObjectMgr::instance().shadowsEnabled) << "the built-in ones are applied as well";
+    input.bindings.settings.walkIsDefault = 1;
+    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
+    cInputMgr::destroy();
+    EXPECT_TRUE(cInputMgr::instance().isWalkDefault());
+    EXPECT_EQ(cInputMgr::instance().settingsName, "");
+    cInputMgr::instance().setWalkDefault(false);
+    cInputMgr::destroy(); // saves the latest
+    EXPECT_FALSE(cInputMgr::instance().isWalkDefault());
+    EXPECT_EQ(cInputMgr::instance().findSettings(cInputMgr::kLatest), 1);
+    cInputMgr::instance().saveOnExit = false;
+}
+
+TEST_F(Settings, DamagedFilesAreNeitherReadNorReplaced) {
+    ASSERT_TRUE(input.saveSettings("one"));
+    ASSERT_TRUE(input.saveSettings("two"));
+    const std::string good = t.game.read("settings.cfl");
+    for (size_t size = 0; size < good.size(); size += size < 30 ? 1 : 37) {
+        t.game.write("settings.cfl", good.substr(0, size));
+        TempGame::clearErrors();
+        EXPECT_EQ(input.loadSettings("one"), -1) << size;
+        EXPECT_EQ(TempGame::errorCount("settings.cfl is damaged"), 1) << size;
+        EXPECT_FALSE(input.saveSettings("one")) << size;
+        EXPECT_EQ(t.game.read("settings.cfl"), good.substr(0, size)) << size;
+    }
+    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x03\0\0\0"}) {
+        t.game.write("settings.cfl", std::string(count, 4) + good.substr(4));
+        EXPECT_EQ(input.loadSettings("one"), -1);
+    }
+}
+
+TEST_F(Settings, WildValuesOfAFileAreMadeSafe) {
+    ASSERT_TRUE(input.saveSettings("one"));
+    const std::string good = t.game.read("settings.cfl");
+    const platform::Bytes bytes(good.begin(), good.end());
+    readDamaged(bytes, 300, [&](const platform::Bytes& damaged) {
+        platform::writeFile("settings.cfl", damaged);
+        if (input.loadSettings("one") != 0) return;
+        const cInputSettings& s = input.bindings.settings;
+        for (size_t i = 0; i < kCommandCount; ++i) {
+            EXPECT_TRUE(s.keysThirdPerson[i] >= 0 && s.keysThirdPerson[i] < kKeyCount);
+            EXPECT_TRUE(s.keysFirstPerson[i] >= 0 && s.keysFirstPerson[i] < kKeyCount);
+        }
+        EXPECT_LE(std::fabs(s.sensitivity), 1);
+        EXPECT_TRUE(std::isfinite(s.soundVolume) && std::isfinite(s.musicVolume));
+        for (int command = 0; command < 32; ++command) input.bindings.isCommandTriggered(command);
+    });
+}

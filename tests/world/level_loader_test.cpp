@@ -1,0 +1,324 @@
+#include "game/physics_world.h"
+#include "game/player.h"
+#include "support/test_world.h"
+#include "world/model_objects.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+const std::string kHut =
+    "<player spawnpoint=\"hut\"><physics position=\"1,2,3\" direction=\"0,0,5\" up=\"0,2,0\" />"
+    "<camera firstperson=\"0\" offset=\"0,1,0\" position=\"0,0,4\" /></player>";
+const std::string kTower =
+    "<player spawnpoint=\"tower\"><physics position=\"7,8,9\" direction=\"1,0,0\" up=\"0,1,0\" />"
+    "<camera firstperson=\"1\" offset=\"0,0.5,0\" position=\"0,3,3\" /></player>";
+
+class LevelLoader : public ::testing::Test {
+protected:
+    LevelLoader() {
+        t.writeCpm("thing.cpm", 2);
+        t.writeOctree("a.oct", floorMesh(0, 10));
+        t.writeOctree("b.oct", floorMesh(5, 10));
+        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+        t.writeCharacter("folk\\guard");
+        t.writeEnvironment("sea.env", -5, true);
+        t.writeEnvironment("sky.env", -20, false, {0, 44, 0});
+    }
+    cObject* hero() { return cObjectMgr::instance().hero(); }
+    float groundHeight() {
+        return 10 - 20 * cPhysicsWorld::instance().octree().trace({1, 10, 2}, {1, -10, 2});
+    }
+
+    TestWorld t;
+    cWorld& world = cWorld::instance();
+    cObjectMgr& objects = cObjectMgr::instance();
+};
+
+std::string environment(const char* file) {
+    return std::string("<enviroment file=\"") + file + "\" />";
+}
+std::string files(const std::string& appearance, const std::string& collision) {
+    return "<files appearance=\"" + appearance + "\" collision=\"" + collision + "\" music=\"no\" />";
+}
+} // namespace
+
+TEST_F(LevelLoader, PlacesTheHeroAndTheCameraAtTheSpawnPoint) {
+    world.spawnPoint = "hut";
+    ASSERT_EQ(t.load(kTower + kHut), 0);
+    ASSERT_NE(hero(), nullptr);
+    EXPECT_EQ(hero()->getPosition(), cVector3(1, 2, 3));
+    EXPECT_EQ(hero()->getDirection(), cVector3(0, 0, 1)) << "normalised";
+    EXPECT_EQ(hero()->getUp(), cVector3(0, 1, 0));
+    ASSERT_NE(hero()->body, nullptr);
+    EXPECT_TRUE(hero()->body->shape.p1.isNear({1, 1.15f, 3}));
+    EXPECT_FLOAT_EQ(hero()->body->shape.radius, 0.4f);
+    EXPECT_EQ(world.camera.getTarget(), hero());
+    EXPECT_FALSE(world.camera.isFirstPerson());
+    EXPECT_EQ(world.camera.getView(), cVector3(0, 0, 4));
+
+    world.spawnPoint = "tower";
+    ASSERT_EQ(t.load(kTower + kHut), 0);
+    EXPECT_EQ(hero()->getPosition(), cVector3(7, 8, 9));
+    EXPECT_TRUE(world.camera.isFirstPerson());
+    EXPECT_EQ(world.camera.getView(), cVector3());
+    EXPECT_TRUE(world.camera.getEye().isNear({7, 8.5f, 9}));
+    world.camera.toggleView();
+    EXPECT_EQ(world.camera.getView(), cVector3(0, 3, 3)) << "the orbit waits for the first toggle";
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
+
+TEST_F(LevelLoader, ASpawnPointThatLacksDataGivesNoHero) {
+    for (const char* inside : {"<physics position=\"0,0,0\" />", "<camera />", ""}) {
+        TempGame::clearErrors();
+        world.spawnPoint = "hut";
+        EXPECT_EQ(
+            t.load("<player spawnpoint=\"hut\">" + std::string(inside) + "</player>" + objectElement("o")),
+            0);
+        EXPECT_EQ(hero(), nullptr) << inside;
+        EXPECT_EQ(TempGame::errorCount("Spawnpoint hut has no position and/or camera data!"), 1) << inside;
+        EXPECT_EQ(objects.count(), 1u);
+    }
+    TempGame::clearErrors();
+    world.spawnPoint = "nowhere";
+    EXPECT_EQ(t.load(kHut), 0);
+    EXPECT_EQ(hero(), nullptr);
+    EXPECT_TRUE(TempGame::errors().empty()) << "an unknown spawn point is no error";
+    for (int i = 0; i < 3; ++i) t.frame();
+    world.drawEnvironment();
+    world.updateCameraOrCinematic(16, &t.state);
+}
+
+TEST_F(LevelLoader, ObjectsTakeTheirShapeFromThePhysics) {
+    struct {
+        const char* physics;
+        float boundingRadius, bodyRadius; ///< 0: no body
+    } const kRows[] = {
+        {"<physics position=\"1,0,0\" radius=\"2.5\" />", 2.5f, 0},
+        {"<physics position=\"1,0,0\" />", 0, 0},
+        {"<physics><boundingvolume start=\"0,1,0\" end=\"0,-1,0\" radius=\"0.5\" /></physics>", 1.5f, 0.5f},
+        {"<physics radius=\"3\"><boundingvolume start=\"0,1,0\" end=\"0,-1,0\" radius=\"0.01\" /></physics>",
+         0, 0},
+        {"<physics position=\"1e40,nan,0\" radius=\"nan\"><boundingvolume radius=\"nan\" /></physics>", 0, 0},
+    };
+    for (const auto& row : kRows) {
+        ASSERT_EQ(t.load(objectElement("o", "", "", row.physics)), 0);
+        cObject* o = TestWorld::object("o");
+        ASSERT_NE(o, nullptr) << row.physics;
+        EXPECT_FLOAT_EQ(o->boundingRadius, row.boundingRadius) << row.physics;
+        EXPECT_EQ(o->body != nullptr, row.bodyRadius > 0) << row.physics;
+        if (o->body) {
+            EXPECT_FLOAT_EQ(o->body->shape.radius, row.bodyRadius);
+        }
+        for (int i = 0; i < 3; ++i) t.frame();
+        EXPECT_TRUE(o->getPosition().isFinite()) << row.physics;
+    }
+}
+
+TEST_F(LevelLoader, BodyFlagsComeFromGravityAndSolid) {
+    ASSERT_EQ(
+        t.load(objectElement("o", "", "",
+                             "<physics gravity=\"1\" position=\"0,4,0\"><boundingvolume radius=\"0.5\" "
+                             "solid=\"1\" /></physics>") +
+               objectElement("p", "", "",
+                             "<physics gravity=\"0\" position=\"0,4,0\"><boundingvolume radius=\"0.5\" />"
+                             "</physics>")),
+        0);
+    EXPECT_EQ(TestWorld::object("o")->body->flags, static_cast<uint32_t>(MOVE_GROUNDED | MOVE_SOLID));
+    EXPECT_EQ(TestWorld::object("o")->body->shape.p0, cVector3(0, 4, 0));
+    EXPECT_EQ(TestWorld::object("p")->body->flags, 0u);
+}
+
+TEST_F(LevelLoader, StaticModelsAreCentredAndScaled) {
+    ASSERT_EQ(
+        t.load(objectElement("big", "", "", "size=\"5\"") + objectElement("asis", "", "", "size=\"0.0005\"")),
+        0);
+    const auto extent = [](const char* name) {
+        return static_cast<cStaticObject*>(TestWorld::object(name))->getModel()->extent();
+    };
+    EXPECT_FLOAT_EQ(extent("big"), 5);
+    EXPECT_FLOAT_EQ(extent("asis"), 1) << "centred only";
+    EXPECT_EQ(world.staticModels.count(), 2u);
+    ASSERT_EQ(t.load(""), 0);
+    EXPECT_EQ(world.staticModels.count(), 0u) << "handed back";
+}
+
+TEST_F(LevelLoader, AnimatedModelsAreSharedByTheirNameAlone) {
+    const auto person = [](const char* name, const char* file, const char* more) {
+        return std::string("<object name=\"") + name + "\"><appearance type=\"animated\"><model file=\"" +
+               file + "\" " + more + " /></appearance><physics /></object>";
+    };
+    ASSERT_EQ(t.load(person("a", "folk\\guard", "no_head_shadow=\"yes\"") +
+                     person("b", "elsewhere/guard", "no_head_shadow=\"no\"") + person("c", "ghost", "")),
+              0);
+    const auto pose = [](const char* name) -> cCharacterPose& {
+        return static_cast<cAnimatedObject*>(TestWorld::object(name))->pose();
+    };
+    EXPECT_EQ(pose("a").getModel(), pose("b").getModel());
+    EXPECT_FALSE(pose("a").hasHeadShadow());
+    EXPECT_TRUE(pose("b").hasHeadShadow());
+    EXPECT_EQ(TempGame::errorCount("Unable to load the animated model ghost"), 1);
+    ASSERT_NE(TestWorld::object("c"), nullptr) << "kept with an empty model";
+    world.update(16, &t.state);
+    ASSERT_EQ(t.load(""), 0);
+    EXPECT_EQ(world.animatedModels.count(), 0u);
+}
+
+TEST_F(LevelLoader, IncompleteObjectsAreSkipped) {
+    const std::string appearance = "<appearance type=\"static\"><model file=\"thing.cpm\" /></appearance>";
+    for (const std::string& inside :
+         {appearance, std::string("<physics />"), std::string("<appearance type=\"static\" /><physics />"),
+          std::string("<appearance type=\"liquid\"><model file=\"thing.cpm\" /></appearance><physics />")}) {
+        ASSERT_EQ(t.load("<object name=\"o\">" + inside + "</object>"), 0);
+        EXPECT_EQ(objects.count(), 0u) << inside;
+        EXPECT_TRUE(TempGame::errors().empty());
+    }
+    ASSERT_EQ(t.load("<object name=\"o\"><appearance type=\"static\"><model file=\"none.cpm\" "
+                     "/></appearance><physics />"
+                     "</object>"),
+              0);
+    EXPECT_EQ(TempGame::errorCount("Unable to load model none.cpm"), 1);
+    EXPECT_EQ(objects.count(), 0u);
+}
+
+TEST_F(LevelLoader, KeepsSceneryOfTheSameNameAndReplacesOthers) {
+    ASSERT_EQ(t.load(files("a.oct", "a.oct")), 0);
+    EXPECT_NEAR(groundHeight(), 0, 0.01f);
+    t.game.write("a.oct", "damaged");
+    EXPECT_EQ(t.load(files("a.oct", "a.oct")), 0) << "the same name is not read again";
+    EXPECT_FALSE(world.scenery.empty());
+    EXPECT_EQ(t.load(files("b.oct", "b.oct")), 0);
+    EXPECT_NEAR(groundHeight(), 5, 0.01f);
+    EXPECT_TRUE(TempGame::errors().empty());
+    EXPECT_LT(t.load(files("a.oct", "b.oct") + objectElement("o")), 0) << "read again, and now damaged";
+    EXPECT_EQ(objects.count(), 1u) << "loading goes on";
+    EXPECT_TRUE(world.scenery.empty());
+    EXPECT_LT(t.load(files("none.oct", "none.oct")), 0);
+    EXPECT_EQ(TempGame::errorCount("Failed to open scenery file none.oct"), 1);
+    EXPECT_EQ(TempGame::errorCount("Failed to open collision file none.oct"), 1);
+}
+
+TEST_F(LevelLoader, ReloadingStartsObjectsAfreshAndKeepsGlobals) {
+    const std::string level = objectElement("o", "on_set=\"inc_local(a,1);inc_global(g,1)\"");
+    for (int round = 1; round <= 3; ++round) {
+        ASSERT_EQ(t.load(level), 0);
+        EXPECT_EQ(TestWorld::local("o", "a"), 1);
+        EXPECT_EQ(world.globals.getGlobal(world.globals.globalIndex("g")), round);
+    }
+}
+
+TEST_F(LevelLoader, ADocumentThatFailsLeavesNoObjects) {
+    world.spawnPoint = "hut";
+    for (const char* text : {"<level", "<level><wings /></level>"}) {
+        ASSERT_EQ(t.load(kHut + objectElement("o")), 0);
+        t.game.write("bad.xml", text);
+        EXPECT_LT(world.loadLevel("bad.xml"), 0);
+        EXPECT_EQ(objects.count(), 0u);
+        EXPECT_EQ(world.levelFile, "level.xml");
+        EXPECT_EQ(world.camera.getTarget(), nullptr);
+        for (int i = 0; i < 3; ++i) t.frame();
+        world.drawEnvironment();
+        world.updateCameraOrCinematic(16, &t.state);
+    }
+    EXPECT_LT(world.loadLevel("missing.xml"), 0);
+    EXPECT_FALSE(TempGame::errors().empty());
+}
+
+TEST_F(LevelLoader, ALevelLoadEndsConversationsAndCinematics) {
+    for (const GameState state : {STATE_DIALOGUE, STATE_CINEMATIC}) {
+        t.state = state;
+        world.intensity = world.intensityRising = 50;
+        ASSERT_EQ(t.load(""), 0);
+        EXPECT_EQ(t.state, STATE_GAME);
+        EXPECT_EQ(world.intensity + world.intensityRising, 0);
+    }
+    t.state = STATE_MENU;
+    ASSERT_EQ(t.load(""), 0);
+    EXPECT_EQ(t.state, STATE_MENU);
+}
+
+TEST_F(LevelLoader, LevelChangesAreAskedForOnce) {
+    ASSERT_EQ(t.load(objectElement("gate", "file=\"next.xml\" spawnpoint=\"door\" default_action=\"a\"",
+                                   "<action name=\"a\" on_set=\"swap_level()\" />")),
+              0);
+    EXPECT_EQ(world.levelFile, "next.xml");
+    EXPECT_EQ(world.spawnPoint, "door");
+    EXPECT_EQ(world.levelChangePending, 1);
+    world.requestLevelChange("other.xml", "roof");
+    EXPECT_EQ(world.levelFile, "next.xml");
+    t.load("", "next.xml");
+    world.levelFile = "changed.xml";
+    EXPECT_EQ(world.loadSavedGame(world.heroName), 0);
+    EXPECT_EQ(world.levelFile, "next.xml");
+    EXPECT_EQ(world.levelChangePending, 0);
+    EXPECT_EQ(world.loadSavedGame("nobody"), -1);
+}
+
+TEST_F(LevelLoader, BelowTheDeathHeightTheHeroDrownsOrFallsOut) {
+    world.spawnPoint = "hut";
+    ASSERT_EQ(t.load(environment("sea.env") + kHut), 0);
+    EXPECT_EQ(world.lightPosition, cVector3(0, 30, 0));
+    hero()->setPosition({0, -5, 0});
+    world.drawEnvironment();
+    EXPECT_EQ(world.health, 100) << "exactly at the height";
+    hero()->setPosition({0, -5.1f, 0});
+    world.drawEnvironment();
+    EXPECT_EQ(world.health, 0);
+    EXPECT_EQ(world.levelChangePending, 0) << "the death animation comes first";
+
+    world.health = 100;
+    ASSERT_EQ(t.load(environment("sky.env") + kHut), 0);
+    hero()->setPosition({0, -30, 0});
+    world.drawEnvironment();
+    EXPECT_EQ(world.health, 100);
+    EXPECT_EQ(world.levelChangePending, 1);
+    world.levelChangePending = 77;
+    world.drawEnvironment();
+    EXPECT_EQ(world.levelChangePending, 77) << "a fade under way goes on";
+
+    world.levelChangePending = 0;
+    ASSERT_EQ(t.load(kHut), 0);
+    hero()->setPosition({0, -30, 0});
+    world.drawEnvironment();
+    EXPECT_EQ(world.levelChangePending, 1) << "without an environment of its own the old one stays";
+}
+
+TEST_F(LevelLoader, EnvironmentFilesCutAnywhereAreRefused) {
+    const std::string good = t.game.read("sea.env");
+    cEnvironment environment;
+    ASSERT_TRUE(environment.load("sea.env"));
+    for (size_t size = 0; size < good.size(); ++size) {
+        t.game.write("cut.env", good.substr(0, size));
+        EXPECT_FALSE(environment.load("cut.env")) << size;
+        EXPECT_FALSE(environment.isLoaded()) << size;
+    }
+    EXPECT_EQ(TempGame::errorCount("Environment file cut.env is damaged"), static_cast<int>(good.size()));
+    ASSERT_TRUE(environment.load("sea.env"));
+    EXPECT_FALSE(environment.load("none.env"));
+    EXPECT_TRUE(environment.isLoaded()) << "a missing file replaces nothing";
+    for (int i = 0; i < 30; ++i) environment.draw();
+}
+
+TEST_F(LevelLoader, AnEnvironmentComesBackAfterADamagedOne) {
+    t.game.write("cut.env", "short");
+    world.spawnPoint = "hut";
+    for (const char* file : {"sea.env", "cut.env", "sea.env"}) ASSERT_EQ(t.load(environment(file) + kHut), 0);
+    hero()->setPosition({0, -9, 0});
+    world.drawEnvironment();
+    EXPECT_EQ(world.health, 0);
+}
+
+TEST_F(LevelLoader, DamageIsClampedAndShowsFullHealth) {
+    struct {
+        int32_t before, amount, after;
+        bool shown;
+    } const kRows[] = {{50, -10, 60, false}, {95, -10, 100, true},      {100, 0, 100, true},
+                       {50, 0, 50, false},   {50, 50, 0, false},        {50, 80, 0, false},
+                       {0, -10, 0, false},   {50, INT32_MIN, 100, true}};
+    for (const auto& row : kRows) {
+        world.health = row.before;
+        world.hud.statsTimer = 0;
+        world.damage(row.amount);
+        EXPECT_EQ(world.health, row.after) << row.before << " less " << row.amount;
+        EXPECT_EQ(world.hud.statsTimer > 0, row.shown) << row.before << " less " << row.amount;
+    }
+}
