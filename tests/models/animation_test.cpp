@@ -61,8 +61,8 @@ platform::Bytes md3(int32_t version = 15, uint32_t lastIndex = 2, int32_t surfac
     for (const int32_t v : {0, 2, 1, surfaces, 0, 108, 108 + 2 * 56, surfaceAt, 0}) out.i32(v);
     for (int i = 0; i < 2 * 56; ++i) out.u8(0x77);
     for (int frame = 0; frame < 2; ++frame) {
-        out.raw("Tag_Torso\0_left over from a longer name", 41);
-        out.fixedText("", 64 - 41);
+        constexpr char kName[64] = "Tag_Torso\0_left over from a longer name";
+        out.raw(kName, sizeof kName);
         for (const float v : {1.f, 2.f, 3.f, 1.f, 0.f, 0.f, 0.f, 1.f, 0.f, 0.f, 0.f, 1.f}) out.f32(v);
     }
     for (int32_t surface = 0; surface < surfaces; ++surface) {
