@@ -10,7 +10,7 @@
 namespace {
 constexpr size_t kLongestName = 254;    ///< its length byte counts the zero as well
 constexpr size_t kMinMaterialBytes = 5; ///< colour, flag, name length
-constexpr size_t kMinObjectBytes = 22;  ///< index, four counts, mode, normals flag
+constexpr size_t kMinObjectBytes = 21;  ///< index, four counts, mode
 
 int32_t loadNamed(const std::string& name) {
     return name.empty() ? kNoTexture : cTextureCache::instance().load(name);

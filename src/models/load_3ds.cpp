@@ -90,7 +90,7 @@ private:
             readFaces(chunk, depth);
             break;
         case kFaceMaterial:
-            readFaceMaterial();
+            readFaceMaterial(chunk);
             break;
         case kTexCoordList:
             readTexCoords(chunk);
@@ -99,7 +99,7 @@ private:
             readMaterial(chunk, depth);
             break;
         case kMaterialName:
-            material_.name = in_.zeroText(in_.left());
+            material_.name = text(chunk);
             break;
         case kDiffuse:
             header(chunk.end);
@@ -109,7 +109,7 @@ private:
             walk(chunk.end, depth);
             break;
         case kMapFile:
-            material_.mapFile = in_.zeroText(in_.left());
+            material_.mapFile = text(chunk);
             break;
         default:
             break;
@@ -117,10 +117,18 @@ private:
     }
 
     void readObject(const Chunk& chunk, int depth) {
-        in_.zeroText(in_.left()); // the name is not kept
+        text(chunk); // the name is not kept
         object_ = {};
         walk(chunk.end, depth);
         finishObject();
+    }
+
+    /// Text up to its zero, or to the chunk's end where that is missing; reading goes on behind it.
+    std::string text(const Chunk& chunk) {
+        const size_t start = in_.position();
+        std::string result = in_.fixedText(chunk.end - start);
+        in_.seek(std::min(start + result.size() + 1, chunk.end));
+        return result;
     }
 
     /// Count of a list whose records fit in the chunk; 0 when they do not.
@@ -155,8 +163,8 @@ private:
         }
     }
 
-    void readFaceMaterial() {
-        const std::string name = in_.zeroText(in_.left());
+    void readFaceMaterial(const Chunk& chunk) {
+        const std::string name = text(chunk);
         const auto found = std::find_if(materials_.rbegin(), materials_.rend(),
                                         [&](const Material& m) { return m.name == name; });
         if (!in_.good() || found == materials_.rend()) return;

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <unordered_map>
 
 namespace {
 /// Path up to its last separator with a backslash at its end; empty without a separator.
@@ -21,46 +22,53 @@ uint8_t colourByte(float k) {
     return std::fabs(scaled) < 1e9f ? static_cast<uint8_t>(static_cast<int32_t>(scaled)) : uint8_t{0};
 }
 
+/// White without a texture unless a library says otherwise.
 struct ObjMaterial {
     cColour4 colour;
-    int32_t texture = kNoTexture;
+    std::string map;      ///< texture file, beside the library; empty when there is none
     float su = 1, sv = 1; ///< scale of the texture coordinates
 };
 
 class cMaterialLibrary {
 public:
+    /// Replaces the content; a library that cannot be read has no materials.
     void open(const std::string& path) {
         directory_ = directoryOf(path);
-        lines_.open(path);
-    }
-
-    /// White without a texture when the library or the material is missing.
-    ObjMaterial find(const std::string& wanted) {
-        ObjMaterial material;
-        lines_.rewind();
-        std::string line;
-        for (bool inside = false; lines_.next(line);) {
+        materials_.clear();
+        cTextLines lines;
+        lines.open(path);
+        ObjMaterial* material = nullptr; // the block being read
+        for (std::string line; lines.next(line);) {
             std::string_view rest = line;
             const std::string keyword = takeWord(rest);
             if (keyword == "newmtl") {
-                if (inside) break;
-                const std::string name = takeWord(rest);
-                inside = !name.empty() && name == wanted;
-            } else if (inside && keyword == "Kd") {
-                float k[3] = {};
-                const std::string numbers(rest);
-                if (std::sscanf(numbers.c_str(), "%f %f %f", &k[0], &k[1], &k[2]) == 3) {
-                    material.colour = {colourByte(k[0]), colourByte(k[1]), colourByte(k[2]), 0};
-                }
-            } else if (inside && keyword == "map_Kd") {
-                readMap(rest, material);
+                const auto [block, isFirst] = materials_.try_emplace(takeWord(rest));
+                material = isFirst ? &block->second : nullptr;
+            } else if (material && keyword == "Kd") {
+                readColour(std::string(rest), *material);
+            } else if (material && keyword == "map_Kd") {
+                readMap(rest, *material);
             }
         }
-        return material;
+    }
+
+    ObjMaterial find(const std::string& name) const {
+        const auto found = name.empty() ? materials_.end() : materials_.find(name);
+        return found == materials_.end() ? ObjMaterial{} : found->second;
+    }
+
+    int32_t loadTexture(const ObjMaterial& material) const {
+        return material.map.empty() ? kNoTexture : cTextureCache::instance().load(directory_ + material.map);
     }
 
 private:
-    void readMap(std::string_view rest, ObjMaterial& material) const {
+    static void readColour(const std::string& numbers, ObjMaterial& material) {
+        float k[3] = {};
+        if (std::sscanf(numbers.c_str(), "%f %f %f", &k[0], &k[1], &k[2]) != 3) return;
+        material.colour = {colourByte(k[0]), colourByte(k[1]), colourByte(k[2]), 0};
+    }
+
+    static void readMap(std::string_view rest, ObjMaterial& material) {
         std::string word = takeWord(rest);
         if (word == "-s") {
             std::sscanf(takeWord(rest).c_str(), "%f", &material.su);
@@ -68,11 +76,11 @@ private:
             takeWord(rest); // depth
             word = takeWord(rest);
         }
-        if (!word.empty()) material.texture = cTextureCache::instance().load(directory_ + word);
+        if (!word.empty()) material.map = word;
     }
 
     std::string directory_;
-    cTextLines lines_;
+    std::unordered_map<std::string, ObjMaterial> materials_;
 };
 
 class cObjReader {
@@ -85,10 +93,10 @@ public:
             std::string_view rest = line;
             switch (line.empty() ? '\0' : line[0]) {
             case 'm':
-                if (takeWord(rest) == "mtllib") library_.open(directory_ + takeWord(rest));
+                if (takeWord(rest) == "mtllib") openLibrary(takeWord(rest));
                 break;
             case 'u':
-                if (takeWord(rest) == "usemtl") materialName_ = takeWord(rest);
+                if (takeWord(rest) == "usemtl") useMaterial(takeWord(rest));
                 break;
             case 'v':
                 readVertex(line);
@@ -108,6 +116,14 @@ private:
     struct Face {
         int32_t position[3] = {}, texCoord[3] = {};
     };
+
+    // A line without its name changes nothing.
+    void openLibrary(const std::string& name) {
+        if (!name.empty()) library_.open(directory_ + name);
+    }
+    void useMaterial(const std::string& name) {
+        if (!name.empty()) materialName_ = name;
+    }
 
     void readVertex(const std::string& line) {
         if (facesRead_) complete();
@@ -164,8 +180,8 @@ private:
         addFaces();
         const ObjMaterial material = library_.find(materialName_);
         object_.colour = material.colour;
-        object_.texture = material.texture;
-        object_.mode = material.texture >= 0 ? kModeTexture : kModeColour;
+        object_.texture = library_.loadTexture(material);
+        object_.mode = object_.texture >= 0 ? kModeTexture : kModeColour;
         for (TexCoord& t : object_.texCoords) {
             t.u *= material.su;
             t.v *= material.sv;

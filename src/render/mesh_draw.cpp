@@ -62,13 +62,14 @@ TexCoord cornerSecond(const cModelObject& o, size_t face, size_t corner) {
 
 /// Calls send(face, corner, vertex) for every corner in order inside one triangles block, then sends the
 /// position.
-template <typename Send> void sendCorners(const cModelObject& o, Send send) {
+template <typename Send>
+void sendCorners(const cModelObject& o, std::span<const cVector3> positions, Send send) {
     glBegin(GL_TRIANGLES);
     for (size_t f = 0; f < o.faces.size(); ++f) {
         for (size_t k = 0; k < 3; ++k) {
             const uint32_t v = o.faces[f][k];
             send(f, k, v);
-            const cVector3& p = o.positions[v];
+            const cVector3& p = positions[v];
             glVertex3f(p.x, p.y, p.z);
         }
     }
@@ -114,7 +115,7 @@ void endSecond() {
 /// The block with both units' coordinates, and fog coordinates when a fog is given.
 void sendTwoTextures(const cModelObject& o, const cVolumetricFog& fog) {
     const bool foggy = fog.enabled && gl.fogCoordf;
-    sendCorners(o, [&](size_t f, size_t k, uint32_t v) {
+    sendCorners(o, o.positions, [&](size_t f, size_t k, uint32_t v) {
         const TexCoord first = cornerCoord(o, f, k), second = cornerSecond(o, f, k);
         gl.multiTexCoord2f(kUnit0, first.u, first.v);
         gl.multiTexCoord2f(kUnit1, second.u, second.v);
@@ -137,7 +138,7 @@ void drawCelTextured(const cModelObject& o, std::span<const cVector3> positions,
         gl.clientActiveTexture(kUnit0);
         disableTexCoords();
     } else {
-        sendCorners(o, [&](size_t f, size_t k, uint32_t v) {
+        sendCorners(o, positions, [&](size_t f, size_t k, uint32_t v) {
             const TexCoord t = cornerCoord(o, f, k);
             gl.multiTexCoord2f(kUnit0, t.u, t.v);
             gl.multiTexCoord2f(kUnit1, shade[v], 0.0f);
@@ -188,7 +189,7 @@ void drawImmediate(const cModelObject& o) {
     if (nothingToDraw(o)) return;
     bindMaterial(o);
     const bool normals = o.hasNormals(), textured = !o.texCoords.empty();
-    sendCorners(o, [&](size_t f, size_t k, uint32_t v) {
+    sendCorners(o, o.positions, [&](size_t f, size_t k, uint32_t v) {
         if (normals) glNormal3f(o.vectors[v].x, o.vectors[v].y, o.vectors[v].z);
         if (!textured) return;
         const TexCoord t = cornerCoord(o, f, k);
@@ -211,14 +212,15 @@ void drawImmediateTwoTextures(const cModelObject& o, const cVolumetricFog& fog) 
 
 void drawTwoTextures(const cModelObject& o) {
     if (nothingToDraw(o)) return;
-    if (o.mode != kModeTwoTextures || !gl.hasMultitexture()) {
+    const bool arrays = isAligned(o, o.positions.size()) && isSecondAligned(o);
+    if (o.mode != kModeTwoTextures || !gl.hasMultitexture() || !(arrays || hasSecond(o))) {
         draw(o);
         return;
     }
     gl.activeTexture(kUnit0);
     bindMaterial(o);
     if (beginSecond(o)) glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_ADD);
-    if (isAligned(o, o.positions.size()) && isSecondAligned(o)) {
+    if (arrays) {
         gl.clientActiveTexture(kUnit0);
         enableTexCoords(o);
         gl.clientActiveTexture(kUnit1);
@@ -228,7 +230,7 @@ void drawTwoTextures(const cModelObject& o) {
         disableTexCoords();
         gl.clientActiveTexture(kUnit0);
         disableTexCoords();
-    } else if (hasSecond(o)) {
+    } else {
         sendTwoTextures(o, {});
     }
     gl.activeTexture(kUnit1);
@@ -239,9 +241,10 @@ void drawTwoTextures(const cModelObject& o) {
 void drawCel(cModelObject& o, const cVector3& light, bool directional, uint32_t ramp, bool recompute) {
     if (nothingToDraw(o)) return;
     if (recompute || o.shade.size() != o.positions.size()) {
-        const std::span<const cVector3> normals =
-            o.hasNormals() ? std::span<const cVector3>(o.vectors) : std::span<const cVector3>();
-        computeShade(o.positions, normals, light, directional, o.shade);
+        // With two textures too: what is drawn cel-shaded has had its normals computed, in every mode.
+        const bool normals = o.vectors.size() == o.positions.size();
+        computeShade(o.positions, std::span<const cVector3>(o.vectors).first(normals ? o.vectors.size() : 0),
+                     light, directional, o.shade);
     }
     if (o.mode != kModeColour && !gl.hasMultitexture()) {
         draw(o);
@@ -254,24 +257,30 @@ void drawPosed(const cAnimMesh& mesh, std::span<const cVector3> positions) {
     if (nothingToDraw(mesh, positions)) return;
     glFrontFace(GL_CW);
     bindMaterial(mesh);
-    if (isAligned(mesh, positions.size())) enableTexCoords(mesh);
-    drawElements(mesh, positions.data());
-    disableTexCoords();
+    if (isAligned(mesh, positions.size())) {
+        enableTexCoords(mesh);
+        drawElements(mesh, positions.data());
+        disableTexCoords();
+    } else {
+        sendCorners(mesh, positions, [&](size_t f, size_t k, uint32_t) {
+            const TexCoord t = cornerCoord(mesh, f, k);
+            glTexCoord2f(t.u, t.v);
+        });
+    }
     glFrontFace(GL_CCW);
 }
 
 void drawCelPosed(const cAnimMesh& mesh, std::span<const cVector3> positions,
                   std::span<const cVector3> normals, const cVector3& light, bool directional, uint32_t ramp) {
     if (nothingToDraw(mesh, positions)) return;
-    const bool textured = mesh.mode != kModeColour;
-    if (textured && (!gl.hasMultitexture() || !isAligned(mesh, positions.size()))) {
+    if (mesh.mode != kModeColour && !gl.hasMultitexture()) {
         drawPosed(mesh, positions);
         return;
     }
     std::vector<float> shade;
     computeShade(positions, normals, light, directional, shade);
     glFrontFace(GL_CW);
-    drawShaded(mesh, positions, shade, ramp, true);
+    drawShaded(mesh, positions, shade, ramp, isAligned(mesh, positions.size()));
     glFrontFace(GL_CCW);
 }
 

@@ -50,29 +50,35 @@ platform::Bytes bytesOf(const std::string& fileName) {
     return bytes;
 }
 
-/// One surface of one triangle, one tag, two frames.
-platform::Bytes md3(int32_t version = 15, uint32_t lastIndex = 2) {
+/// Surfaces u_0, u_1, … of one triangle each, one tag, two frames. What follows a name's zero is no part of
+/// it.
+platform::Bytes md3(int32_t version = 15, uint32_t lastIndex = 2, int32_t surfaces = 1, int32_t shaders = 1) {
     cBinaryWriter out;
     const int32_t surfaceAt = 108 + 2 * 56 + 2 * kTagBytes;
     out.raw("IDP3", 4);
     out.i32(version);
     out.fixedText("model", 64);
-    for (const int32_t v : {0, 2, 1, 1, 0, 108, 108 + 2 * 56, surfaceAt, 0}) out.i32(v);
+    for (const int32_t v : {0, 2, 1, surfaces, 0, 108, 108 + 2 * 56, surfaceAt, 0}) out.i32(v);
     for (int i = 0; i < 2 * 56; ++i) out.u8(0x77);
     for (int frame = 0; frame < 2; ++frame) {
-        out.fixedText("Tag_Torso", 64);
+        constexpr char kName[64] = "Tag_Torso\0_left over from a longer name";
+        out.raw(kName, sizeof kName);
         for (const float v : {1.f, 2.f, 3.f, 1.f, 0.f, 0.f, 0.f, 1.f, 0.f, 0.f, 0.f, 1.f}) out.f32(v);
     }
-    out.raw("IDP3", 4);
-    out.fixedText("u_body", 64);
-    // flags, frames, shaders, vertices, triangles, and where each section lies
-    for (const int32_t v : {0, 2, 1, 3, 1, 176, 108, 188, 212, 260}) out.i32(v);
-    out.fixedText("shader", 68);
-    for (const uint32_t i : {0u, 1u, lastIndex}) out.u32(i);
-    for (const float v : {0.f, 0.25f, 0.5f, 0.75f, 1.f, 1.f}) out.f32(v);
-    for (int frame = 0; frame < 2; ++frame) {
-        for (const int v : {64, -128, 32, 0, 128, -128, 32, 0, 64, -64, 32, 0})
-            out.u16(static_cast<uint16_t>(v));
+    for (int32_t surface = 0; surface < surfaces; ++surface) {
+        out.raw("IDP3", 4);
+        out.fixedText("u_" + std::to_string(surface), 64);
+        // flags, frames, shaders, vertices, triangles, and where each section lies
+        const int32_t faces = 108 + 68 * shaders;
+        for (const int32_t v : {0, 2, shaders, 3, 1, faces, 108, faces + 12, faces + 36, faces + 84})
+            out.i32(v);
+        for (int32_t i = 0; i < shaders; ++i) out.fixedText("shader", 68);
+        for (const uint32_t i : {0u, 1u, lastIndex}) out.u32(i);
+        for (const float v : {0.f, 0.25f, 0.5f, 0.75f, 1.f, 1.f}) out.f32(v);
+        for (int frame = 0; frame < 2; ++frame) {
+            for (const int v : {64, -128, 32, 0, 128, -128, 32, 0, 64, -64, 32, 0})
+                out.u16(static_cast<uint16_t>(v + 64 * surface));
+        }
     }
     return out.bytes();
 }
@@ -151,7 +157,7 @@ TEST_F(Parts, Md3Import) {
     EXPECT_EQ(mesh.texCoords[1].v, -0.75f);
     EXPECT_EQ(mesh.frameNormals[3], cVector3(0, 0, 1))
         << "the ordinary cross product, whatever the winding means";
-    EXPECT_EQ(read.currentMesh, "u_body");
+    EXPECT_EQ(read.currentMesh, "u_0");
     EXPECT_EQ(read.tagBlockSize, 2 * kTagBytes);
     EXPECT_EQ(read.findTag("TAG_TORSO"), 0);
     ASSERT_TRUE(writeCff(read, "x.cff"));
@@ -169,6 +175,25 @@ TEST_F(Parts, Md3Import) {
         platform::writeFile("y.md3", bytes);
         loadMd3(read, "y.md3");
     });
+}
+
+TEST_F(Parts, Md3OfSeveralSurfaces) {
+    platform::writeFile("x.md3", md3(15, 2, 3, 2));
+    ASSERT_TRUE(loadMd3(read, "x.md3"));
+    ASSERT_EQ(read.meshes.size(), 3u);
+    for (size_t i = 0; i < 3; ++i) {
+        const float moved = static_cast<float>(i);
+        EXPECT_EQ(read.meshes[i].positions[0], cVector3(1 + moved, -2 + moved, 0.5f + moved)) << i;
+        EXPECT_EQ(read.meshes[i].texCoords[1].u, 0.5f) << i;
+        EXPECT_EQ(read.meshes[i].faces[0], (FaceIndices{0, 1, 2})) << i;
+        EXPECT_EQ(read.meshTextures[i].meshName, "u_" + std::to_string(i));
+    }
+    EXPECT_EQ(read.currentMesh, "u_2");
+    game.write("dir/head.tga", kTga);
+    game.write("x.skin", "tag_head,\r\nu_1,models/none.tga\r\nu_2,models/players/head.tga\r\n");
+    ASSERT_TRUE(loadSkin(read, "dir", "x.skin"));
+    EXPECT_TRUE(TempGame::errors().empty()) << "only the last mesh's line counts";
+    EXPECT_EQ(cTextureCache::instance().fileName(read.meshes[0].texture), "dir/head.tga");
 }
 
 TEST_F(Parts, SkinNamesTheTextureOfEveryMesh) {
@@ -292,10 +317,11 @@ TEST_F(Characters, Md3SetNeedsSkinsAndAnimations) {
 }
 
 TEST_F(Characters, AnimationTable) {
-    std::string text = "// comment 1 2 3\r\nsex m\r\n";
+    std::string text = "// comment 1 2 3\r\nsex\tm\r\n\r\nheadoffset 0 0 0\r\nfootsteps normal\r\n";
     const auto add = [&](const char* kind, int count, int first) {
         for (int i = 0; i < count; ++i) {
-            text += std::to_string(first + i * 10) + "\t10 5 20\t// " + kind + std::to_string(i) + "\r\n";
+            text += std::to_string(first + i * 10) + "\t10 5 20\t// " + kind + std::to_string(i) +
+                    "\t\t(MUST NOT CHANGE -- 3 20 1)\r\n";
         }
     };
     add("BOTH_", 6, 0);

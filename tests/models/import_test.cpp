@@ -100,6 +100,52 @@ TEST_F(Import, ThreeDsFailures) {
     EXPECT_EQ(read3ds(file3ds(chunk(0x4000, zeroed("") + deep))), 0);
 }
 
+TEST_F(Import, ThreeDsOfAnotherMaker) {
+    const std::string smoothing = chunk(0x4150, number32(1) + number32(1));
+    const std::string faces = number16(1) + number16(0) + number16(1) + number16(2) + number16(7);
+    const std::string object =
+        zeroed("Box01") +
+        chunk(0x4100,
+              chunk(0x4110, number16(3) + floats({1, 2, 3, 4, 5, 6, 7, 8, 9})) +
+                  chunk(0x4111, number16(3) + std::string(6, '\0')) +
+                  chunk(0x4160, floats({1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0})) + chunk(0x4165, "\7") +
+                  chunk(0x4140, number16(3) + floats({0, 0.25f, 0.5f, 0.75f, 1, 1})) +
+                  chunk(0x4120,
+                        faces + chunk(0x4130, zeroed("shiny wall") + number16(1) + number16(0)) + smoothing));
+    const std::string shiny =
+        chunk(0xAFFF, chunk(0xA000, zeroed("shiny wall")) + chunk(0xA010, chunk(0x0011, "\1\1\1")) +
+                          chunk(0xA020, chunk(0x0011, "\x0A\x14\x1E") + chunk(0x0012, "\2\2\2")) +
+                          chunk(0xA100, number16(0)) +
+                          chunk(0xA200, chunk(0x0030, number16(100)) + chunk(0xA300, zeroed("A.TGA")) +
+                                            chunk(0xA351, number16(0))) +
+                          chunk(0xA230, chunk(0xA300, zeroed("bump.tga"))));
+    const std::string light = chunk(0x4000, zeroed("Omni01") + chunk(0x4600, floats({1, 2, 3})));
+    const std::string nodes = chunk(0xB002, chunk(0xB010, zeroed("Box01") + std::string(6, '\0')));
+    ASSERT_EQ(read3ds(chunk(0x4D4D, chunk(0x0002, number32(3)) +
+                                        chunk(0x3D3D, chunk(0x3D3E, number32(3)) + shiny +
+                                                          chunk(0x0100, floats({1})) + chunk(0x4000, object) +
+                                                          light) +
+                                        chunk(0xB000, chunk(0xB00A, number16(5)) + nodes)) +
+                      "trailing bytes"),
+              0);
+    ASSERT_EQ(model.objects.size(), 1u) << "a lamp is no mesh";
+    const cModelObject& o = model.objects[0];
+    EXPECT_EQ(o.faces, (std::vector<FaceIndices>{{0, 1, 2}}));
+    EXPECT_EQ(o.texCoords[2].u, 1.0f);
+    EXPECT_EQ(o.colour, (cColour4{10, 20, 30, 0}));
+    EXPECT_EQ(o.mode, kModeTexture);
+    EXPECT_TRUE(TempGame::errors().empty()) << "other maps are not loaded";
+}
+
+TEST_F(Import, ThreeDsNamesEndWithTheirChunk) {
+    const std::string open = chunk(0xAFFF, chunk(0xA000, "open") + chunk(0xA020, chunk(0x0011, "\1\2\3")));
+    ASSERT_EQ(read3ds(file3ds(open + mesh(chunk(0x4130, "open")))), 0);
+    ASSERT_EQ(model.objects.size(), 1u);
+    EXPECT_EQ(model.objects[0].colour, (cColour4{1, 2, 3, 0}));
+    ASSERT_EQ(read3ds(file3ds(mesh("") + chunk(0x4000, "open") + mesh(""))), 0);
+    EXPECT_EQ(model.objects.size(), 2u) << "a name without its zero spoils nothing behind it";
+}
+
 TEST_F(Import, ThreeDsDamageIsHarmless) {
     readDamaged({kGood.begin(), kGood.end()}, 3000, [&](const platform::Bytes& bytes) {
         read3ds({bytes.begin(), bytes.end()});
@@ -144,6 +190,48 @@ TEST_F(Import, ObjMaterialIsTheOneInForceAtTheNextVertex) {
     EXPECT_EQ(readObj("f 1 2 3\nv 1\nf 9999999999 -1 2\n" + std::string(600, 'g') + " v 1 1 1"), 0);
     EXPECT_TRUE(model.objects.empty());
     EXPECT_EQ(model.load("3ds\\none.obj", true), -1);
+}
+
+TEST_F(Import, ObjOfAnotherMaker) {
+    game.write("3ds/x.mtl", "# made elsewhere\r\nnewmtl wall\r\n\tNs 10\r\n\tKd 0.5 0.25 0.125\r\n"
+                            "\tillum 2\r\nnewmtl wall\r\nKd 0.75 0 0\r\nmap_Kd none.tga");
+    const std::string corners = "v 1 2 3\r\nv 0 0 0 1.0\r\nv  1.5e0 0 -0\r\n";
+    const std::string longLine = "# " + std::string(254, 'x') + "v 9 9 9 f 1 2 3\r\n";
+    const struct {
+        const char* what;
+        std::string text;
+        size_t objects;
+        uint8_t red;
+    } rows[] = {
+        {"a triangle", corners + "f 1 2 3\r\n", 1, 255},
+        {"no newline at the end", corners + "f 1 2 3", 1, 255},
+        {"other keywords",
+         "o Box\r\ng all\r\ns 1\r\n\r\nmg 1 0.5\r\n" + corners + "vn 0 0 1\r\nvp 1\r\nf 1 2 3\r\n", 1, 255},
+        {"a long line is one line", longLine + corners + longLine + "f 1 2 3\r\n" + longLine, 1, 255},
+        {"the first three corners of a quad", corners + "v 4 4 4\r\nf 1 2 3 4\r\n", 1, 255},
+        {"normals without coordinates", corners + "vn 0 0 1\r\nf 1//1 2//1 3//1\r\n", 0, 0},
+        {"three indices a corner", corners + "vt 0 0\r\nvn 0 0 1\r\nf 1/1/1 2/1/1 3/1/1\r\n", 0, 0},
+        {"backward indices", corners + "f -3 -2 -1\r\n", 0, 0},
+        {"the first block of a material", "mtllib x.mtl\r\nusemtl wall\r\n" + corners + "f 1 2 3\r\n", 1,
+         128},
+        {"names left out", "mtllib x.mtl\r\nmtllib\r\nusemtl wall\r\nusemtl \r\n" + corners + "f 1 2 3\r\n",
+         1, 128},
+        {"a library's name with a blank", "mtllib my x.mtl\r\nusemtl wall\r\n" + corners + "f 1 2 3\r\n", 1,
+         255},
+        {"no library", "mtllib none.mtl\r\nusemtl wall\r\n" + corners + "f 1 2 3\r\n", 1, 255},
+    };
+    for (const auto& row : rows) {
+        ASSERT_EQ(readObj(row.text), 0) << row.what;
+        ASSERT_EQ(model.objects.size(), row.objects) << row.what;
+        if (row.objects == 0) continue;
+        const cModelObject& o = model.objects[0];
+        EXPECT_EQ(o.positions[0], cVector3(1, 3, -2)) << row.what;
+        EXPECT_EQ(o.positions[2].x, 1.5f) << row.what;
+        EXPECT_EQ(o.faces, (std::vector<FaceIndices>{{0, 1, 2}})) << row.what;
+        EXPECT_EQ(o.colour.r, row.red) << row.what;
+        EXPECT_EQ(o.mode, kModeColour) << row.what;
+    }
+    EXPECT_TRUE(TempGame::errors().empty()) << "no picture was asked for";
 }
 
 TEST_F(Import, ObjDamageIsHarmless) {

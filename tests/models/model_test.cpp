@@ -158,6 +158,19 @@ TEST_F(CpmFile, NamesAreCutToWhatTheirLengthByteHolds) {
     }
 }
 
+TEST_F(CpmFile, EmptyObjectsAreRead) {
+    cModel model;
+    for (const uint8_t mode : {kModeColour, kModeTwoTextures}) {
+        model.objects = {cModelObject{}};
+        model.objects[0].mode = mode;
+        ASSERT_TRUE(model.saveCpm("x.cpm"));
+        ASSERT_EQ(model.load("x.cpm", true), 0) << int{mode};
+        ASSERT_EQ(model.objects.size(), 1u);
+        EXPECT_EQ(model.objects[0].mode, mode);
+        EXPECT_TRUE(model.objects[0].positions.empty() && model.objects[0].faces.empty());
+    }
+}
+
 TEST_F(CpmFile, DamageIsRefusedAndNeverFollowed) {
     cModel model;
     model.objects = {triangle(1), textured(a, 255), twoTextured(a, b)};

@@ -1,6 +1,7 @@
 #include "render/mesh_draw.h"
 
 #include "models/character_pose.h"
+#include "models/model.h"
 #include "platform/gl_api.h"
 #include "render/texture_cache.h"
 #include "support/gl_window.h"
@@ -75,6 +76,49 @@ TEST_F(MeshDraw, ShadeIsKeptUntilToldToRecompute) {
     EXPECT_EQ(pixel(0, 0), 0x808080u);
 }
 
+TEST_F(MeshDraw, CelShadingTakesComputedNormalsInEveryMode) {
+    for (const uint8_t mode : {kModeTexture, kModeTwoTextures}) {
+        cModel model;
+        model.objects = {strip(-1, 1)};
+        model.objects[0].mode = mode;
+        model.objects[0].texture = plainTexture(255, 255, 255);
+        model.objects[0].vectors.clear();
+        model.computeNormals();
+        meshDraw::drawCel(model.objects, {0, 0, 1}, true, ramp, true);
+        EXPECT_EQ(pixel(0, 0), 0xFFFFFFu) << int{mode};
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+}
+
+TEST_F(MeshDraw, PosedMeshesWithTooFewCoordinatesAreSentByCorner) {
+    cAnimMesh mesh;
+    static_cast<cModelObject&>(mesh) = strip(-1, 1);
+    for (FaceIndices& f : mesh.faces) std::swap(f[1], f[2]); // clockwise
+    mesh.faceTexCoords = {{1, 1, 1}, {1, 1, 1}};
+    mesh.texCoords = {{0, 0}, {0.75f, 0.75f}};
+    mesh.verticesPerFrame = 4;
+    mesh.mode = kModeTexture;
+    const uint8_t pixels[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255}; // white at three quarters
+    mesh.texture = cTextureCache::instance().create(2, 2, 24, pixels);
+    std::vector<cVector3> posed = mesh.positions;
+    for (cVector3& p : posed) p.x = p.x / 2 + 0.5f; // the right half
+    glTexCoord2f(0, 0);
+    glEnable(GL_CULL_FACE);
+    const auto shown = [&] {
+        EXPECT_EQ(pixel(-0.5f, 0), 0u) << "the pose counts";
+        const uint32_t result = pixel(0.5f, 0);
+        glClear(GL_COLOR_BUFFER_BIT);
+        return result & 255;
+    };
+    meshDraw::drawPosed(mesh, posed);
+    const uint32_t plain = shown();
+    EXPECT_GT(plain, 0xE0u);
+    meshDraw::drawCelPosed(mesh, posed, mesh.vectors, {0, 0, 1}, true, ramp);
+    EXPECT_EQ(shown(), plain);
+    meshDraw::drawCelPosed(mesh, posed, mesh.vectors, {0, 0, -1}, true, ramp);
+    EXPECT_NEAR(static_cast<int>(shown()), static_cast<int>(plain) / 2, 2);
+}
+
 TEST_F(MeshDraw, StateIsLeftAsItWas) {
     cModelObject two = strip(-1, 1);
     two.mode = kModeTwoTextures;
@@ -140,6 +184,10 @@ TEST_F(MeshDraw, SecondTexturesModulateOrAdd) {
     glClear(GL_COLOR_BUFFER_BIT);
     meshDraw::drawTwoTextures(o);
     EXPECT_EQ(pixel(0, 0), 0xC832FFu);
+    o.vectors.clear();
+    glClear(GL_COLOR_BUFFER_BIT);
+    meshDraw::drawTwoTextures(o);
+    EXPECT_EQ(pixel(0, 0), 0x6400FFu) << "nothing to lay on top";
 }
 
 TEST_F(MeshDraw, FogCoordinatesFollowTheHeight) {
