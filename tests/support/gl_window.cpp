@@ -58,7 +58,9 @@ int GlTest::stencil(float x, float y) {
 }
 
 #ifdef __SANITIZE_ADDRESS__
-/// Drivers stay loaded to the end: the leak report can name no library that is gone, so none of its leaks could be
-/// told from ours.
-extern "C" __attribute__((visibility("default"))) int dlclose(void*) { return 0; }
+/// Drivers stay loaded to the end: the leak report can name no library that is gone, so none of its leaks
+/// could be told from ours.
+extern "C" __attribute__((visibility("default"))) int dlclose(void*) {
+    return 0;
+}
 #endif
