@@ -103,10 +103,9 @@ struct Surface {
     Colour (*paint)(float x, float y);
 };
 constexpr Surface kSurfaces[] = {
-    {"src_mdl/ground.tga", ground}, {"src_mdl/plaster.tga", plaster}, {"src_mdl/planks.tga", planks},
-    {"src_mdl/mannequin/wood.tga", beams},
-    {"src_mdl/beams.tga", beams},   {"src_mdl/stone.tga", stone},     {"src_mdl/thatch.tga", thatch},
-    {"src_mdl/cloth.tga", cloth},   {"src_mdl/rock.tga", rock},
+    {"src_mdl/ground.tga", ground},        {"src_mdl/plaster.tga", plaster}, {"src_mdl/planks.tga", planks},
+    {"src_mdl/mannequin/wood.tga", beams}, {"src_mdl/beams.tga", beams},     {"src_mdl/stone.tga", stone},
+    {"src_mdl/thatch.tga", thatch},        {"src_mdl/cloth.tga", cloth},     {"src_mdl/rock.tga", rock},
 };
 } // namespace
 

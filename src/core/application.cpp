@@ -55,7 +55,9 @@ void drawStartBackground() {
 
 cApplication::cApplication(RunOptions options) : options_(std::move(options)) {}
 
-cApplication::~cApplication() { shutdown(); }
+cApplication::~cApplication() {
+    shutdown();
+}
 
 int cApplication::run() {
     if (!start()) return 1;
@@ -140,7 +142,8 @@ void cApplication::makeRamp() const {
     for (const auto& step : kRampSteps) {
         for (int i = step.first; i < kRampTexels; ++i) texels[i][0] = texels[i][1] = texels[i][2] = step.grey;
     }
-    cWorld::instance().celRamp = static_cast<uint32_t>(cRenderer::instance().createTexture1D(texels, kRampTexels));
+    cWorld::instance().celRamp =
+        static_cast<uint32_t>(cRenderer::instance().createTexture1D(texels, kRampTexels));
 }
 
 bool cApplication::startLevel() {
@@ -151,7 +154,8 @@ bool cApplication::startLevel() {
     world.saveGame();
     cRenderer::instance().drawLoadingScreen();
     if (world.loadLevel(options_.level) < 0) {
-        platform::tellTerminal("The level \"" + options_.level + "\" cannot be loaded; quorvane.html says why.");
+        platform::tellTerminal("The level \"" + options_.level +
+                               "\" cannot be loaded; quorvane.html says why.");
         return false;
     }
     state_ = STATE_GAME;
@@ -193,13 +197,13 @@ void cApplication::gameFrame() {
     takePictures();
     renderer.beginFrame();
     cFrustum::instance().update();
-    world.update(dt_, &state_);                     // poses first: objects read them
-    cObjectMgr::instance().update(dt_, &state_);    // controllers post their moves
-    cPhysicsWorld::instance().step(dt_, state_);    // moves are resolved, touches become events
+    world.update(dt_, &state_);                  // poses first: objects read them
+    cObjectMgr::instance().update(dt_, &state_); // controllers post their moves
+    cPhysicsWorld::instance().step(dt_, state_); // moves are resolved, touches become events
     cEventMgr::instance().process(dt_, &state_);
     cAudioMgr::instance().update();
     world.updateCameraOrCinematic(dt_, &state_);
-    cFrustum::instance().update();                  // the camera has moved
+    cFrustum::instance().update(); // the camera has moved
     world.drawLevel();
     cObjectMgr::instance().draw(world.isPlayerVisible(), world.viewInfo());
     world.drawEnvironment();

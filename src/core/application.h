@@ -11,7 +11,7 @@ class cModel;
 
 /// What the command line asks of a windowed run.
 struct RunOptions {
-    std::string level, spawn; ///< start there at once; empty: intro and menu
+    std::string level, spawn;  ///< start there at once; empty: intro and menu
     int width = 0, height = 0; ///< 0: as configured
     bool fast = false;
     struct Screenshot {
@@ -19,7 +19,8 @@ struct RunOptions {
         uint32_t frame; ///< counted from the first presented one
     };
     std::vector<Screenshot> screenshots;
-    /// Called before each game frame's input is read, with the number of game frames so far; may push SDL events.
+    /// Called before each game frame's input is read, with the number of game frames so far; may push SDL
+    /// events.
     std::function<void(uint32_t gameFrame, GameState* state)> script;
 };
 

@@ -9,10 +9,10 @@
 #include <algorithm>
 
 namespace {
-constexpr float kDegreesPerLook = 25;   ///< of the third-person camera
-constexpr float kWalkWithin = 50;       ///< degrees off the course at which walking still pays
-constexpr float kFacing = 2;           ///< degrees
-constexpr float kFastestTurn = 5;       ///< degrees a frame
+constexpr float kDegreesPerLook = 25; ///< of the third-person camera
+constexpr float kWalkWithin = 50;     ///< degrees off the course at which walking still pays
+constexpr float kFacing = 2;          ///< degrees
+constexpr float kFastestTurn = 5;     ///< degrees a frame
 constexpr float kRadiansToDegrees = 57.29578f;
 
 void pushKey(int key, bool down) {
@@ -35,8 +35,12 @@ void cAutoPlayer::setHeld(int command, bool held) {
     pushKey(cInputMgr::instance().bindings.getBinding(command), held);
 }
 
-void cAutoPlayer::press(int command) { setHeld(command, true); }
-void cAutoPlayer::release(int command) { setHeld(command, false); }
+void cAutoPlayer::press(int command) {
+    setHeld(command, true);
+}
+void cAutoPlayer::release(int command) {
+    setHeld(command, false);
+}
 
 void cAutoPlayer::look(int dx, int dy) {
     const int w = static_cast<int>(cRenderer::instance().getWidth());
@@ -66,7 +70,9 @@ float cAutoPlayer::turn(const cVector3& way) {
     return toTheRight;
 }
 
-bool cAutoPlayer::turnTowards(const cVector3& point) { return std::fabs(turn(wayTo(point))) < kFacing; }
+bool cAutoPlayer::turnTowards(const cVector3& point) {
+    return std::fabs(turn(wayTo(point))) < kFacing;
+}
 
 bool cAutoPlayer::walkTowards(const cVector3& point, float reach) {
     const cVector3 way = wayTo(point);

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-/// Plays by pressing the bound keys and moving the mouse, as a person would: it sets no position and no state.
-/// Everything it pushes is seen by the next pump.
+/// Plays by pressing the bound keys and moving the mouse, as a person would: it sets no position and no
+/// state. Everything it pushes is seen by the next pump.
 class cAutoPlayer {
 public:
     void press(int command);
@@ -12,8 +12,8 @@ public:
     void look(int dx, int dy); ///< pixels, right and up
     /// Once a frame: turns the camera towards the point. True when it faces it within two degrees.
     bool turnTowards(const cVector3& point);
-    /// Once a frame: turns the camera and walks towards the point. True when the hero stands within `reach` of it
-    /// (heights do not count) or when there is no hero; the keys are then released.
+    /// Once a frame: turns the camera and walks towards the point. True when the hero stands within `reach`
+    /// of it (heights do not count) or when there is no hero; the keys are then released.
     bool walkTowards(const cVector3& point, float reach = 0.4f);
 
 private:

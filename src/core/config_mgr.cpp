@@ -58,9 +58,15 @@ void cConfigFile::parseLine(std::string_view line) {
         return;
     }
     switch (classify(value)) {
-    case Type::text: texts_[key] = value; break;
-    case Type::real: floats_[key] = static_cast<float>(std::atof(value.c_str())); break;
-    case Type::integer: ints_[key] = std::atoi(value.c_str()); break;
+    case Type::text:
+        texts_[key] = value;
+        break;
+    case Type::real:
+        floats_[key] = static_cast<float>(std::atof(value.c_str()));
+        break;
+    case Type::integer:
+        ints_[key] = std::atoi(value.c_str());
+        break;
     }
 }
 
@@ -96,7 +102,9 @@ cConfigMgr& cConfigMgr::instance() {
     return *g_instance;
 }
 
-void cConfigMgr::destroy() { g_instance.reset(); }
+void cConfigMgr::destroy() {
+    g_instance.reset();
+}
 
 const cConfigFile& cConfigMgr::section(std::string_view name) {
     const auto it = sections_.find(name);
@@ -106,6 +114,12 @@ const cConfigFile& cConfigMgr::section(std::string_view name) {
     return file;
 }
 
-int32_t cConfigMgr::getInt(std::string_view key, std::string_view sec) { return section(sec).getInt(key); }
-float cConfigMgr::getFloat(std::string_view key, std::string_view sec) { return section(sec).getFloat(key); }
-std::string cConfigMgr::getString(std::string_view key, std::string_view sec) { return section(sec).getString(key); }
+int32_t cConfigMgr::getInt(std::string_view key, std::string_view sec) {
+    return section(sec).getInt(key);
+}
+float cConfigMgr::getFloat(std::string_view key, std::string_view sec) {
+    return section(sec).getFloat(key);
+}
+std::string cConfigMgr::getString(std::string_view key, std::string_view sec) {
+    return section(sec).getString(key);
+}

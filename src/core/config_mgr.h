@@ -11,8 +11,8 @@ struct TextHash {
 };
 template <typename Value> using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
 
-/// One parsed "<section>.cfg": lines of KEY, blanks, value. The value's characters decide its type. A look-up that
-/// fails or needs a conversion writes an error row each time.
+/// One parsed "<section>.cfg": lines of KEY, blanks, value. The value's characters decide its type. A look-up
+/// that fails or needs a conversion writes an error row each time.
 class cConfigFile {
 public:
     /// Empties the maps and reads the file; a missing one is logged and leaves them empty.

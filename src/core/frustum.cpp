@@ -20,7 +20,9 @@ cFrustum& cFrustum::instance() {
     return *g_instance;
 }
 
-void cFrustum::destroy() { g_instance.reset(); }
+void cFrustum::destroy() {
+    g_instance.reset();
+}
 
 void cFrustum::update() {
     if (!platform::hasGlContext()) return;
@@ -34,7 +36,8 @@ void cFrustum::update(const float* m, const float* p) {
     float k[4][4];
     for (int i = 0; i < 4; ++i) {
         for (int j = 0; j < 4; ++j) {
-            k[i][j] = m[i * 4] * p[j] + m[i * 4 + 1] * p[4 + j] + m[i * 4 + 2] * p[8 + j] + m[i * 4 + 3] * p[12 + j];
+            k[i][j] = m[i * 4] * p[j] + m[i * 4 + 1] * p[4 + j] + m[i * 4 + 2] * p[8 + j] +
+                      m[i * 4 + 3] * p[12 + j];
         }
     }
     for (int n = 0; n < 6; ++n) {

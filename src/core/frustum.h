@@ -1,8 +1,8 @@
 #pragma once
 #include "core/vector3.h"
 
-/// The six planes of the view volume, from OpenGL's projection and modelview matrices. Valid for the matrices in
-/// force at the last update.
+/// The six planes of the view volume, from OpenGL's projection and modelview matrices. Valid for the matrices
+/// in force at the last update.
 class cFrustum {
 public:
     enum Result : int { kInside = 0, kOutside = 1, kStraddles = 2 };

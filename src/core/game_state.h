@@ -1,7 +1,8 @@
 #pragma once
 #include <cstdint>
 
-/// What runs in a frame. Held by the application and handed to whoever may change it. The value 2 is not used.
+/// What runs in a frame. Held by the application and handed to whoever may change it. The value 2 is not
+/// used.
 enum GameState : int32_t {
     STATE_GAME = 0,
     STATE_QUIT = 1,

@@ -5,7 +5,9 @@ constexpr double kInsideAngle = 6.220353627204895; ///< 0.99 × 2π in single pr
 constexpr float kParallel = 0.00001f;              ///< 1 − cos² below which two axes count as parallel
 
 /// Clamped to the segment's parameter range, measured from p1 towards p0.
-float clampToLength(float t, float length) { return t < 0 ? 0 : t > length ? length : t; }
+float clampToLength(float t, float length) {
+    return t < 0 ? 0 : t > length ? length : t;
+}
 } // namespace
 
 cVector3 closestPointOnSegment(const cSegment& s, const cVector3& p) {

@@ -47,6 +47,6 @@ struct cPlane {
 cVector3 closestPointOnSegment(const cSegment& s, const cVector3& p);
 /// Squared distance between two segments, exact also for parallel and zero-length ones.
 float segmentDistanceSq(const cSegment& a, const cSegment& b);
-/// True when the angles between p and consecutive corners add up to at least 0.99 of a full turn. An angle that
-/// is no number means outside.
+/// True when the angles between p and consecutive corners add up to at least 0.99 of a full turn. An angle
+/// that is no number means outside.
 bool pointInTriangle(const cVector3& p, const cVector3& a, const cVector3& b, const cVector3& c);

@@ -17,9 +17,13 @@ cLogMgr* g_instance = nullptr;
 bool g_terminal = false;
 cLogMgr::Listener g_listener = nullptr;
 
-void fileProblem(const std::string& sentence) { cLogMgr::instance().error(sentence); }
+void fileProblem(const std::string& sentence) {
+    cLogMgr::instance().error(sentence);
+}
 
-std::string today() { return logDate(platform::monthDayYear()); }
+std::string today() {
+    return logDate(platform::monthDayYear());
+}
 } // namespace
 
 std::string logDate(const std::string& monthDayYear) {
@@ -48,8 +52,12 @@ void cLogMgr::destroy() {
     g_instance = nullptr;
 }
 
-void cLogMgr::useTerminal(bool on) { g_terminal = on; }
-void cLogMgr::setListener(Listener listener) { g_listener = listener; }
+void cLogMgr::useTerminal(bool on) {
+    g_terminal = on;
+}
+void cLogMgr::setListener(Listener listener) {
+    g_listener = listener;
+}
 
 cLogMgr::cLogMgr() {
     if (g_terminal) return;
@@ -103,18 +111,24 @@ void cLogMgr::row(Level level, const char* message) {
 #pragma GCC diagnostic pop
 }
 
-void cLogMgr::debug(const std::string& message) { row(Level::debug, message.c_str()); }
-void cLogMgr::info(const std::string& message) { row(Level::info, message.c_str()); }
-void cLogMgr::error(const std::string& message) { row(Level::error, message.c_str()); }
+void cLogMgr::debug(const std::string& message) {
+    row(Level::debug, message.c_str());
+}
+void cLogMgr::info(const std::string& message) {
+    row(Level::info, message.c_str());
+}
+void cLogMgr::error(const std::string& message) {
+    row(Level::error, message.c_str());
+}
 
-#define QUORVANE_LOG_FORMATTED(name)                                                                                  \
-    void cLogMgr::name(const char* format, ...) {                                                                     \
-        char buffer[kRowBuffer];                                                                                      \
-        va_list args;                                                                                                 \
-        va_start(args, format);                                                                                       \
-        std::vsnprintf(buffer, sizeof buffer, format, args);                                                          \
-        va_end(args);                                                                                                 \
-        row(Level::name, buffer);                                                                                     \
+#define QUORVANE_LOG_FORMATTED(name)                                                                         \
+    void cLogMgr::name(const char* format, ...) {                                                            \
+        char buffer[kRowBuffer];                                                                             \
+        va_list args;                                                                                        \
+        va_start(args, format);                                                                              \
+        std::vsnprintf(buffer, sizeof buffer, format, args);                                                 \
+        va_end(args);                                                                                        \
+        row(Level::name, buffer);                                                                            \
     }
 QUORVANE_LOG_FORMATTED(debug)
 QUORVANE_LOG_FORMATTED(info)

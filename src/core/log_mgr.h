@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <string>
 
-/// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. Rows are written
-/// as they come. When the page cannot be opened rows are lost and the program runs on.
+/// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. Rows are
+/// written as they come. When the page cannot be opened rows are lost and the program runs on.
 class cLogMgr {
 public:
     enum class Level : uint8_t { debug, info, error };

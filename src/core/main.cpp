@@ -28,9 +28,13 @@ struct CommandLine {
 void declare(CLI::App& app, CommandLine& line) {
     app.add_option("--level", line.level, "Start in this level at once");
     app.add_option("--spawn", line.spawn, "Spawn point for --level (default: hut)");
-    app.add_option("--exec", line.exec, "Run a console line without a window; may be repeated")->take_all()->expected(1);
+    app.add_option("--exec", line.exec, "Run a console line without a window; may be repeated")
+        ->take_all()
+        ->expected(1);
     app.add_option("--check", line.check, "Compile level documents and print every message");
-    app.add_option("--data", line.data, "Directory or archive with game data; may be repeated")->take_all()->expected(1);
+    app.add_option("--data", line.data, "Directory or archive with game data; may be repeated")
+        ->take_all()
+        ->expected(1);
     app.add_option("--user", line.user, "Directory for settings, saved heroes and the log");
     app.add_option("--window", line.window, "Window size, for example 1024x768");
     app.add_option("--fixed-step", line.fixedStep, "Virtual clock: milliseconds that each frame takes");
@@ -54,7 +58,8 @@ bool isGameData(const std::filesystem::path& dir) {
 std::string defaultUserDir() {
     if (isGameData(".") && access(".", W_OK) == 0) return ".";
     if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg) return std::string(xdg) + "/quorvane";
-    if (const char* home = std::getenv("HOME"); home && *home) return std::string(home) + "/.local/share/quorvane";
+    if (const char* home = std::getenv("HOME"); home && *home)
+        return std::string(home) + "/.local/share/quorvane";
     return ".";
 }
 
@@ -81,15 +86,17 @@ int checkDocuments(const std::vector<std::string>& files) {
         CmlReport report;
         report.quiet = true;
         document.load(file, cmlLookups(), report);
-        for (const CmlReport::Row& row : report.rows) std::printf("%s:%d: %s\n", file.c_str(), row.line, row.message.c_str());
+        for (const CmlReport::Row& row : report.rows)
+            std::printf("%s:%d: %s\n", file.c_str(), row.line, row.message.c_str());
         if (!report.rows.empty()) status = 1;
     }
     return status;
 }
 
 bool parseWindow(const std::string& text, RunOptions& run) {
-    return text.empty() || (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= 320 &&
-                            run.height >= 240 && run.width <= 16384 && run.height <= 16384);
+    return text.empty() ||
+           (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= 320 &&
+            run.height >= 240 && run.width <= 16384 && run.height <= 16384);
 }
 
 bool parseScreenshot(const std::string& text, RunOptions& run) {
@@ -129,7 +136,8 @@ int main(int argc, char** argv) {
     platform::allowRealPaths(tool);
     cLogMgr::useTerminal(tool);
     if (!tool && !platform::fileExists("window.cfg")) {
-        return fail("There is no game data here. Start the game with ./play, or name the data with --data DIR.");
+        return fail(
+            "There is no game data here. Start the game with ./play, or name the data with --data DIR.");
     }
     if (line.fixedStep) platform::useFixedStep(line.fixedStep);
     if (line.seed >= 0) platform::lockRandomSeed(static_cast<uint32_t>(line.seed));

@@ -4,7 +4,9 @@ namespace {
 constexpr float kDegreesToRadians = 0.017453292f;
 } // namespace
 
-cMatrix4 cMatrix4::identity() { return {{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}; }
+cMatrix4 cMatrix4::identity() {
+    return {{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+}
 
 cMatrix4 cMatrix4::perspective(float fovDegrees, float aspect, float nearPlane, float farPlane) {
     const float f = 1.0f / std::tan(fovDegrees * kDegreesToRadians / 2);
@@ -21,15 +23,21 @@ cMatrix4 cMatrix4::scale(const cVector3& v) {
     return {{v.x, 0, 0, 0, 0, v.y, 0, 0, 0, 0, v.z, 0, 0, 0, 0, 1}};
 }
 
-cMatrix4 cMatrix4::rotationX(float degrees) { return rotation({1, 0, 0}, degrees); }
-cMatrix4 cMatrix4::rotationY(float degrees) { return rotation({0, 1, 0}, degrees); }
-cMatrix4 cMatrix4::rotationZ(float degrees) { return rotation({0, 0, 1}, degrees); }
+cMatrix4 cMatrix4::rotationX(float degrees) {
+    return rotation({1, 0, 0}, degrees);
+}
+cMatrix4 cMatrix4::rotationY(float degrees) {
+    return rotation({0, 1, 0}, degrees);
+}
+cMatrix4 cMatrix4::rotationZ(float degrees) {
+    return rotation({0, 0, 1}, degrees);
+}
 
 cMatrix4 cMatrix4::rotation(const cVector3& a, float degrees) {
     const float angle = -degrees * kDegreesToRadians;
     const float c = std::cos(angle), s = std::sin(angle), k = 1 - c;
-    return {{a.x * a.x * k + c, a.y * a.x * k + a.z * s, a.x * a.z * k - a.y * s, 0,           //
-             a.x * a.y * k - a.z * s, a.y * a.y * k + c, a.y * a.z * k + a.x * s, 0,           //
+    return {{a.x * a.x * k + c, a.y * a.x * k + a.z * s, a.x * a.z * k - a.y * s, 0, //
+             a.x * a.y * k - a.z * s, a.y * a.y * k + c, a.y * a.z * k + a.x * s, 0, //
              a.x * a.z * k + a.y * s, a.y * a.z * k - a.x * s, a.z * a.z * k + c, 0, 0, 0, 0, 1}};
 }
 

@@ -17,7 +17,8 @@ struct cMatrix4 {
     /// `axis` must have unit length.
     static cMatrix4 rotation(const cVector3& axis, float degrees);
     /// Columns right, up, back and origin.
-    static cMatrix4 basis(const cVector3& right, const cVector3& up, const cVector3& back, const cVector3& origin);
+    static cMatrix4 basis(const cVector3& right, const cVector3& up, const cVector3& back,
+                          const cVector3& origin);
     /// Flattens points onto the plane n·x + d = 0 along the lines from `light` (a point).
     static cMatrix4 planarShadow(const cVector3& planeNormal, float planeD, const cVector3& light);
 

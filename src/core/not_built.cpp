@@ -6,5 +6,6 @@
 
 void reportNotBuilt(const std::string& operation) {
     static std::set<std::string> reported;
-    if (reported.insert(operation).second) cLogMgr::instance().error("%s is not built yet", operation.c_str());
+    if (reported.insert(operation).second)
+        cLogMgr::instance().error("%s is not built yet", operation.c_str());
 }

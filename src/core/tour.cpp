@@ -25,8 +25,8 @@ constexpr struct {
                      {"jump", CMD_JUMP},       {"zoom_in", CMD_ZOOM_IN}, {"zoom_out", CMD_ZOOM_OUT},
                      {"view", CMD_TOGGLE_VIEW}};
 
-/// One line: "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY FRAMES" (pixels a frame),
-/// "picture NAME". Lines are carried out one after another.
+/// One line: "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY FRAMES" (pixels a
+/// frame), "picture NAME". Lines are carried out one after another.
 struct Step {
     std::string act, name;
     int command = 0, dx = 0, dy = 0;
@@ -77,7 +77,8 @@ bool readScript(std::vector<Step>& steps) {
 
 class Tour {
 public:
-    Tour(std::string directory, std::vector<Step> steps) : directory_(std::move(directory)), steps_(std::move(steps)) {}
+    Tour(std::string directory, std::vector<Step> steps)
+        : directory_(std::move(directory)), steps_(std::move(steps)) {}
 
     /// Carries out steps until one takes the whole frame.
     void playFrame() {
@@ -126,7 +127,8 @@ private:
     bool walkDone(const Step& step) {
         if (player_.walkTowards(step.point)) return true;
         if (elapsed_ < kLongestWalk) return false;
-        std::printf("The way to %g, %g is blocked.\n", static_cast<double>(step.point.x), static_cast<double>(step.point.z));
+        std::printf("The way to %g, %g is blocked.\n", static_cast<double>(step.point.x),
+                    static_cast<double>(step.point.z));
         player_.release(CMD_FORWARD);
         return true;
     }

@@ -40,5 +40,9 @@ struct cVector3 {
     constexpr float operator[](int axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
 };
 
-constexpr cVector3 operator*(float s, const cVector3& v) { return v * s; }
-inline cVector3 lerp(const cVector3& a, const cVector3& b, float t) { return a + (b - a) * t; }
+constexpr cVector3 operator*(float s, const cVector3& v) {
+    return v * s;
+}
+inline cVector3 lerp(const cVector3& a, const cVector3& b, float t) {
+    return a + (b - a) * t;
+}

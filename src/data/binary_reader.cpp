@@ -50,8 +50,8 @@ uint16_t cBinaryReader::u16() {
 uint32_t cBinaryReader::u32() {
     uint8_t b[4];
     raw(b, 4);
-    return static_cast<uint32_t>(b[0]) | static_cast<uint32_t>(b[1]) << 8 | static_cast<uint32_t>(b[2]) << 16 |
-           static_cast<uint32_t>(b[3]) << 24;
+    return static_cast<uint32_t>(b[0]) | static_cast<uint32_t>(b[1]) << 8 |
+           static_cast<uint32_t>(b[2]) << 16 | static_cast<uint32_t>(b[3]) << 24;
 }
 
 float cBinaryReader::f32() {
@@ -125,4 +125,6 @@ void cBinaryWriter::fixedText(const std::string& text, size_t size) {
     bytes_.insert(bytes_.end(), size - n, 0);
 }
 
-void cBinaryWriter::zeroText(const std::string& text) { raw(text.c_str(), text.size() + 1); }
+void cBinaryWriter::zeroText(const std::string& text) {
+    raw(text.c_str(), text.size() + 1);
+}

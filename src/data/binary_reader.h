@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-/// Bounds-checked little-endian reader over a whole file in memory. A read past the end gives zeros and makes the
-/// reader bad for good; ask once at the end.
+/// Bounds-checked little-endian reader over a whole file in memory. A read past the end gives zeros and makes
+/// the reader bad for good; ask once at the end.
 class cBinaryReader {
 public:
     explicit cBinaryReader(const std::string& fileName) : open_(platform::readFile(fileName, bytes_)) {}
@@ -21,7 +21,8 @@ public:
     /// Goes bad when the position lies behind the end.
     void seek(size_t position);
     void skip(size_t count);
-    /// Whether `count` records of at least `bytesEach` can still come; goes bad when not. Ask before any sizing.
+    /// Whether `count` records of at least `bytesEach` can still come; goes bad when not. Ask before any
+    /// sizing.
     bool canHold(int64_t count, size_t bytesEach);
 
     uint8_t u8();

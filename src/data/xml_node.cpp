@@ -149,7 +149,9 @@ private:
 
 cXmlNode::~cXmlNode() = default;
 
-std::unique_ptr<cXmlNode> cXmlNode::makeChild() const { return std::make_unique<cXmlNode>(); }
+std::unique_ptr<cXmlNode> cXmlNode::makeChild() const {
+    return std::make_unique<cXmlNode>();
+}
 
 int cXmlNode::load(const std::string& fileName) {
     platform::Bytes bytes;

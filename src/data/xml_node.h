@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// Element tree of the game's small XML dialect: elements, attributes (quoted, bare, or a name alone that means
-/// TRUE), text, comments inside content. No prologs, entities or CDATA.
+/// Element tree of the game's small XML dialect: elements, attributes (quoted, bare, or a name alone that
+/// means TRUE), text, comments inside content. No prologs, entities or CDATA.
 class cXmlNode {
 public:
     enum Kind : int32_t { kPlain = 0, kCml = 1 };
@@ -17,8 +17,8 @@ public:
     cXmlNode(const cXmlNode&) = delete;
     cXmlNode& operator=(const cXmlNode&) = delete;
 
-    /// Parses a file into this (empty) node. 0, or −1 when it cannot be read or is malformed; the tree then holds
-    /// what was read so far and errorLine() the line where reading ended.
+    /// Parses a file into this (empty) node. 0, or −1 when it cannot be read or is malformed; the tree then
+    /// holds what was read so far and errorLine() the line where reading ended.
     int load(const std::string& fileName);
     int parse(const uint8_t* bytes, size_t size);
     /// Value text, empty when absent. The reference lives as long as the node.

@@ -11,7 +11,9 @@ namespace {
 constexpr float kOrbitDegrees = 25; ///< per unit of look input
 constexpr cVector3 kUp(0, 1, 0);
 
-float setting(const char* key) { return cConfigMgr::instance().getFloat(key, "camera"); }
+float setting(const char* key) {
+    return cConfigMgr::instance().getFloat(key, "camera");
+}
 } // namespace
 
 void cCamera::basis(cVector3& eye, cVector3& direction, cVector3& up, cVector3& right) {
@@ -44,7 +46,8 @@ void cCamera::computeFrame(cVector3& direction, cVector3& up, cVector3& right) {
 void cCamera::loadMatrix(const cVector3& direction, const cVector3& up, const cVector3& right) const {
     if (!platform::hasGlContext()) return;
     const cVector3 back = -direction;
-    const float rows[16] = {right.x, up.x, back.x, 0, right.y, up.y, back.y, 0, right.z, up.z, back.z, 0, 0, 0, 0, 1};
+    const float rows[16] = {right.x, up.x, back.x, 0, right.y, up.y, back.y, 0,
+                            right.z, up.z, back.z, 0, 0,       0,    0,      1};
     glMultMatrixf(rows);
     glTranslatef(-eye_.x, -eye_.y, -eye_.z);
 }
@@ -81,7 +84,8 @@ void cCamera::rotate(float dx, float dy) {
         // The matrix helper negates its angles: passing the positive angle turns right-handedly by −25 · d.
         const cVector3 side = forward_.cross(kUp).normalized();
         const cVector3& axis = side.lengthSq() > 0 ? side : right_; // straight up or down there is no side
-        if (axis.lengthSq() > 0) view_ = cMatrix4::rotation(axis, kOrbitDegrees * dy).transformDirection(view_);
+        if (axis.lengthSq() > 0)
+            view_ = cMatrix4::rotation(axis, kOrbitDegrees * dy).transformDirection(view_);
         view_ = cMatrix4::rotationY(kOrbitDegrees * dx).transformDirection(view_);
     }
 }
@@ -89,7 +93,9 @@ void cCamera::rotate(float dx, float dy) {
 void cCamera::freeMove(cBindings& bindings) {
     const float step = setting("FREE_SPEED");
     const cVector3 side = view_.cross(kUp);
-    const auto pressed = [&](int command) { return bindings.isCommandTriggered(command + kFirstPersonCommands); };
+    const auto pressed = [&](int command) {
+        return bindings.isCommandTriggered(command + kFirstPersonCommands);
+    };
     if (pressed(CMD_FORWARD)) offset_ += view_ * step;
     if (pressed(CMD_BACK)) offset_ -= view_ * step;
     if (pressed(CMD_RIGHT)) offset_ += side * step;

@@ -9,11 +9,11 @@ public:
     cCamera() : cObject(kCamera) {}
 
     // Per frame.
-    void apply();                         ///< loads the view into the modelview matrix
-    void place();                         ///< the same without OpenGL
-    void freeMove(cBindings& bindings);   ///< keyboard flight of the detached camera
-    void rotate(float dx, float dy);      ///< look input, scaled by the sensitivity
-    void zoom(float delta);               ///< third person only
+    void apply();                       ///< loads the view into the modelview matrix
+    void place();                       ///< the same without OpenGL
+    void freeMove(cBindings& bindings); ///< keyboard flight of the detached camera
+    void rotate(float dx, float dy);    ///< look input, scaled by the sensitivity
+    void zoom(float delta);             ///< third person only
     /// A view set from outside (cinematics): loads it and stores the eye.
     void applyLookAt(const cVector3& position, const cVector3& lookAt, const cVector3& up);
 
@@ -40,11 +40,12 @@ private:
     void computeFrame(cVector3& direction, cVector3& up, cVector3& right);
     void loadMatrix(const cVector3& direction, const cVector3& up, const cVector3& right) const;
 
-    /// Following: look-at point (third person) or eye (first person) relative to the object. Detached: the eye.
+    /// Following: look-at point (third person) or eye (first person) relative to the object. Detached: the
+    /// eye.
     cVector3 offset_;
     cVector3 stored_; ///< `view_` of the other mode
-    /// Third person: eye relative to the look-at point. First person: added to the object's direction (pitch).
-    /// Detached: viewing direction.
+    /// Third person: eye relative to the look-at point. First person: added to the object's direction
+    /// (pitch). Detached: viewing direction.
     cVector3 view_;
     cVector3 forward_, right_, eye_;
     cObject* target_ = nullptr;

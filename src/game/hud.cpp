@@ -18,7 +18,9 @@ void cHud::loadHud() {
     crosshairTexture = loadOrFail("img\\crosshair.tga");
 }
 
-void cHud::showStats() { statsTimer = cConfigMgr::instance().getInt("SHOW_TIME", "inventory"); }
+void cHud::showStats() {
+    statsTimer = cConfigMgr::instance().getInt("SHOW_TIME", "inventory");
+}
 
 void cHud::apply(const cInputSettings& settings) {
     crosshairOn = (settings.options & kOptionCrosshair) != 0;
@@ -35,6 +37,6 @@ void cHud::drawCrosshair(int width, int height) const {
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(crosshairTexture));
     glColor4ubv(crosshairColour.data());
-    drawRectangle(cx - kCrosshairHalf, cy - kCrosshairHalf, cx + kCrosshairHalf, cy + kCrosshairHalf, s, t, s + 0.5f,
-                  t + 0.5f);
+    drawRectangle(cx - kCrosshairHalf, cy - kCrosshairHalf, cx + kCrosshairHalf, cy + kCrosshairHalf, s, t,
+                  s + 0.5f, t + 0.5f);
 }

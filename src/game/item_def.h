@@ -7,7 +7,7 @@
 /// A kind of thing that the hero can carry.
 struct cItemDef {
     std::string name;
-    int32_t weaponType = 0; ///< 0 no weapon, 1 ballistic, 2 projectile, 3 close range
+    int32_t weaponType = 0;                  ///< 0 no weapon, 1 ballistic, 2 projectile, 3 close range
     int32_t attackLength = 0, fireFrame = 0; ///< updates
     bool charge = false;
     // Of what a projectile weapon throws. World units and updates.
@@ -17,5 +17,6 @@ struct cItemDef {
     bool explodes = false;
     int32_t hitSound = 0; ///< hash of the sound's name, 0 for none
     int32_t damage = 0;
-    float damageRadius = 0, damageFalloff = 0; ///< full damage within the first, down to none along the second
+    float damageRadius = 0,
+          damageFalloff = 0; ///< full damage within the first, down to none along the second
 };

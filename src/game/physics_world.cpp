@@ -16,10 +16,18 @@ constexpr float kWalkable = 0.6f;        ///< least y of the normal of ground th
 
 std::unique_ptr<cPhysicsWorld> g_instance;
 
-cMove scaled(const cMove& m, float s) { return {m.p0 * s, m.p1 * s}; }
-cMove vertical(float y) { return {{0, y, 0}, {0, y, 0}}; }
-cMove difference(const cCapsule& to, const cCapsule& from) { return {to.p0 - from.p0, to.p1 - from.p1}; }
-cCapsule movedBy(const cCapsule& k, const cMove& m) { return k.moved(m.p0, m.p1); }
+cMove scaled(const cMove& m, float s) {
+    return {m.p0 * s, m.p1 * s};
+}
+cMove vertical(float y) {
+    return {{0, y, 0}, {0, y, 0}};
+}
+cMove difference(const cCapsule& to, const cCapsule& from) {
+    return {to.p0 - from.p0, to.p1 - from.p1};
+}
+cCapsule movedBy(const cCapsule& k, const cMove& m) {
+    return k.moved(m.p0, m.p1);
+}
 
 void removeComponent(cMove& m, const cVector3& n) {
     m.p0 -= n * n.dot(m.p0);
@@ -44,7 +52,9 @@ cPhysicsWorld& cPhysicsWorld::instance() {
     return *g_instance;
 }
 
-void cPhysicsWorld::destroy() { g_instance.reset(); }
+void cPhysicsWorld::destroy() {
+    g_instance.reset();
+}
 
 bool cPhysicsWorld::loadCollision(const std::string& fileName) {
     if (fileName == collisionFile_) return true;
@@ -93,7 +103,8 @@ void cPhysicsWorld::refreshOwners() {
         if (!body.owner) continue;
         body.owner->body = &body;
         body.shape.update();
-        if (body.owner->boundingRadius == 0) body.owner->boundingRadius = body.shape.length / 2 + body.shape.radius;
+        if (body.owner->boundingRadius == 0)
+            body.owner->boundingRadius = body.shape.length / 2 + body.shape.radius;
     }
 }
 
@@ -170,7 +181,8 @@ void cPhysicsWorld::stepSweptGrounded(size_t index) {
 }
 
 /// Along the contact plane, level, from where the body stands.
-void cPhysicsWorld::slide(cCollisionBody& body, cMove m, cVector3 contact, const cVector3& ground, bool steep) {
+void cPhysicsWorld::slide(cCollisionBody& body, cMove m, cVector3 contact, const cVector3& ground,
+                          bool steep) {
     removeComponent(m, contact);
     m.p0.y = 0;
     m.p1.y = 0;

@@ -7,15 +7,16 @@
 #include <string>
 #include <vector>
 
-/// Moves every physical object through the level's collision geometry and against the others. There is no time step:
-/// a request is the displacement of one frame. Refused moves reach the owner's controller and the event queue.
+/// Moves every physical object through the level's collision geometry and against the others. There is no
+/// time step: a request is the displacement of one frame. Refused moves reach the owner's controller and the
+/// event queue.
 class cPhysicsWorld {
 public:
     static cPhysicsWorld& instance();
     static void destroy();
 
-    /// Reads the octree unless it is the one in force. False, with a row in the log, when the file is missing (the
-    /// old geometry stays) or damaged (it is gone).
+    /// Reads the octree unless it is the one in force. False, with a row in the log, when the file is missing
+    /// (the old geometry stays) or damaged (it is gone).
     bool loadCollision(const std::string& fileName);
     void setGeometry(const cModel& model, int minFaces, int maxGenerations); ///< for built scenes
     const cOctree& octree() const { return octree_; }
@@ -31,7 +32,9 @@ public:
     float sweep(const cCapsule& capsule, const cMove& move, const MeshList& meshes, cVector3& normal) const {
         return sweepMeshes(capsule, move, meshes, normal);
     }
-    bool overlaps(const cCapsule& capsule, const MeshList& meshes) const { return overlapsMeshes(capsule, meshes); }
+    bool overlaps(const cCapsule& capsule, const MeshList& meshes) const {
+        return overlapsMeshes(capsule, meshes);
+    }
     bool touchesGeometry(const cVector3& centre, float radius) const;
 
 private:

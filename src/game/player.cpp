@@ -14,25 +14,54 @@
 namespace {
 constexpr float kLeastMove = 0.01f;
 constexpr float kLeastVectorSq = 0.0000001f;
-constexpr float kAirControl = 0.2f;  ///< of the body's radius, per update
-constexpr float kFallMargin = 0.1f;  ///< the body's radius less this is the fastest fall
+constexpr float kAirControl = 0.2f;     ///< of the body's radius, per update
+constexpr float kFallMargin = 0.1f;     ///< the body's radius less this is the fastest fall
 constexpr int32_t kScreenHoldOff = 250; ///< ms between two steps in the inventory and in conversations
 constexpr float kFirstPersonTurn = 50;  ///< degrees per unit of look input
 constexpr float kKeyTurn = 1000;        ///< degrees per unit of sensitivity
 constexpr cVector3 kUp(0, 1, 0);
 
 constexpr const char* kAnimationKeys[] = {
-    "IDLE",         "WALK",          "RUN",           "JUMP",           "JUMPDOWN",         "CROUCH",
-    "CROUCHIDLE",   "CROUCHWALK",    "STAND",         "DEATH1",         "FALL",             "PISTOLSHOOT",
-    "PISTOLRELOAD", "PISTOLDOWN",    "PISTOLUP",      "PISTOLHIT2",     "BODYHIT1",         "BODYHIT2",
-    "CROSSBOWSHOOT", "CROSSBOWRELOAD", "CROSSBOWDOWN", "CROSSBOWUP",    "CROSSBOWHIT",      "SNIPERRIFLESHOOT",
-    "SNIPERRIFLERELOAD", "SNIPERRIFLEDOWN", "SNIPERRIFLEUP", "SNIPERRIFLEHIT", "ROCKTHROW", "ROCKDOWN",
+    "IDLE",
+    "WALK",
+    "RUN",
+    "JUMP",
+    "JUMPDOWN",
+    "CROUCH",
+    "CROUCHIDLE",
+    "CROUCHWALK",
+    "STAND",
+    "DEATH1",
+    "FALL",
+    "PISTOLSHOOT",
+    "PISTOLRELOAD",
+    "PISTOLDOWN",
+    "PISTOLUP",
+    "PISTOLHIT2",
+    "BODYHIT1",
+    "BODYHIT2",
+    "CROSSBOWSHOOT",
+    "CROSSBOWRELOAD",
+    "CROSSBOWDOWN",
+    "CROSSBOWUP",
+    "CROSSBOWHIT",
+    "SNIPERRIFLESHOOT",
+    "SNIPERRIFLERELOAD",
+    "SNIPERRIFLEDOWN",
+    "SNIPERRIFLEUP",
+    "SNIPERRIFLEHIT",
+    "ROCKTHROW",
+    "ROCKDOWN",
     "ROCKUP",
 };
 
-float movement(const char* key) { return cConfigMgr::instance().getFloat(key, "movement"); }
+float movement(const char* key) {
+    return cConfigMgr::instance().getFloat(key, "movement");
+}
 
-float clampAround(float value, float limit) { return value > limit ? limit : value < -limit ? -limit : value; }
+float clampAround(float value, float limit) {
+    return value > limit ? limit : value < -limit ? -limit : value;
+}
 } // namespace
 
 cPlayer::cPlayer(cObject* owner)
@@ -47,7 +76,8 @@ cPlayer::cPlayer(cObject* owner)
 }
 
 cCharacterPose* cPlayer::pose() const {
-    return owner_->getVisualKind() == cObject::kAnimated ? &static_cast<cAnimatedObject*>(owner_)->pose() : nullptr;
+    return owner_->getVisualKind() == cObject::kAnimated ? &static_cast<cAnimatedObject*>(owner_)->pose()
+                                                         : nullptr;
 }
 
 void cPlayer::forget(const cObject* object) {
@@ -60,13 +90,20 @@ bool cPlayer::pressed(int command) const {
 
 void cPlayer::update(uint32_t elapsedMs, GameState* state) {
     switch (*state) {
-    case STATE_CINEMATIC: updateCinematic(); break;
-    case STATE_INVENTORY: updateInventory(); break;
-    case STATE_DIALOGUE: updateDialogue(elapsedMs, state); break;
+    case STATE_CINEMATIC:
+        updateCinematic();
+        break;
+    case STATE_INVENTORY:
+        updateInventory();
+        break;
+    case STATE_DIALOGUE:
+        updateDialogue(elapsedMs, state);
+        break;
     case STATE_GAME:
         if (active_) updatePlay(elapsedMs);
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -96,7 +133,10 @@ void cPlayer::updateInventory() {
 void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
     static constexpr struct {
         int command, other, step;
-    } kChoice[] = {{CMD_FORWARD, CMD_LEFT, -1}, {CMD_LEFT, CMD_FORWARD, -1}, {CMD_BACK, CMD_RIGHT, 1}, {CMD_RIGHT, CMD_BACK, 1}};
+    } kChoice[] = {{CMD_FORWARD, CMD_LEFT, -1},
+                   {CMD_LEFT, CMD_FORWARD, -1},
+                   {CMD_BACK, CMD_RIGHT, 1},
+                   {CMD_RIGHT, CMD_BACK, 1}};
     cBindings& keys = input_.bindings;
     cDialogue& dialogue = cDialogue::instance();
     if (keys.isCommandTriggered(CMD_USE)) {
@@ -148,13 +188,15 @@ bool cPlayer::look() {
 
 /// The matrix helper applies angles negated, which is clockwise seen from above.
 void cPlayer::turnOwner(float degreesClockwise) {
-    owner_->setDirection(cMatrix4::rotationY(degreesClockwise).transformDirection(owner_->getDirection()).normalized());
+    owner_->setDirection(
+        cMatrix4::rotationY(degreesClockwise).transformDirection(owner_->getDirection()).normalized());
 }
 
 bool cPlayer::died() {
     const cCharacterPose* p = pose();
     // 0: no animation was ever set, or the death has no name.
-    if (!p || p->getCurrentAnimation() == 0 || p->getCurrentAnimation() != animations_[kAnimDeath]) return false;
+    if (!p || p->getCurrentAnimation() == 0 || p->getCurrentAnimation() != animations_[kAnimDeath])
+        return false;
     if (!p->isPlaying()) {
         active_ = false;
         cWorld::instance().levelChangePending = 1;
@@ -169,14 +211,17 @@ void cPlayer::useTouched() {
     refreshSelected();
 }
 
-void cPlayer::refreshSelected() { selectedItem_ = cWorld::instance().inventory.selectedItem(); }
+void cPlayer::refreshSelected() {
+    selectedItem_ = cWorld::instance().inventory.selectedItem();
+}
 
 void cPlayer::chargeOrFire(uint32_t elapsedMs) {
     constexpr int32_t kProjectileWeapon = 2;
     const int fire = CMD_FIRE + viewCommands_;
     if (charge_ > 0 && attackFrame_ == -1) {
         if (input_.bindings.isCommandDown(fire)) {
-            charge_ = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(charge_) + elapsedMs, maxHold_));
+            charge_ =
+                static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(charge_) + elapsedMs, maxHold_));
         } else {
             attackFrame_ = 0;
         }
@@ -293,7 +338,7 @@ void cPlayer::animate(Gait gait) {
     static constexpr struct {
         Animation animation;
         bool looping, onGround;
-    } kByGait[] = {{kAnimIdle, true, true},  {kAnimWalk, true, true},  {kAnimRun, true, true},
+    } kByGait[] = {{kAnimIdle, true, true},   {kAnimWalk, true, true},  {kAnimRun, true, true},
                    {kAnimJump, false, false}, {kAnimIdle, true, false}, {kAnimFall, true, false}};
     const cCharacterPose* p = pose();
     if (!p || gait == kSink) return; // the jump runs on while the hero sinks

@@ -34,7 +34,14 @@ private:
     enum Gait { kIdle, kWalk, kRun, kRise, kSink, kFall };
     /// Rows of section "animation", in stored order.
     enum Animation {
-        kAnimIdle, kAnimWalk, kAnimRun, kAnimJump, kAnimDeath = 9, kAnimFall = 10, kAnimHit1 = 16, kAnimHit2 = 17,
+        kAnimIdle,
+        kAnimWalk,
+        kAnimRun,
+        kAnimJump,
+        kAnimDeath = 9,
+        kAnimFall = 10,
+        kAnimHit1 = 16,
+        kAnimHit2 = 17,
         kAnimCount = 31,
     };
 

@@ -6,12 +6,14 @@ namespace {
 constexpr float kParallelToPlane = 0.0001f;
 constexpr float kShortestFraction = 0.1f; ///< shorter partial moves are not made
 constexpr float kBlocked = 0.01f;
-constexpr float kBackStep = 0.001f;    ///< how far before its end the penetration of an edge is measured again
-constexpr float kEdgeSlack = 0.05f;    ///< radius added when an edge contact is confirmed
-constexpr float kVertexSlack = 1.05f;  ///< factor on the squared radius
-constexpr float kInsideReach = 0.01f;  ///< the inside test reaches less than this part of an edge beyond it
+constexpr float kBackStep = 0.001f;   ///< how far before its end the penetration of an edge is measured again
+constexpr float kEdgeSlack = 0.05f;   ///< radius added when an edge contact is confirmed
+constexpr float kVertexSlack = 1.05f; ///< factor on the squared radius
+constexpr float kInsideReach = 0.01f; ///< the inside test reaches less than this part of an edge beyond it
 
-int sign(float v) { return v > 0 ? 1 : v < 0 ? -1 : 0; }
+int sign(float v) {
+    return v > 0 ? 1 : v < 0 ? -1 : 0;
+}
 
 cCapsule movedBy(const cCapsule& k, const cMove& m, float fraction) {
     return k.moved(m.p0 * fraction, m.p1 * fraction);
@@ -166,7 +168,8 @@ template <typename Test> bool anyTriangle(const MeshList& meshes, const Test& te
     for (const cModel* mesh : meshes) {
         for (const cModelObject& object : mesh->objects) {
             for (const FaceIndices& f : object.faces) {
-                if (test({object.positions[f[0]], object.positions[f[1]], object.positions[f[2]]})) return true;
+                if (test({object.positions[f[0]], object.positions[f[1]], object.positions[f[2]]}))
+                    return true;
             }
         }
     }
@@ -210,7 +213,8 @@ bool overlapsMeshes(const cCapsule& capsule, const MeshList& meshes) {
 }
 
 bool sphereTouchesMeshes(const cVector3& centre, float radius, const MeshList& meshes) {
-    return anyTriangle(meshes, [&](const cVector3(&v)[3]) { return sphereTouchesTriangle(centre, radius, v); });
+    return anyTriangle(meshes,
+                       [&](const cVector3(&v)[3]) { return sphereTouchesTriangle(centre, radius, v); });
 }
 
 bool capsuleTouchesSegment(const cCapsule& capsule, const cSegment& segment) {

@@ -22,7 +22,9 @@ std::string format(const char* pattern) {
 }
 } // namespace
 
-uint32_t ticks() { return g_step ? g_virtualTicks : SDL_GetTicks(); }
+uint32_t ticks() {
+    return g_step ? g_virtualTicks : SDL_GetTicks();
+}
 
 void sleepMs(uint32_t ms) {
     if (!g_step) SDL_Delay(ms);
@@ -33,8 +35,16 @@ void useFixedStep(uint32_t ms) {
     g_virtualTicks = 0;
 }
 
-bool isFixedStep() { return g_step != 0; }
-void framePresented() { g_virtualTicks += g_step; }
-std::string timeOfDay() { return format("%H:%M:%S"); }
-std::string monthDayYear() { return format("%m/%d/%y"); }
+bool isFixedStep() {
+    return g_step != 0;
+}
+void framePresented() {
+    g_virtualTicks += g_step;
+}
+std::string timeOfDay() {
+    return format("%H:%M:%S");
+}
+std::string monthDayYear() {
+    return format("%m/%d/%y");
+}
 } // namespace platform

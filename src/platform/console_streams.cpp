@@ -32,5 +32,7 @@ void redirectConsoleStreams() {
     redirect(STDERR_FILENO, "stderr.txt");
 }
 
-void tellTerminal(const std::string& sentence) { dprintf(g_terminal, "%s\n", sentence.c_str()); }
+void tellTerminal(const std::string& sentence) {
+    dprintf(g_terminal, "%s\n", sentence.c_str());
+}
 } // namespace platform

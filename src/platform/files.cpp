@@ -13,7 +13,8 @@ namespace {
 constexpr uint64_t kLargestFile = 1ull << 30;
 
 std::string g_userDir;
-int g_mounts = 0; ///< each root is mounted at "/<index>", so that the first root wins whatever its names' case
+int g_mounts =
+    0; ///< each root is mounted at "/<index>", so that the first root wins whatever its names' case
 bool g_realPaths = false;
 void (*g_listener)(const std::string&) = nullptr;
 
@@ -78,7 +79,8 @@ std::string resolve(const std::string& name) {
     for (int mount = 0; mount < g_mounts; ++mount) {
         const std::string path = resolveInMount(mount, parts);
         PHYSFS_Stat stat;
-        if (!path.empty() && PHYSFS_stat(path.c_str(), &stat) && stat.filetype == PHYSFS_FILETYPE_REGULAR) return path;
+        if (!path.empty() && PHYSFS_stat(path.c_str(), &stat) && stat.filetype == PHYSFS_FILETYPE_REGULAR)
+            return path;
     }
     return {};
 }
@@ -169,8 +171,12 @@ void closeFileSystem() {
     g_userDir.clear();
 }
 
-void allowRealPaths(bool allowed) { g_realPaths = allowed; }
-void setFileProblemListener(void (*listener)(const std::string&)) { g_listener = listener; }
+void allowRealPaths(bool allowed) {
+    g_realPaths = allowed;
+}
+void setFileProblemListener(void (*listener)(const std::string&)) {
+    g_listener = listener;
+}
 
 bool fileExists(const std::string& name) {
     if (!resolve(name).empty()) return true;
@@ -184,7 +190,8 @@ bool readFile(const std::string& name, Bytes& out) {
     if (path.empty()) {
         if (g_realPaths) return readRealFile(name, out);
         std::vector<std::string> parts;
-        if (!name.empty() && !splitName(name, parts)) report("The file name \"" + name + "\" leads out of the game data");
+        if (!name.empty() && !splitName(name, parts))
+            report("The file name \"" + name + "\" leads out of the game data");
         return false;
     }
     PHYSFS_File* file = PHYSFS_openRead(path.c_str());
@@ -215,14 +222,19 @@ bool writeFile(const std::string& name, const Bytes& bytes) {
     return ok;
 }
 
-std::string userPath(const std::string& name) { return writePath(name); }
+std::string userPath(const std::string& name) {
+    return writePath(name);
+}
 
-size_t lastSeparator(const std::string& name) { return name.find_last_of("\\/"); }
+size_t lastSeparator(const std::string& name) {
+    return name.find_last_of("\\/");
+}
 
 bool equalIgnoringCase(const std::string& a, const std::string& b) {
     if (a.size() != b.size()) return false;
     for (size_t i = 0; i < a.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
+        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+            return false;
     }
     return true;
 }

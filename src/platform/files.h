@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-/// The program's one file opener. Names are taken as the data gives them: backslashes or slashes, any case. The
-/// user directory is searched first, then each data directory (folder or zip) in order. A name that is absolute or
-/// climbs out with ".." is not found.
+/// The program's one file opener. Names are taken as the data gives them: backslashes or slashes, any case.
+/// The user directory is searched first, then each data directory (folder or zip) in order. A name that is
+/// absolute or climbs out with ".." is not found.
 namespace platform {
 using Bytes = std::vector<uint8_t>;
 

@@ -34,6 +34,10 @@ void fetchGlExtensions() {
     if (hasExtension("GL_EXT_fog_coord")) fetch(gl.fogCoordf, "glFogCoordfEXT");
 }
 
-bool hasGlContext() { return g_hasContext; }
-void setGlContext(bool present) { g_hasContext = present; }
+bool hasGlContext() {
+    return g_hasContext;
+}
+void setGlContext(bool present) {
+    g_hasContext = present;
+}
 } // namespace platform

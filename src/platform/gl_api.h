@@ -16,10 +16,11 @@ struct GlExtensions {
 };
 extern GlExtensions gl;
 
-/// Looks the entry points up. Needs a current context; an address alone proves nothing, so the extension string
-/// decides.
+/// Looks the entry points up. Needs a current context; an address alone proves nothing, so the extension
+/// string decides.
 void fetchGlExtensions();
-/// True between a successful mode set and the release of its resources. Without a context GL must not be called.
+/// True between a successful mode set and the release of its resources. Without a context GL must not be
+/// called.
 bool hasGlContext();
 void setGlContext(bool present);
 } // namespace platform

@@ -7,7 +7,8 @@ bool g_locked = false;
 } // namespace
 
 int32_t randomNumber() {
-    // Linear congruential generator of Numerical Recipes (Knuth/Lewis constants); the high bits are the good ones.
+    // Linear congruential generator of Numerical Recipes (Knuth/Lewis constants); the high bits are the good
+    // ones.
     g_state = g_state * 1664525u + 1013904223u;
     return static_cast<int32_t>(g_state >> 17);
 }

@@ -19,8 +19,9 @@ constexpr const char* kNotFound = "Cannot find image \"%s\"";
 constexpr const char* kCorrupt = "File \"%s\" is invalid or corrupt";
 constexpr const char* kCorruptRaw = "File %s is invalid or corrupt";
 
-/// Appends run-length packets to `pixels` up to `size` bytes; null when all is well, else the row to log. A packet
-/// that runs past the last pixel is clipped. The array grows with what was read: a header alone reserves nothing.
+/// Appends run-length packets to `pixels` up to `size` bytes; null when all is well, else the row to log. A
+/// packet that runs past the last pixel is clipped. The array grows with what was read: a header alone
+/// reserves nothing.
 const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, uint64_t size, size_t pixelBytes) {
     while (pixels.size() < size) {
         if (in.left() == 0) return kCorrupt;
@@ -48,7 +49,8 @@ const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, uint64_t size
 int cImage::load(const std::string& fileName) {
     pixels_.clear();
     width_ = height_ = 0;
-    const bool isBmp = fileName.find(".bmp") != std::string::npos || fileName.find(".BMP") != std::string::npos;
+    const bool isBmp =
+        fileName.find(".bmp") != std::string::npos || fileName.find(".BMP") != std::string::npos;
     const int result = isBmp ? loadBmp(fileName) : loadTga(fileName);
     if (result != 0) {
         pixels_.clear();
@@ -62,7 +64,8 @@ void cImage::swapChannels(int a, int b) {
     if (a < 0 || b < 0 || a >= channels || b >= channels || a == b) return;
     const auto step = static_cast<size_t>(channels);
     uint8_t* p = pixels_.data();
-    for (size_t i = 0; i + step <= pixels_.size(); i += step) std::swap(p[i + static_cast<size_t>(a)], p[i + static_cast<size_t>(b)]);
+    for (size_t i = 0; i + step <= pixels_.size(); i += step)
+        std::swap(p[i + static_cast<size_t>(a)], p[i + static_cast<size_t>(b)]);
 }
 
 int cImage::loadTga(const std::string& fileName) {
@@ -85,9 +88,11 @@ int cImage::loadTga(const std::string& fileName) {
     if (type == 2) {
         if (count * pixelBytes > in.left()) return fail(kCorrupt, fileName);
         pixels_.resize(count * pixelBytes);
-        for (size_t row = 0; row < rows; ++row) in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
+        for (size_t row = 0; row < rows; ++row)
+            in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
     } else {
-        if (const char* problem = decodeRuns(in, pixels_, count * pixelBytes, pixelBytes)) return fail(problem, fileName);
+        if (const char* problem = decodeRuns(in, pixels_, count * pixelBytes, pixelBytes))
+            return fail(problem, fileName);
         for (size_t row = 0; row < rows / 2; ++row) {
             uint8_t* low = pixels_.data() + row * rowBytes;
             std::swap_ranges(low, low + rowBytes, pixels_.data() + (rows - 1 - row) * rowBytes);
@@ -108,7 +113,8 @@ int cImage::loadBmp(const std::string& fileName) {
     in.seek(28);
     const uint32_t format = in.u32(); // bit count, and above it the low half of the compression
     if (!in.good()) return fail(kCorrupt, fileName);
-    if (format != 8 && format != 24) return fail("\"%s\": Cannot handle BMP images not using 8 or 24 bpp", fileName);
+    if (format != 8 && format != 24)
+        return fail("\"%s\": Cannot handle BMP images not using 8 or 24 bpp", fileName);
     uint8_t palette[256][4] = {};
     if (format == 8) {
         in.seek(54);

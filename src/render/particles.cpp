@@ -16,7 +16,9 @@ std::unique_ptr<cExplosion> g_burst;
 std::unique_ptr<cSmoke> g_smoke;
 bool g_running = false;
 
-float R() { return platform::randomSigned(); }
+float R() {
+    return platform::randomSigned();
+}
 
 /// Each component drawn in order x, y, z.
 cVector3 randomTimes(const cVector3& v) {
@@ -51,7 +53,9 @@ void cParticleSystem::fillWobble(uint32_t columns, float divisor) {
     }
 }
 
-void cParticleSystem::remove(uint32_t index) { particles_[index] = particles_[--count_]; }
+void cParticleSystem::remove(uint32_t index) {
+    particles_[index] = particles_[--count_];
+}
 
 void cParticleSystem::draw() {
     if (!platform::hasGlContext()) return;
@@ -192,7 +196,9 @@ void tickEffects() {
     }
 }
 
-bool effectsRunning() { return g_running; }
+bool effectsRunning() {
+    return g_running;
+}
 
 void destroyEffects() {
     g_burst.reset();

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-/// A cloud of camera-facing textured quads. Filled once after construction and never re-emitted; a system updates
-/// and draws until its last particle is gone. Textures belong to the cache.
+/// A cloud of camera-facing textured quads. Filled once after construction and never re-emitted; a system
+/// updates and draws until its last particle is gone. Textures belong to the cache.
 class cParticleSystem {
 public:
     cParticleSystem(uint32_t maxCount, const cVector3& origin, float sizeValue);

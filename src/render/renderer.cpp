@@ -89,7 +89,8 @@ void cRenderer::initGl() {
     glViewport(0, 0, width_, height_);
     platform::fetchGlExtensions();
     if (!platform::gl.hasMultitexture()) {
-        cLogMgr::instance().error("Could not load extensions for multi-texture support! Get a new graphics card!");
+        cLogMgr::instance().error(
+            "Could not load extensions for multi-texture support! Get a new graphics card!");
     }
     if (!platform::gl.fogCoordf) {
         cLogMgr::instance().error("Graphics card does not support volumetric fog! Get a new one!");
@@ -199,7 +200,8 @@ void cRenderer::print(int x, int y, float scale, uint8_t glyphSet, const char* f
     font_.draw(x, y, scale, glyphSet, text);
 }
 
-void cRenderer::printWrapped(int x, int y, float scale, uint8_t glyphSet, int maxWidth, const char* format, ...) {
+void cRenderer::printWrapped(int x, int y, float scale, uint8_t glyphSet, int maxWidth, const char* format,
+                             ...) {
     va_list args;
     va_start(args, format);
     const std::string text = formatText(kTextBuffer, format, args);
@@ -218,7 +220,9 @@ void cRenderer::addDebugText(const char* format, ...) {
     va_end(args);
 }
 
-int32_t cRenderer::loadTexture(const std::string& fileName) { return cTextureCache::instance().load(fileName); }
+int32_t cRenderer::loadTexture(const std::string& fileName) {
+    return cTextureCache::instance().load(fileName);
+}
 
 int32_t cRenderer::createTexture(int width, int height, int bpp, const void* pixels) {
     return cTextureCache::instance().create(width, height, bpp, pixels);
@@ -228,9 +232,13 @@ int32_t cRenderer::createTexture1D(const void* texels, int width) {
     return cTextureCache::instance().create1D(texels, width);
 }
 
-std::string cRenderer::textureFileName(int32_t texture) const { return cTextureCache::instance().fileName(texture); }
+std::string cRenderer::textureFileName(int32_t texture) const {
+    return cTextureCache::instance().fileName(texture);
+}
 
-void drawRectangle(float x0, float y0, float x1, float y1) { drawRectangle(x0, y0, x1, y1, 0, 0, 1, 1); }
+void drawRectangle(float x0, float y0, float x1, float y1) {
+    drawRectangle(x0, y0, x1, y1, 0, 0, 1, 1);
+}
 
 void drawRectangle(float x0, float y0, float x1, float y1, float s0, float t0, float s1, float t1) {
     glBegin(GL_QUADS);

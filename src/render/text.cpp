@@ -16,9 +16,10 @@ constexpr float kSampled = 0.06f; ///< a little less than a cell, so that neighb
 
 /// Characters 32 to 126.
 constexpr uint8_t kWidths[kProportionalChars] = {
-    4, 3, 6,  14, 10, 13, 10, 3,  6,  6,  7,  9,  3,  6, 3, 9, 9, 6, 9,  10, 10, 10, 10, 10, 10, 9,  3,  3,  10, 9, 10, 7,
-    12, 11, 7, 10, 11, 7,  7,  11, 8,  3,  6,  10, 8,  13, 8, 13, 7, 13, 8,  7,  10, 9,  10, 14, 10, 10, 10, 5,  9,  5, 11, 7,
-    4, 8, 8,  7,  7,  8,  7,  7,  7,  2,  3,  8,  2,  13, 7, 8, 8, 7, 5,  6,  7,  7,  10, 13, 9,  10, 6,  6,  0,  6, 9};
+    4,  3,  6, 14, 10, 13, 10, 3,  6,  6,  7,  9,  3,  6, 3,  9,  9, 6,  9, 10, 10, 10, 10, 10,
+    10, 9,  3, 3,  10, 9,  10, 7,  12, 11, 7,  10, 11, 7, 7,  11, 8, 3,  6, 10, 8,  13, 8,  13,
+    7,  13, 8, 7,  10, 9,  10, 14, 10, 10, 10, 5,  9,  5, 11, 7,  4, 8,  8, 7,  7,  8,  7,  7,
+    7,  2,  3, 8,  2,  13, 7,  8,  8,  7,  5,  6,  7,  7, 10, 13, 9, 10, 6, 6,  0,  6,  9};
 
 int measure(uint8_t glyphSet, char c) {
     if (glyphSet == 1) return kFixedAdvance;
@@ -88,7 +89,8 @@ void cTextFont::draw(int x, int y, float scale, uint8_t glyphSet, const std::str
     glPopAttrib();
 }
 
-void cTextFont::drawWrapped(int x, int y, float scale, uint8_t glyphSet, int maxWidth, const std::string& text) {
+void cTextFont::drawWrapped(int x, int y, float scale, uint8_t glyphSet, int maxWidth,
+                            const std::string& text) {
     std::string line, word;
     for (const char c : text) {
         if (c != ' ') {

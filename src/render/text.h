@@ -2,11 +2,12 @@
 #include <cstdint>
 #include <string>
 
-/// The bitmap font: 256 display lists over a 16 × 16 grid of glyphs. Set 0 is proportional, set 1 fixed at 12 units.
+/// The bitmap font: 256 display lists over a 16 × 16 grid of glyphs. Set 0 is proportional, set 1 fixed at 12
+/// units.
 class cTextFont {
 public:
-    /// Draws in the current 2D projection and colour with the lower left corner at (x, y); builds the font first
-    /// when needed. Without the font picture nothing is drawn.
+    /// Draws in the current 2D projection and colour with the lower left corner at (x, y); builds the font
+    /// first when needed. Without the font picture nothing is drawn.
     void draw(int x, int y, float scale, uint8_t glyphSet, const std::string& text);
     /// Words wrapped at `maxWidth` pixels, lines 12 pixels apart whatever the scale.
     void drawWrapped(int x, int y, float scale, uint8_t glyphSet, int maxWidth, const std::string& text);

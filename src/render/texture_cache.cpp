@@ -11,7 +11,8 @@ cTextureCache& cTextureCache::instance() {
 
 int32_t cTextureCache::load(const std::string& fileName) {
     for (size_t i = 0; i < names_.size(); ++i) {
-        if (!names_[i].empty() && platform::equalIgnoringCase(names_[i], fileName)) return static_cast<int32_t>(ids_[i]);
+        if (!names_[i].empty() && platform::equalIgnoringCase(names_[i], fileName))
+            return static_cast<int32_t>(ids_[i]);
     }
     cImage image;
     if (image.load(fileName) != 0) return -1;

@@ -3,8 +3,9 @@
 #include <string>
 #include <vector>
 
-/// Textures by file name, without regard to case. Names handed out are valid until releaseAll. Without a GL context
-/// pictures are still read and names given, so that models keep their texture names when they are written.
+/// Textures by file name, without regard to case. Names handed out are valid until releaseAll. Without a GL
+/// context pictures are still read and names given, so that models keep their texture names when they are
+/// written.
 class cTextureCache {
 public:
     static cTextureCache& instance();

@@ -150,4 +150,6 @@ void cWorld::endCinematic(GameState* state) {
     camera.apply();
 }
 
-void cWorld::resetCinematic() { cinematic = cCinematic(); }
+void cWorld::resetCinematic() {
+    cinematic = cCinematic();
+}

@@ -29,9 +29,15 @@ std::vector<std::string> splitList(const std::string& list) {
     return pieces;
 }
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isNumberStart(char c) { return c == '-' || (c >= '0' && c <= '9'); }
-bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isNumberStart(char c) {
+    return c == '-' || (c >= '0' && c <= '9');
+}
+bool contains(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
+}
 
 /// Keyword, name hash, or number.
 int32_t convertArgument(const std::string& text) {
@@ -49,7 +55,8 @@ cCmlElement* enclosingObject(cCmlElement& holder) {
 }
 
 int32_t localIndex(cCmlElement& object, const std::string& name) {
-    const auto [it, isNew] = object.localNames.try_emplace(name, static_cast<int32_t>(object.localValues.size()));
+    const auto [it, isNew] =
+        object.localNames.try_emplace(name, static_cast<int32_t>(object.localValues.size()));
     if (isNew) object.localValues.push_back(0);
     return it->second;
 }
@@ -121,7 +128,8 @@ cCmlCall CmlCallCompiler::compileProcedure(cCmlElement& holder, const std::strin
     cCmlElement* object = enclosingObject(holder);
     if (!object) {
         // No object means no tables to convert by, and no self to run with.
-        report_.add(holder.line, "CML object " + holder.getAttribute("name") + " has actions outside objects");
+        report_.add(holder.line,
+                    "CML object " + holder.getAttribute("name") + " has actions outside objects");
         return call;
     }
     if (!convertProcedure(holder, *object, written, call)) call.procedure = nullptr;
@@ -139,13 +147,13 @@ bool CmlCallCompiler::convertProcedure(const cCmlElement& holder, cCmlElement& o
         call.args[0] = object.childIndex(kCmlAction, "name", written.arg(0));
     } else if (name == "run_cinematic") {
         if (object.parent && toChildIndex(*object.parent, kCmlCinematic, written, call)) return true;
-        report_.add(holder.line, "CML object " + object.getAttribute("name") + " tries to run unknown cinematic \"" +
-                                     written.arg(0) + "\"");
+        report_.add(holder.line, "CML object " + object.getAttribute("name") +
+                                     " tries to run unknown cinematic \"" + written.arg(0) + "\"");
         return false;
     } else if (name == "run_dialogue") {
         if (toChildIndex(object, kCmlDialogue, written, call)) return true;
-        report_.add(holder.line, "CML object " + object.getAttribute("name") + " does not include dialogue object \"" +
-                                     written.arg(0) + "\"");
+        report_.add(holder.line, "CML object " + object.getAttribute("name") +
+                                     " does not include dialogue object \"" + written.arg(0) + "\"");
         return false;
     } else if (contains(name, "object") && !written.args.empty()) {
         toItemIndex(holder, written, call);
@@ -171,7 +179,8 @@ cCmlCall CmlCallCompiler::compileFunction(cCmlElement& holder, const std::string
     look(written.name);
     cCmlElement* object = enclosingObject(holder);
     if (!object) {
-        report_.add(holder.line, "CML object " + holder.getAttribute("name") + " has actions outside objects");
+        report_.add(holder.line,
+                    "CML object " + holder.getAttribute("name") + " has actions outside objects");
         call.function = nullptr; // its locals would have no table: such a test is rejected
         return call;
     }
@@ -237,7 +246,8 @@ template <typename Relook>
 void CmlCallCompiler::toTableVariable(bool local, cCmlElement* object, const Written& written, cCmlCall& call,
                                       const Relook& relook) {
     if (local) {
-        toVariable(written, call, [&](const std::string& n) { return localIndex(*object, n); }, relook);
+        toVariable(
+            written, call, [&](const std::string& n) { return localIndex(*object, n); }, relook);
     } else {
         toVariable(written, call, lookups_.globalIndex, relook);
     }

@@ -1,8 +1,9 @@
 #pragma once
 #include "script/cml_element.h"
 
-/// Compiles call lists: "name(arg,arg);object.name(arg)". Nothing is trimmed, so arguments are written without
-/// blanks. Bad calls are reported and kept without a handler, or dropped when their arguments name nothing.
+/// Compiles call lists: "name(arg,arg);object.name(arg)". Nothing is trimmed, so arguments are written
+/// without blanks. Bad calls are reported and kept without a handler, or dropped when their arguments name
+/// nothing.
 class CmlCallCompiler {
 public:
     CmlCallCompiler(const CmlLookups& lookups, CmlReport& report) : lookups_(lookups), report_(report) {}
@@ -23,9 +24,11 @@ private:
     static void toItemUse(const cCmlElement& object, const Written& written, cCmlCall& call);
     void toSound(const Written& written, cCmlCall& call);
     template <typename IndexOf, typename Relook>
-    static void toVariable(const Written& written, cCmlCall& call, const IndexOf& indexOf, const Relook& relook);
+    static void toVariable(const Written& written, cCmlCall& call, const IndexOf& indexOf,
+                           const Relook& relook);
     template <typename Relook>
-    void toTableVariable(bool local, cCmlElement* object, const Written& written, cCmlCall& call, const Relook& relook);
+    void toTableVariable(bool local, cCmlElement* object, const Written& written, cCmlCall& call,
+                         const Relook& relook);
 
     const CmlLookups& lookups_;
     CmlReport& report_;

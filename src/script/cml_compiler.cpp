@@ -10,19 +10,22 @@
 
 namespace {
 constexpr double kPi = 3.141592;
-constexpr size_t kShortestVector = 5; ///< characters; shorter values of pos, target, dir and up count as absent
-constexpr float kNoView = 1e-8f;      ///< squared length of a target from which an up vector is derived
+constexpr size_t kShortestVector =
+    5;                           ///< characters; shorter values of pos, target, dir and up count as absent
+constexpr float kNoView = 1e-8f; ///< squared length of a target from which an up vector is derived
 
 bool classify(cCmlElement& element, cCmlElement* parent, CmlReport& report) {
     const auto rows = cmlElements();
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.tag == element.name; });
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.tag == element.name; });
     if (row == rows.end()) {
         report.add(element.line, "CML file contains errors!");
         return false;
     }
     element.elementKind = static_cast<CmlKind>(row - rows.begin());
     element.parent = parent;
-    element.key = row->keyAttribute.empty() ? 0 : nameHash(element.getAttribute(std::string(row->keyAttribute)));
+    element.key =
+        row->keyAttribute.empty() ? 0 : nameHash(element.getAttribute(std::string(row->keyAttribute)));
     for (int32_t i = 0; i < element.childCount(); ++i) {
         if (!classify(*element.childAt(i), &element, report)) return false;
     }
@@ -36,14 +39,22 @@ public:
     void compile(cCmlElement& e) {
         for (int32_t i = 0; i < e.childCount(); ++i) compile(*e.childAt(i));
         switch (e.elementKind) {
-        case kCmlAction: action(e); break;
-        case kCmlObjectElement: object(e); break;
-        case kCmlReaction: reaction(e); break;
+        case kCmlAction:
+            action(e);
+            break;
+        case kCmlObjectElement:
+            object(e);
+            break;
+        case kCmlReaction:
+            reaction(e);
+            break;
         case kCmlRequirement:
             calls_.procedures(e, e.getAttribute("do"));
             calls_.functions(e, e.getAttribute("test"));
             break;
-        case kCmlDialogue: calls_.dialogue(e); break;
+        case kCmlDialogue:
+            calls_.dialogue(e);
+            break;
         case kCmlItem:
             e.item = lookups_.itemAt(lookups_.findItem(e.getAttribute("src")));
             e.skill = toInt(e.getAttribute("skill"));
@@ -53,13 +64,16 @@ public:
             e.slots[0] = e.findChild(kCmlCamera);
             e.slots[1] = e.findChild(kCmlPlayerCin);
             break;
-        case kCmlFrame: frame(e); break;
+        case kCmlFrame:
+            frame(e);
+            break;
         case kCmlFilter:
             e.frame = toInt(e.getAttribute("frame"));
             e.alpha = toFloat(e.getAttribute("alpha"));
             e.vectors[0] = toVector3(e.getAttribute("rgb"));
             break;
-        default: break;
+        default:
+            break;
         }
     }
 
@@ -86,7 +100,9 @@ private:
     void reaction(cCmlElement& e) {
         calls_.procedures(e, e.getAttribute("do"));
         const std::string& type = e.getAttribute("type");
-        if (type != cmlTriggers()[kTriggerDistanceExceeds] && type != cmlTriggers()[kTriggerDistanceFallsBelow]) return;
+        if (type != cmlTriggers()[kTriggerDistanceExceeds] &&
+            type != cmlTriggers()[kTriggerDistanceFallsBelow])
+            return;
         const std::string& point = e.getAttribute("point");
         e.point = point == "player" ? 2 : point == "self" ? 1 : 0;
         e.distance = toFloat(e.getAttribute("distance"));
@@ -110,9 +126,12 @@ private:
             const cVector3 f = (target - position).normalized();
             up = f.cross(cVector3(f.z, 0, -f.x).normalized()).normalized();
         }
-        if (const std::string& speed = e.getAttribute("speed"); !speed.empty()) e.speed = toFloat(speed) / 1000;
-        if (const std::string& anim = e.getAttribute("upper_anim"); !anim.empty()) e.upperAnim = nameHash(anim);
-        if (const std::string& anim = e.getAttribute("lower_anim"); !anim.empty()) e.lowerAnim = nameHash(anim);
+        if (const std::string& speed = e.getAttribute("speed"); !speed.empty())
+            e.speed = toFloat(speed) / 1000;
+        if (const std::string& anim = e.getAttribute("upper_anim"); !anim.empty())
+            e.upperAnim = nameHash(anim);
+        if (const std::string& anim = e.getAttribute("lower_anim"); !anim.empty())
+            e.lowerAnim = nameHash(anim);
     }
 
     const CmlLookups& lookups_;
@@ -120,7 +139,9 @@ private:
 };
 } // namespace
 
-bool classifyCml(cCmlElement& root, CmlReport& report) { return classify(root, nullptr, report); }
+bool classifyCml(cCmlElement& root, CmlReport& report) {
+    return classify(root, nullptr, report);
+}
 
 void compileCml(cCmlElement& root, const CmlLookups& lookups, CmlReport& report) {
     Compiler(lookups, report).compile(root);

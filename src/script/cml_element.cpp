@@ -33,11 +33,13 @@ cCmlElement* cCmlElement::findChild(CmlKind wanted) const {
     return nullptr;
 }
 
-cCmlElement* cCmlElement::findChildWith(CmlKind wanted, const std::string& attribute, const std::string& value) const {
+cCmlElement* cCmlElement::findChildWith(CmlKind wanted, const std::string& attribute,
+                                        const std::string& value) const {
     return childAt(childIndex(wanted, attribute, value));
 }
 
-int32_t cCmlElement::childIndex(CmlKind wanted, const std::string& attribute, const std::string& value) const {
+int32_t cCmlElement::childIndex(CmlKind wanted, const std::string& attribute,
+                                const std::string& value) const {
     for (int32_t i = 0; i < childCount(); ++i) {
         if (childAt(i)->elementKind == wanted && childAt(i)->getAttribute(attribute) == value) return i;
     }

@@ -14,28 +14,54 @@ struct cItemDef;
 
 /// What an element of a level document is; the order of cml_vocabulary.h's table.
 enum CmlKind : int32_t {
-    kCmlLevel, kCmlFiles, kCmlObjectElement, kCmlAppearance, kCmlModel, kCmlPhysics, kCmlBoundingVolume,
-    kCmlAction, kCmlReaction, kCmlRequirement, kCmlDialogue, kCmlItem, kCmlPlayer, kCmlEnvironment,
-    kCmlCinematic, kCmlCamera, kCmlFrame, kCmlPlayerCin, kCmlFilter, kCmlFog,
+    kCmlLevel,
+    kCmlFiles,
+    kCmlObjectElement,
+    kCmlAppearance,
+    kCmlModel,
+    kCmlPhysics,
+    kCmlBoundingVolume,
+    kCmlAction,
+    kCmlReaction,
+    kCmlRequirement,
+    kCmlDialogue,
+    kCmlItem,
+    kCmlPlayer,
+    kCmlEnvironment,
+    kCmlCinematic,
+    kCmlCamera,
+    kCmlFrame,
+    kCmlPlayerCin,
+    kCmlFilter,
+    kCmlFog,
 };
 
 /// Indices of an action's reaction slots.
 enum CmlTrigger : int32_t {
-    kTriggerTimer, kTriggerDistanceExceeds, kTriggerDistanceFallsBelow, kTriggerCollisionChr, kTriggerCollisionMesh,
-    kTriggerContext, kTriggerAnimationEnd, kTriggerBallisticHit, kTriggerProjectileHit, kTriggerMeleeHit,
+    kTriggerTimer,
+    kTriggerDistanceExceeds,
+    kTriggerDistanceFallsBelow,
+    kTriggerCollisionChr,
+    kTriggerCollisionMesh,
+    kTriggerContext,
+    kTriggerAnimationEnd,
+    kTriggerBallisticHit,
+    kTriggerProjectileHit,
+    kTriggerMeleeHit,
     kTriggerCount,
 };
 
 using CmlProcedure = void (*)(cCmlObject& self, int argCount, const int32_t* args);
 using CmlFunction = bool (*)(cCmlObject& self, int argCount, const int32_t* args);
 
-/// One compiled call. `args` always has at least three entries, so a handler may read what was not written as 0.
+/// One compiled call. `args` always has at least three entries, so a handler may read what was not written as
+/// 0.
 struct cCmlCall {
     CmlProcedure procedure = nullptr; ///< of a procedure list; null: skipped at run time
     CmlFunction function = nullptr;   ///< of a test list
     std::vector<int32_t> args;
-    uint8_t argCount = 0;  ///< as written
-    int32_t objectId = 0;  ///< name hash of the object prefix, 0 without one
+    uint8_t argCount = 0; ///< as written
+    int32_t objectId = 0; ///< name hash of the object prefix, 0 without one
 };
 
 /// Look-ups that compilation needs of other parts of the game.
@@ -63,8 +89,8 @@ class cCmlElement : public cXmlNode {
 public:
     cCmlElement() : cXmlNode(kCml) {}
 
-    /// Parses, classifies and compiles a document into this empty root. Negative on a file that cannot be read or
-    /// holds an unknown element. Implemented in cml_compiler.cpp.
+    /// Parses, classifies and compiles a document into this empty root. Negative on a file that cannot be
+    /// read or holds an unknown element. Implemented in cml_compiler.cpp.
     int load(const std::string& fileName, const CmlLookups& lookups, CmlReport& report);
     void clear();
 
@@ -82,7 +108,7 @@ public:
 
     CmlKind elementKind = kCmlLevel;
     cCmlElement* parent = nullptr;
-    int32_t key = 0;                             ///< name hash of the key attribute, 0 without one
+    int32_t key = 0;                              ///< name hash of the key attribute, 0 without one
     const cCmlElement* slots[kTriggerCount] = {}; ///< reactions; for a cinematic: camera, player_cin
     std::vector<cCmlCall> calls;
     std::vector<cCmlCall> tests;

@@ -11,17 +11,21 @@ namespace {
 using Self = cCmlObject&;
 using Args = const int32_t*;
 
-// --- The target's place in the hierarchy ------------------------------------------------------------------------
+// --- The target's place in the hierarchy
+// ------------------------------------------------------------------------
 
 enum class Depth { type, race, classIndex };
 
 bool sameKind(const cController& a, const cController& b, Depth depth) {
-    return a.getTypeIndex() == b.getTypeIndex() && (depth < Depth::race || a.getRaceIndex() == b.getRaceIndex()) &&
+    return a.getTypeIndex() == b.getTypeIndex() &&
+           (depth < Depth::race || a.getRaceIndex() == b.getRaceIndex()) &&
            (depth < Depth::classIndex || a.getClassIndex() == b.getClassIndex());
 }
 
 int16_t indexOf(const cController& c, Depth depth) {
-    return depth == Depth::type ? c.getTypeIndex() : depth == Depth::race ? c.getRaceIndex() : c.getClassIndex();
+    return depth == Depth::type   ? c.getTypeIndex()
+           : depth == Depth::race ? c.getRaceIndex()
+                                  : c.getClassIndex();
 }
 
 /// An unknown index reads as 65535.
@@ -33,14 +37,27 @@ template <Depth depth> bool targetKind(Self self, int, Args args) {
     return static_cast<uint16_t>(indexOf(*other, depth)) == args[0];
 }
 
-// --- Variables ------------------------------------------------------------------------------------------------
+// --- Variables
+// ------------------------------------------------------------------------------------------------
 
-int32_t local(Self self, int32_t index) { return self.getLocal(index); }
-int32_t global(Self, int32_t index) { return cWorld::instance().globals.getGlobal(index); }
-int32_t number(Self, Args args) { return args[1]; }
-int32_t param(Self self, Args) { return self.getParam(); }
-int32_t secondLocal(Self self, Args args) { return local(self, args[1]); }
-int32_t secondGlobal(Self self, Args args) { return global(self, args[1]); }
+int32_t local(Self self, int32_t index) {
+    return self.getLocal(index);
+}
+int32_t global(Self, int32_t index) {
+    return cWorld::instance().globals.getGlobal(index);
+}
+int32_t number(Self, Args args) {
+    return args[1];
+}
+int32_t param(Self self, Args) {
+    return self.getParam();
+}
+int32_t secondLocal(Self self, Args args) {
+    return local(self, args[1]);
+}
+int32_t secondGlobal(Self self, Args args) {
+    return global(self, args[1]);
+}
 
 using Variable = int32_t (*)(Self, int32_t);
 using Value = int32_t (*)(Self, Args);
@@ -54,9 +71,12 @@ template <Variable variable, Value value> bool lessThan(Self self, int, Args a) 
     return variable(self, a[0]) < value(self, a);
 }
 
-// --- The world ------------------------------------------------------------------------------------------------
+// --- The world
+// ------------------------------------------------------------------------------------------------
 
-bool isActive(Self self, int, Args) { return self.isActive(); }
+bool isActive(Self self, int, Args) {
+    return self.isActive();
+}
 
 /// The functions know the player, the target and the origin; every other code is an object's name.
 bool distanceTo(Self self, int32_t code, float& out) {
@@ -127,4 +147,6 @@ constexpr CmlFunctionRow kFunctions[] = {
 };
 } // namespace
 
-std::span<const CmlFunctionRow> cmlFunctions() { return kFunctions; }
+std::span<const CmlFunctionRow> cmlFunctions() {
+    return kFunctions;
+}

@@ -11,9 +11,13 @@ constexpr float kLeastMove = 0.0001f;   ///< squared
 constexpr float kThrust = 0.1f;         ///< part of the steering that changes the speed
 } // namespace
 
-cVector3 flyingUp(const cVector3& d) { return d.cross(cVector3(d.z, 0, -d.x).normalized()).normalized(); }
+cVector3 flyingUp(const cVector3& d) {
+    return d.cross(cVector3(d.z, 0, -d.x).normalized()).normalized();
+}
 
-cCmlObject::cCmlObject(cObject* owner) : cController(owner) { active_ = false; }
+cCmlObject::cCmlObject(cObject* owner) : cController(owner) {
+    active_ = false;
+}
 
 void cCmlObject::init(cCmlElement& e) {
     const HierarchyIndices indices =
@@ -94,7 +98,8 @@ void cCmlObject::checkExceeds() {
 void cCmlObject::checkFallsBelow() {
     cVector3 point;
     if (!referencePoint(below_, point)) return;
-    if ((owner_->getPosition() - point).lengthSq() < below_.radiusSq) fireReaction(kTriggerDistanceFallsBelow);
+    if ((owner_->getPosition() - point).lengthSq() < below_.radiusSq)
+        fireReaction(kTriggerDistanceFallsBelow);
 }
 
 void cCmlObject::move() {
@@ -111,7 +116,9 @@ void cCmlObject::move() {
     }
 }
 
-void cCmlObject::tiltUp() const { owner_->setUp(flyingUp(direction_)); }
+void cCmlObject::tiltUp() const {
+    owner_->setUp(flyingUp(direction_));
+}
 
 void cCmlObject::setMoveDirection(const cVector3& unitDirection) {
     direction_ = unitDirection;
@@ -150,5 +157,6 @@ void cCmlObject::setLocal(int32_t index, int32_t value) {
 }
 
 void cCmlObject::addLocal(int32_t index, int32_t value) {
-    setLocal(index, static_cast<int32_t>(static_cast<uint32_t>(getLocal(index)) + static_cast<uint32_t>(value)));
+    setLocal(index,
+             static_cast<int32_t>(static_cast<uint32_t>(getLocal(index)) + static_cast<uint32_t>(value)));
 }

@@ -16,7 +16,8 @@ constexpr float kThousandth = 0.001f;
 using Self = cCmlObject&;
 using Args = const int32_t*;
 
-// --- Steering -------------------------------------------------------------------------------------------------
+// --- Steering
+// -------------------------------------------------------------------------------------------------
 
 void setDirection(Self self, int, Args args) {
     cVector3 direction;
@@ -26,8 +27,12 @@ void setDirection(Self self, int, Args args) {
 }
 
 /// Negative numbers are read as unsigned, as the format has it.
-void setSpeed(Self self, int, Args args) { self.setSpeed(static_cast<float>(static_cast<uint32_t>(args[0]) / 1000.0)); }
-void setTimer(Self self, int, Args args) { self.setTimer(static_cast<uint32_t>(args[0])); }
+void setSpeed(Self self, int, Args args) {
+    self.setSpeed(static_cast<float>(static_cast<uint32_t>(args[0]) / 1000.0));
+}
+void setTimer(Self self, int, Args args) {
+    self.setTimer(static_cast<uint32_t>(args[0]));
+}
 
 void setPosition(Self self, int, Args args) {
     cVector3 position;
@@ -49,14 +54,20 @@ void level(Self self, int, Args) {
 }
 
 void setAcceleration(Self self, int, Args args) {
-    self.setAcceleration(cVector3(static_cast<float>(args[0]), static_cast<float>(args[1]), static_cast<float>(args[2])) *
-                         kThousandth);
+    self.setAcceleration(
+        cVector3(static_cast<float>(args[0]), static_cast<float>(args[1]), static_cast<float>(args[2])) *
+        kThousandth);
 }
 
-// --- The object itself ----------------------------------------------------------------------------------------
+// --- The object itself
+// ----------------------------------------------------------------------------------------
 
-void setAction(Self self, int, Args args) { self.setAction(args[0]); }
-void destroyObject(Self self, int, Args) { cObjectMgr::instance().destroy(self.getOwner()); }
+void setAction(Self self, int, Args args) {
+    self.setAction(args[0]);
+}
+void destroyObject(Self self, int, Args) {
+    cObjectMgr::instance().destroy(self.getOwner());
+}
 
 void disablePhysics(Self self, int, Args) {
     self.setFlags(MOVE_PASSABLE);
@@ -68,13 +79,18 @@ void enablePhysics(Self self, int, Args) {
     self.clearFlags(MOVE_PASSABLE);
 }
 
-void setActive(Self self, int, Args args) { self.setActive(args[0] != 0); }
-void swapActive(Self self, int, Args) { self.toggleActive(); }
+void setActive(Self self, int, Args args) {
+    self.setActive(args[0] != 0);
+}
+void swapActive(Self self, int, Args) {
+    self.toggleActive();
+}
 void setRadius(Self self, int, Args args) {
     self.getOwner()->setBoundingRadius(static_cast<float>(args[0]) * kThousandth);
 }
 
-// --- Animation ------------------------------------------------------------------------------------------------
+// --- Animation
+// ------------------------------------------------------------------------------------------------
 
 cCharacterPose* poseOf(Self self) {
     if (self.getOwner()->getVisualKind() != cObject::kAnimated) return nullptr;
@@ -104,8 +120,9 @@ void playAnimation(Self self, int, Args) {
     changePose(self, [](cCharacterPose& p) { p.setPlaying(true); });
 }
 
-// --- Variables ------------------------------------------------------------------------------------------------
-// A table (locals or globals), an operation, and where the second value comes from: the call's number, the event
+// --- Variables
+// ------------------------------------------------------------------------------------------------ A table
+// (locals or globals), an operation, and where the second value comes from: the call's number, the event
 // parameter, or another variable of the same table.
 
 struct Locals {
@@ -114,7 +131,9 @@ struct Locals {
 };
 struct Globals {
     static int32_t get(Self, int32_t index) { return cWorld::instance().globals.getGlobal(index); }
-    static void set(Self, int32_t index, int32_t value) { cWorld::instance().globals.setGlobal(index, value); }
+    static void set(Self, int32_t index, int32_t value) {
+        cWorld::instance().globals.setGlobal(index, value);
+    }
 };
 
 struct Number {
@@ -135,7 +154,8 @@ template <typename Table, typename Source> void setVariable(Self self, int, Args
     Table::set(self, args[0], Source::template value<Table>(self, args));
 }
 template <typename Table, typename Source> void increaseVariable(Self self, int, Args args) {
-    Table::set(self, args[0], wrappingAdd(Table::get(self, args[0]), Source::template value<Table>(self, args)));
+    Table::set(self, args[0],
+               wrappingAdd(Table::get(self, args[0]), Source::template value<Table>(self, args)));
 }
 template <typename Table, typename Source> void decreaseVariable(Self self, int, Args args) {
     const auto n = static_cast<uint32_t>(Source::template value<Table>(self, args));
@@ -144,24 +164,30 @@ template <typename Table, typename Source> void decreaseVariable(Self self, int,
 template <typename Table, typename Source> void randomizeVariable(Self self, int, Args args) {
     const int32_t n = Source::template value<Table>(self, args);
     // The lowest number has no negation: its remainder is the random number itself.
-    if (n != 0) Table::set(self, args[0], n == INT32_MIN ? platform::randomNumber() : platform::randomNumber() % n);
+    if (n != 0)
+        Table::set(self, args[0], n == INT32_MIN ? platform::randomNumber() : platform::randomNumber() % n);
 }
 
-// --- Levels ---------------------------------------------------------------------------------------------------
+// --- Levels
+// ---------------------------------------------------------------------------------------------------
 
 void swapLevel(Self self, int, Args) {
     cWorld::instance().requestLevelChange(self.getElement()->getAttribute("file"),
                                           self.getElement()->getAttribute("spawnpoint"));
 }
 
-void runCinematic(Self, int, Args args) { cWorld::instance().startCinematic(args[0]); }
+void runCinematic(Self, int, Args args) {
+    cWorld::instance().startCinematic(args[0]);
+}
 
 /// Procedures of subsystems to come say so once, each under its own name.
 template <size_t N> struct Name {
     char text[N];
     constexpr Name(const char (&t)[N]) { std::copy_n(t, N, text); }
 };
-template <Name name> void notBuilt(Self, int, Args) { reportNotBuilt(std::string("Procedure ") + name.text); }
+template <Name name> void notBuilt(Self, int, Args) {
+    reportNotBuilt(std::string("Procedure ") + name.text);
+}
 
 constexpr CmlProcedureRow kProcedures[] = {
     {"set_direction", setDirection, "target: face and move towards (or away from) it"},
@@ -223,4 +249,6 @@ constexpr CmlProcedureRow kProcedures[] = {
 };
 } // namespace
 
-std::span<const CmlProcedureRow> cmlProcedures() { return kProcedures; }
+std::span<const CmlProcedureRow> cmlProcedures() {
+    return kProcedures;
+}

@@ -4,8 +4,8 @@
 #include "world/object_mgr.h"
 
 namespace {
-/// Calls that lead to calls (set_action inside an action's on_set, prefixed calls in a circle) end here: so deep, and
-/// so many of them, since lists that call lists double with every step.
+/// Calls that lead to calls (set_action inside an action's on_set, prefixed calls in a circle) end here: so
+/// deep, and so many of them, since lists that call lists double with every step.
 constexpr int kDeepestCalls = 64;
 constexpr int kMostNestedCalls = 10000;
 int g_depth = 0;
@@ -54,7 +54,8 @@ void cCmlElement::runCalls(cCmlObject& self) const {
 }
 
 void cCmlElement::runCall(cCmlObject& self, int32_t position) const {
-    if (position >= 0 && static_cast<size_t>(position) < calls.size()) perform(calls[static_cast<size_t>(position)], self);
+    if (position >= 0 && static_cast<size_t>(position) < calls.size())
+        perform(calls[static_cast<size_t>(position)], self);
 }
 
 bool cCmlElement::testAll(cCmlObject& self) const {

@@ -2,10 +2,11 @@
 
 namespace {
 constexpr CmlElementRow kElements[] = {
-    {"level", "name"},   {"files", ""},           {"object", "name"},  {"appearance", "type"}, {"model", "file"},
-    {"physics", ""},     {"boundingvolume", ""},  {"action", "name"},  {"reaction", "type"},   {"requirement", ""},
-    {"dialogue", "name"}, {"item", "name"},       {"player", ""},      {"enviroment", ""},     {"cinematic", "name"},
-    {"camera", ""},      {"frame", ""},           {"player_cin", ""},  {"filter", ""},         {"fog", ""},
+    {"level", "name"},    {"files", ""},       {"object", "name"},     {"appearance", "type"},
+    {"model", "file"},    {"physics", ""},     {"boundingvolume", ""}, {"action", "name"},
+    {"reaction", "type"}, {"requirement", ""}, {"dialogue", "name"},   {"item", "name"},
+    {"player", ""},       {"enviroment", ""},  {"cinematic", "name"},  {"camera", ""},
+    {"frame", ""},        {"player_cin", ""},  {"filter", ""},         {"fog", ""},
 };
 
 constexpr std::string_view kTriggers[kTriggerCount] = {
@@ -37,8 +38,18 @@ template <typename Rows> auto findHandler(const Rows& rows, std::string_view nam
 }
 } // namespace
 
-std::span<const CmlElementRow> cmlElements() { return kElements; }
-std::span<const std::string_view> cmlTriggers() { return kTriggers; }
-std::span<const CmlKeywordRow> cmlKeywords() { return kKeywords; }
-CmlProcedure findProcedure(std::string_view name) { return findHandler(cmlProcedures(), name); }
-CmlFunction findFunction(std::string_view name) { return findHandler(cmlFunctions(), name); }
+std::span<const CmlElementRow> cmlElements() {
+    return kElements;
+}
+std::span<const std::string_view> cmlTriggers() {
+    return kTriggers;
+}
+std::span<const CmlKeywordRow> cmlKeywords() {
+    return kKeywords;
+}
+CmlProcedure findProcedure(std::string_view name) {
+    return findHandler(cmlProcedures(), name);
+}
+CmlFunction findFunction(std::string_view name) {
+    return findHandler(cmlFunctions(), name);
+}

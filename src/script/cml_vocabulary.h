@@ -18,9 +18,19 @@ std::span<const std::string_view> cmlTriggers();
 
 /// Argument keywords and what they become.
 enum CmlKeyword : int32_t {
-    kWordPlayer = 0, kWordTarget = 1, kWordInvertTarget = 2, kWordRandom = 3, kWordInvertPlayer = 4,
-    kWordOrigin = 5, kWordInvertOrigin = 6, kWordInverted = 7, kWordLoop = 8, kWordSingle = 9, kWordParam = 10,
-    kWordEqual = 10000, kWordNotEqual = 10001,
+    kWordPlayer = 0,
+    kWordTarget = 1,
+    kWordInvertTarget = 2,
+    kWordRandom = 3,
+    kWordInvertPlayer = 4,
+    kWordOrigin = 5,
+    kWordInvertOrigin = 6,
+    kWordInverted = 7,
+    kWordLoop = 8,
+    kWordSingle = 9,
+    kWordParam = 10,
+    kWordEqual = 10000,
+    kWordNotEqual = 10001,
 };
 struct CmlKeywordRow {
     std::string_view word;

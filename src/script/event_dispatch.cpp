@@ -17,7 +17,9 @@ cCmlObject* scripted(cController* c) {
 }
 
 /// Truncated toward zero; what an integer cannot hold counts as 0.
-int32_t wholeDamage(float value) { return std::fabs(value) < 2147483648.0f ? static_cast<int32_t>(value) : 0; }
+int32_t wholeDamage(float value) {
+    return std::fabs(value) < 2147483648.0f ? static_cast<int32_t>(value) : 0;
+}
 
 void touched(cController* source, cController* other) {
     if (cCmlObject* object = scripted(source)) {
@@ -41,7 +43,8 @@ void hit(const cEvent& e, CmlTrigger trigger) {
     }
 }
 
-/// Full damage within damageRadius, then less and less until damageFalloff farther out. Does not become a target.
+/// Full damage within damageRadius, then less and less until damageFalloff farther out. Does not become a
+/// target.
 int32_t explosionDamage(const cItemDef& item, float distance) {
     const float beyond = distance - item.damageRadius;
     if (!(beyond > 0)) return item.damage;
@@ -75,16 +78,24 @@ void handle(const cEvent& e, GameState* state) {
     case cEvent::kTouchedGeometry:
         if (cCmlObject* object = scripted(e.source)) object->fireReaction(kTriggerCollisionMesh);
         break;
-    case cEvent::kTouchedBody: touched(e.source, e.other); break;
+    case cEvent::kTouchedBody:
+        touched(e.source, e.other);
+        break;
     case cEvent::kDialogueStarted:
         if (cDialogue::instance().isActive()) *state = STATE_DIALOGUE;
         break;
     case cEvent::kDialogueEnded:
         if (!cDialogue::instance().isActive()) *state = STATE_GAME;
         break;
-    case cEvent::kBallisticHit: hit(e, kTriggerBallisticHit); break;
-    case cEvent::kMeleeHit: hit(e, kTriggerMeleeHit); break;
-    case cEvent::kExplosion: exploded(e.source); break;
+    case cEvent::kBallisticHit:
+        hit(e, kTriggerBallisticHit);
+        break;
+    case cEvent::kMeleeHit:
+        hit(e, kTriggerMeleeHit);
+        break;
+    case cEvent::kExplosion:
+        exploded(e.source);
+        break;
     }
 }
 } // namespace

@@ -11,9 +11,12 @@ cEventMgr& cEventMgr::instance() {
     return *g_instance;
 }
 
-void cEventMgr::destroy() { g_instance.reset(); }
+void cEventMgr::destroy() {
+    g_instance.reset();
+}
 
-void cEventMgr::post(cEvent::Type type, cController* source, cController* other, float value, uint32_t extra) {
+void cEventMgr::post(cEvent::Type type, cController* source, cController* other, float value,
+                     uint32_t extra) {
     events_.push_back({source, other, type, value, extra});
 }
 

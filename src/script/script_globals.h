@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-/// The scripts' global variables: they live as long as the world, across levels. An index outside of the table
-/// reads 0 and stores nothing.
+/// The scripts' global variables: they live as long as the world, across levels. An index outside of the
+/// table reads 0 and stores nothing.
 class cScriptGlobals {
 public:
     int32_t globalIndex(const std::string& name) {
@@ -18,7 +18,8 @@ public:
         if (has(index)) values_[static_cast<size_t>(index)] = value;
     }
     void addGlobal(int32_t index, int32_t value) {
-        setGlobal(index, static_cast<int32_t>(static_cast<uint32_t>(getGlobal(index)) + static_cast<uint32_t>(value)));
+        setGlobal(index, static_cast<int32_t>(static_cast<uint32_t>(getGlobal(index)) +
+                                              static_cast<uint32_t>(value)));
     }
 
 private:

@@ -6,7 +6,9 @@
 #include "world/object_mgr.h"
 
 namespace {
-float randomComponent() { return static_cast<float>(platform::randomNumber() % 1000 - 500) / 500.0f; }
+float randomComponent() {
+    return static_cast<float>(platform::randomNumber() % 1000 - 500) / 500.0f;
+}
 } // namespace
 
 bool targetPosition(const cCmlObject& self, int32_t code, cVector3& out) {
@@ -39,11 +41,19 @@ bool targetDirection(const cCmlObject& self, int32_t code, cVector3& out) {
         return true;
     };
     switch (code) {
-    case kWordInvertTarget: return towards(kWordTarget, -1);
-    case kWordInvertPlayer: return towards(kWordPlayer, -1);
-    case kWordInvertOrigin: return towards(kWordOrigin, -1);
-    case kWordRandom: out = randomDirection(); return true;
-    case kWordInverted: out = -self.getOwner()->getDirection(); return true;
-    default: return towards(code, 1);
+    case kWordInvertTarget:
+        return towards(kWordTarget, -1);
+    case kWordInvertPlayer:
+        return towards(kWordPlayer, -1);
+    case kWordInvertOrigin:
+        return towards(kWordOrigin, -1);
+    case kWordRandom:
+        out = randomDirection();
+        return true;
+    case kWordInverted:
+        out = -self.getOwner()->getDirection();
+        return true;
+    default:
+        return towards(code, 1);
     }
 }

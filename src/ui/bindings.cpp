@@ -4,19 +4,26 @@ namespace {
 constexpr int kArrowUp = 273, kArrowDown = 274, kArrowRight = 275, kArrowLeft = 276; // SDL key codes
 constexpr float kArrowFactor = 10; ///< an arrow key counts as so many pixels of mouse movement
 
-bool isCommand(int command) { return command >= 0 && command < 2 * kCommandCount; }
-size_t slot(int command) { return static_cast<size_t>(command % kCommandCount); }
+bool isCommand(int command) {
+    return command >= 0 && command < 2 * kCommandCount;
+}
+size_t slot(int command) {
+    return static_cast<size_t>(command % kCommandCount);
+}
 } // namespace
 
 void cBindings::setKey(int code, bool held) {
     if (keys_ && code >= 0 && code < kKeyCount) keys_[code] = held ? 1 : 0;
 }
 
-bool cBindings::isKeyDown(int code) const { return keys_ && code >= 0 && code < kKeyCount && keys_[code] != 0; }
+bool cBindings::isKeyDown(int code) const {
+    return keys_ && code >= 0 && code < kKeyCount && keys_[code] != 0;
+}
 
 int32_t cBindings::getBinding(int command) const {
     if (!isCommand(command)) return 0;
-    return command < kCommandCount ? settings.keysThirdPerson[slot(command)] : settings.keysFirstPerson[slot(command)];
+    return command < kCommandCount ? settings.keysThirdPerson[slot(command)]
+                                   : settings.keysFirstPerson[slot(command)];
 }
 
 void cBindings::setBinding(int command, int32_t key) {
@@ -24,7 +31,9 @@ void cBindings::setBinding(int command, int32_t key) {
     (command < kCommandCount ? settings.keysThirdPerson : settings.keysFirstPerson)[slot(command)] = key;
 }
 
-bool cBindings::isCommandDown(int command) const { return isCommand(command) && isKeyDown(getBinding(command)); }
+bool cBindings::isCommandDown(int command) const {
+    return isCommand(command) && isKeyDown(getBinding(command));
+}
 
 bool cBindings::isCommandTriggered(int command) {
     if (!isCommandDown(command) || repeatTimers_[slot(command)] > 0) return false;
@@ -38,7 +47,9 @@ void cBindings::holdOffCommand(int command, int32_t ms) {
 
 void cBindings::countDown(uint32_t elapsedMs) {
     for (int32_t& timer : repeatTimers_) {
-        timer = timer > 0 && static_cast<uint32_t>(timer) > elapsedMs ? timer - static_cast<int32_t>(elapsedMs) : 0;
+        timer = timer > 0 && static_cast<uint32_t>(timer) > elapsedMs
+                    ? timer - static_cast<int32_t>(elapsedMs)
+                    : 0;
     }
 }
 

@@ -8,12 +8,14 @@ class cBindings {
 public:
     cInputSettings settings;
 
-    /// SDL's key-state array of kKeyCount entries; entries 1 to 5 are the mouse buttons. Null: nothing is held.
+    /// SDL's key-state array of kKeyCount entries; entries 1 to 5 are the mouse buttons. Null: nothing is
+    /// held.
     void setKeyState(uint8_t* keys) { keys_ = keys; }
     void setKey(int code, bool held);
     bool isKeyDown(int code) const;
 
-    /// The key is held and the repeat timer has run out; then restarts the timer. Ask once per command and update.
+    /// The key is held and the repeat timer has run out; then restarts the timer. Ask once per command and
+    /// update.
     bool isCommandTriggered(int command);
     bool isCommandDown(int command) const; ///< held, timers untouched
     void holdOffCommand(int command, int32_t ms);
@@ -24,7 +26,9 @@ public:
 
     /// Look deltas of a view (0 third person, 1 first person). False when there is none.
     bool getCameraControl(int view, int mouseDX, int mouseDY, float& dx, float& dy) const;
-    int getControlMode(int view) const { return view == 0 ? settings.controlThirdPerson : settings.controlFirstPerson; }
+    int getControlMode(int view) const {
+        return view == 0 ? settings.controlThirdPerson : settings.controlFirstPerson;
+    }
     void setControlMode(int view, int mode);
 
 private:

@@ -14,7 +14,9 @@
 namespace {
 using Params = std::vector<std::string>;
 
-cInputMgr& input() { return cInputMgr::instance(); }
+cInputMgr& input() {
+    return cInputMgr::instance();
+}
 
 int quit(const Params&) {
     pushQuitEvent();
@@ -61,8 +63,12 @@ int setShadows(bool on) {
     cObjectMgr::instance().shadowsEnabled = on;
     return 0;
 }
-int enableShadows(const Params&) { return setShadows(true); }
-int disableShadows(const Params&) { return setShadows(false); }
+int enableShadows(const Params&) {
+    return setShadows(true);
+}
+int disableShadows(const Params&) {
+    return setShadows(false);
+}
 
 constexpr cCommandMgr::Row kCommands[] = {
     {"quit", 0, 20, "Quit the game", quit},
@@ -75,4 +81,6 @@ constexpr cCommandMgr::Row kCommands[] = {
 };
 } // namespace
 
-std::span<const cCommandMgr::Row> cCommandMgr::rows() { return kCommands; }
+std::span<const cCommandMgr::Row> cCommandMgr::rows() {
+    return kCommands;
+}

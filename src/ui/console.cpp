@@ -18,8 +18,9 @@ bool g_terminal = false;
 char withShift(char c) {
     static constexpr struct {
         char plain, shifted;
-    } kTable[] = {{'0', '='}, {'1', '!'}, {'2', '"'}, {'3', '#'}, {'4', '4'}, {'5', '%'}, {'6', '&'}, {'7', '/'}, {'8', '('},
-                  {'9', ')'}, {'\'', '*'}, {'+', '?'}, {',', ';'}, {'-', '_'}, {'.', ':'}, {'<', '>'}};
+    } kTable[] = {{'0', '='}, {'1', '!'}, {'2', '"'}, {'3', '#'}, {'4', '4'},  {'5', '%'},
+                  {'6', '&'}, {'7', '/'}, {'8', '('}, {'9', ')'}, {'\'', '*'}, {'+', '?'},
+                  {',', ';'}, {'-', '_'}, {'.', ':'}, {'<', '>'}};
     if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
     for (const auto& row : kTable) {
         if (row.plain == c) return row.shifted;
@@ -28,7 +29,9 @@ char withShift(char c) {
 }
 } // namespace
 
-void cConsole::useTerminal(bool on) { g_terminal = on; }
+void cConsole::useTerminal(bool on) {
+    g_terminal = on;
+}
 
 void cConsole::scrollUp(int32_t height, int32_t speed) {
     const auto n = static_cast<int32_t>(lines.size());
@@ -39,7 +42,9 @@ void cConsole::scrollUp(int32_t height, int32_t speed) {
     }
 }
 
-void cConsole::scrollDown(int32_t speed) { scrollOffset = std::max(0, scrollOffset - speed); }
+void cConsole::scrollDown(int32_t speed) {
+    scrollOffset = std::max(0, scrollOffset - speed);
+}
 
 void cConsole::draw() const {
     if (!visible || !platform::hasGlContext()) return;

@@ -23,6 +23,6 @@ public:
     static void useTerminal(bool on);
 };
 
-/// Types a character into `text`; `limit` is the text's length limit plus one. Backspace removes, a full text has
-/// its last character replaced, Shift follows the game's own table.
+/// Types a character into `text`; `limit` is the text's length limit plus one. Backspace removes, a full text
+/// has its last character replaced, Shift follows the game's own table.
 void typeCharacter(std::string& text, int limit, char character, bool shift);

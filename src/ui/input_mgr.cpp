@@ -18,7 +18,9 @@ constexpr int kConsoleLimit = 93;
 
 cInputMgr* g_instance = nullptr;
 
-int32_t inputSetting(const char* key) { return cConfigMgr::instance().getInt(key, "input"); }
+int32_t inputSetting(const char* key) {
+    return cConfigMgr::instance().getInt(key, "input");
+}
 } // namespace
 
 cInputMgr& cInputMgr::instance() {
@@ -90,21 +92,29 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
     case SDL_KEYDOWN:
         // SDL has set the entry already, but for events that were pushed by a program.
         bindings.setKey(event.key.keysym.sym, true);
-        keyPressed(event.key.keysym.sym, event.key.keysym.unicode, (event.key.keysym.mod & KMOD_SHIFT) != 0, state);
+        keyPressed(event.key.keysym.sym, event.key.keysym.unicode, (event.key.keysym.mod & KMOD_SHIFT) != 0,
+                   state);
         break;
-    case SDL_KEYUP: bindings.setKey(event.key.keysym.sym, false); break;
+    case SDL_KEYUP:
+        bindings.setKey(event.key.keysym.sym, false);
+        break;
     case SDL_MOUSEMOTION:
         mouseMoved(event.motion.x, event.motion.y, event.motion.xrel, event.motion.yrel, *state);
         break;
-    case SDL_MOUSEBUTTONDOWN: buttonPressed(event.button.button, event.button.x, event.button.y, state); break;
+    case SDL_MOUSEBUTTONDOWN:
+        buttonPressed(event.button.button, event.button.x, event.button.y, state);
+        break;
     case SDL_MOUSEBUTTONUP:
         if (event.button.button <= kLastHeldButton) bindings.setKey(event.button.button, false);
         break;
-    case SDL_QUIT: *state = STATE_QUIT; break;
+    case SDL_QUIT:
+        *state = STATE_QUIT;
+        break;
     case SDL_USEREVENT:
         if (event.user.code == kResumeCode) resume(state);
         break;
-    default: break;
+    default:
+        break;
     }
 }
 

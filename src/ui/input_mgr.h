@@ -28,20 +28,27 @@ public:
     void setWalkDefault(bool on) { bindings.settings.walkIsDefault = on; }
     void setMoveRelativeToCamera(bool on) { bindings.settings.moveRelativeToCamera = on; }
     void setSensitivity(float value) { bindings.settings.sensitivity = value; }
-    void setOption(uint8_t bit) { bindings.settings.options = static_cast<uint8_t>(bindings.settings.options | bit); }
-    void clearOption(uint8_t bit) { bindings.settings.options = static_cast<uint8_t>(bindings.settings.options & ~bit); }
+    void setOption(uint8_t bit) {
+        bindings.settings.options = static_cast<uint8_t>(bindings.settings.options | bit);
+    }
+    void clearOption(uint8_t bit) {
+        bindings.settings.options = static_cast<uint8_t>(bindings.settings.options & ~bit);
+    }
     float getSoundVolume() const { return bindings.settings.soundVolume; }
     float getMusicVolume() const { return bindings.settings.musicVolume; }
 
-    // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with 0xA3 are the program's own.
+    // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with 0xA3 are the
+    // program's own.
     int loadSettings(const std::string& name); ///< 0, or −1 when the file does not hold it
     bool saveSettings(const std::string& name);
     int findSettings(const std::string& name) const;
     std::vector<std::string> listSettings() const;
     void applySettings(); ///< to HUD, shadows and volumes
 
-    static constexpr const char* kLatest = "\xA3" "LATEST";
-    static constexpr const char* kDefault = "\xA3" "DEFAULT";
+    static constexpr const char* kLatest = "\xA3"
+                                           "LATEST";
+    static constexpr const char* kDefault = "\xA3"
+                                            "DEFAULT";
 
     cBindings bindings;
     cInputSettings editSettings; ///< copy that the settings screens edit

@@ -14,7 +14,9 @@ void readKeys(cBinaryReader& in, std::array<int32_t, kCommandCount>& keys) {
     }
 }
 
-float finiteOr(float value, float otherwise) { return std::isfinite(value) ? value : otherwise; }
+float finiteOr(float value, float otherwise) {
+    return std::isfinite(value) ? value : otherwise;
+}
 /// Beyond this a single pixel turns the view more than half around.
 constexpr float kWildestSensitivity = 1;
 } // namespace

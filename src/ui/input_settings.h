@@ -8,8 +8,19 @@ constexpr int kCommandCount = 16; ///< commands 16 to 31 are the first-person fo
 constexpr int kKeyCount = 322;    ///< SDL key codes 0 to 321; 1 to 5 are mouse buttons
 
 enum Command : int {
-    CMD_FORWARD = 0, CMD_BACK = 1, CMD_LEFT = 2, CMD_RIGHT = 3, CMD_RUN = 4, CMD_USE = 5, CMD_JUMP = 6, CMD_FIRE = 7,
-    CMD_ZOOM_IN = 10, CMD_ZOOM_OUT = 11, CMD_INVENTORY = 12, CMD_NEXT_ITEM = 13, CMD_PREV_ITEM = 14,
+    CMD_FORWARD = 0,
+    CMD_BACK = 1,
+    CMD_LEFT = 2,
+    CMD_RIGHT = 3,
+    CMD_RUN = 4,
+    CMD_USE = 5,
+    CMD_JUMP = 6,
+    CMD_FIRE = 7,
+    CMD_ZOOM_IN = 10,
+    CMD_ZOOM_OUT = 11,
+    CMD_INVENTORY = 12,
+    CMD_NEXT_ITEM = 13,
+    CMD_PREV_ITEM = 14,
     CMD_TOGGLE_VIEW = 15,
 };
 constexpr int kFirstPersonCommands = 16; ///< added to a command for its first-person binding
@@ -20,10 +31,12 @@ enum OptionBits : uint8_t { kOptionCrosshair = 1, kOptionStatFading = 2, kOption
 
 /// The player's input, display and sound settings: one 214-byte record of settings.cfl.
 struct cInputSettings {
-    std::array<int32_t, kCommandCount> keysThirdPerson{119, 115, 97, 100, 304, 101, 32, 1, 0, 0, 4, 5, 105, 114, 113, 118};
+    std::array<int32_t, kCommandCount> keysThirdPerson{119, 115, 97, 100, 304, 101, 32,  1,
+                                                       0,   0,   4,  5,   105, 114, 113, 118};
     std::array<int32_t, kCommandCount> keysFirstPerson = keysThirdPerson; ///< SDL key codes or mouse buttons
     /// Milliseconds before a held command counts again.
-    std::array<int32_t, kCommandCount> repeatIntervals{0, 0, 0, 0, 0, 300, 200, 0, 0, 0, 0, 0, 0, 250, 250, 300};
+    std::array<int32_t, kCommandCount> repeatIntervals{0, 0, 0, 0, 0, 300, 200, 0,
+                                                       0, 0, 0, 0, 0, 250, 250, 300};
     uint8_t controlThirdPerson = kControlMouse;
     uint8_t controlFirstPerson = kControlMouse;
     uint8_t walkIsDefault = 0;

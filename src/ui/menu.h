@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <string>
 
-/// The menu. For now a pause screen: without a game it begins one at once, in a game it offers to go on or to quit.
+/// The menu. For now a pause screen: without a game it begins one at once, in a game it offers to go on or to
+/// quit.
 class cMenu {
 public:
     void open();

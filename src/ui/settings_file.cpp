@@ -62,7 +62,9 @@ struct Entries {
 };
 } // namespace
 
-int cInputMgr::findSettings(const std::string& name) const { return Entries::read().find(name); }
+int cInputMgr::findSettings(const std::string& name) const {
+    return Entries::read().find(name);
+}
 
 std::vector<std::string> cInputMgr::listSettings() const {
     std::vector<std::string> list = Entries::read().names;

@@ -12,13 +12,14 @@ enum MoveFlags : uint32_t {
     MOVE_SOLID = 8,    ///< contact with other bodies blocks
 };
 
-/// Displacement of a capsule's two points for one frame, world units; the same vector twice for a translation.
+/// Displacement of a capsule's two points for one frame, world units; the same vector twice for a
+/// translation.
 struct cMove {
     cVector3 p0, p1;
 };
 
-/// One physical object in the physics world's array. Addresses change when bodies come and go: reach a body through
-/// its owner only.
+/// One physical object in the physics world's array. Addresses change when bodies come and go: reach a body
+/// through its owner only.
 struct cCollisionBody {
     cCapsule shape; ///< world coordinates
     cObject* owner = nullptr;

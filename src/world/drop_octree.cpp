@@ -23,7 +23,8 @@ DropOctreeResult dropOctree(const std::vector<std::string>& p) {
     const int minFaces = toInt(p[n - 4]), maxGenerations = toInt(p[n - 3]);
     const float size = toFloat(p[n - 2]);
     const bool triangleDetection = toInt(p[n - 1]) != 0;
-    if (input.size() < kShortestName || output.size() < kShortestName || minFaces < kLeastFaces || maxGenerations < 1) {
+    if (input.size() < kShortestName || output.size() < kShortestName || minFaces < kLeastFaces ||
+        maxGenerations < 1) {
         return {false, "Invalid parameters"};
     }
     cModel model, second;

@@ -27,12 +27,16 @@ struct WaveTables {
 const WaveTables kWaves;
 
 uint32_t phaseAt(float coordinate, uint32_t phase) {
-    const float offset = std::isfinite(coordinate) ? std::fmod(coordinate * kPhasePerUnit, static_cast<float>(kWaveEntries)) : 0;
+    const float offset = std::isfinite(coordinate)
+                             ? std::fmod(coordinate * kPhasePerUnit, static_cast<float>(kWaveEntries))
+                             : 0;
     return (static_cast<uint32_t>(static_cast<int32_t>(offset)) + phase) % kWaveEntries;
 }
 } // namespace
 
-void cEnvironment::clear() { *this = cEnvironment(); }
+void cEnvironment::clear() {
+    *this = cEnvironment();
+}
 
 bool cEnvironment::load(const std::string& fileName) {
     cBinaryReader in(fileName);

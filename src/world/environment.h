@@ -6,8 +6,8 @@
 /// Sky and water of a level, its light and its death height.
 class cEnvironment {
 public:
-    /// Replaces the content. False, with a row in the log, when the file is missing (what was loaded stays) or
-    /// damaged (nothing is left).
+    /// Replaces the content. False, with a row in the log, when the file is missing (what was loaded stays)
+    /// or damaged (nothing is left).
     bool load(const std::string& fileName);
     void clear();
     /// Second sky model, first, water; the second drifts a little with every call.

@@ -32,7 +32,8 @@ Line parseLine(std::string_view text) {
 }
 } // namespace
 
-HierarchyIndices lookupHierarchy(const std::string& type, const std::string& race, const std::string& className) {
+HierarchyIndices lookupHierarchy(const std::string& type, const std::string& race,
+                                 const std::string& className) {
     int16_t found[3] = {-1, -1, -1};
     const std::string* wanted[3] = {&type, &race, &className};
     platform::Bytes bytes;

@@ -19,8 +19,8 @@ struct Piece {
 /// A sign that fades in and out: shown for start ≤ t < end.
 struct Sign {
     uint64_t start, end;
-    uint64_t fadeInEnd, fadeInMs;       ///< below fadeInEnd
-    uint64_t fadeOutStart, fadeOutMs;   ///< above fadeOutStart
+    uint64_t fadeInEnd, fadeInMs;     ///< below fadeInEnd
+    uint64_t fadeOutStart, fadeOutMs; ///< above fadeOutStart
     Piece piece;
     int dx, dy; ///< lower left corner from the window's centre
 };
@@ -47,7 +47,9 @@ int alphaAt(const Sign& sign, uint64_t t) {
     return 255;
 }
 
-GLubyte toByte(int alpha) { return static_cast<GLubyte>(alpha < 0 ? 0 : alpha > 255 ? 255 : alpha); }
+GLubyte toByte(int alpha) {
+    return static_cast<GLubyte>(alpha < 0 ? 0 : alpha > 255 ? 255 : alpha);
+}
 
 void drawPiece(int32_t texture, const Piece& p, int x, int y, int alpha) {
     if (texture < 0 || !platform::hasGlContext()) return;
@@ -65,7 +67,8 @@ void drawTitle(int32_t menuTexture, uint64_t t) {
     if (!platform::hasGlContext()) return;
     cRenderer& renderer = cRenderer::instance();
     const int alpha = t < kTitleFadeEnd ? 255 - static_cast<int>((kTitleFadeEnd - t) * 256 / 1000) : 255;
-    const auto cx = static_cast<float>(renderer.getWidth() / 2), cy = static_cast<float>(renderer.getHeight() / 2);
+    const auto cx = static_cast<float>(renderer.getWidth() / 2),
+               cy = static_cast<float>(renderer.getHeight() / 2);
     glEnable(GL_BLEND);
     glDisable(GL_TEXTURE_2D);
     glColor4ub(255, 255, 255, toByte(alpha));
@@ -115,7 +118,8 @@ void cWorld::updateIntro(uint32_t elapsedMs, GameState* state) {
     glDisable(GL_FOG);
     const int cx = static_cast<int>(renderer.getWidth() / 2), cy = static_cast<int>(renderer.getHeight() / 2);
     for (const Sign& sign : kSigns) {
-        if (t >= sign.start && t < sign.end) drawPiece(introImage_, sign.piece, cx + sign.dx, cy + sign.dy, alphaAt(sign, t));
+        if (t >= sign.start && t < sign.end)
+            drawPiece(introImage_, sign.piece, cx + sign.dx, cy + sign.dy, alphaAt(sign, t));
     }
     if (t >= kTitleStart && !flight) drawTitle(menuTexture, t);
     for (const Caption& caption : kCaptions) {

@@ -15,9 +15,9 @@
 #include "world/world.h"
 
 namespace {
-constexpr float kLeastSize = 0.001f;   ///< a smaller "size" leaves a model as it is
-constexpr float kLeastRadius = 0.01f;  ///< a smaller capsule gives no body
-constexpr size_t kShortestName = 3;    ///< of music and of attribute texts that switch something on
+constexpr float kLeastSize = 0.001f;  ///< a smaller "size" leaves a model as it is
+constexpr float kLeastRadius = 0.01f; ///< a smaller capsule gives no body
+constexpr size_t kShortestName = 3;   ///< of music and of attribute texts that switch something on
 const cCapsule kHeroCapsule({0, 0.35f, 0}, {0, -0.85f, 0}, 0.4f);
 
 /// An object's collision shape, relative to its position.
@@ -29,8 +29,9 @@ struct Shape {
 Shape readShape(const cCmlElement& physics) {
     Shape shape;
     if (const cCmlElement* volume = physics.findChild(kCmlBoundingVolume)) {
-        shape.capsule = cCapsule(toVector3(volume->getAttribute("start")), toVector3(volume->getAttribute("end")),
-                                 toFloat(volume->getAttribute("radius")));
+        shape.capsule =
+            cCapsule(toVector3(volume->getAttribute("start")), toVector3(volume->getAttribute("end")),
+                     toFloat(volume->getAttribute("radius")));
     } else {
         shape.boundingRadius = toFloat(physics.getAttribute("radius"));
     }
@@ -203,7 +204,8 @@ void cWorld::loadHero() {
         return;
     }
     auto hero = std::make_unique<cAnimatedObject>(
-        animatedModels.load("maincharfinal", "mainchar_noweapon", false, lightPosition.y > kNoLight), &animatedModels);
+        animatedModels.load("maincharfinal", "mainchar_noweapon", false, lightPosition.y > kNoLight),
+        &animatedModels);
     hero->setController(std::make_unique<cPlayer>(hero.get()));
     place(*hero, {kHeroCapsule, 0}, toVector3(physics->getAttribute("position")),
           toVector3(physics->getAttribute("direction")).normalized(),

@@ -9,7 +9,9 @@
 namespace {
 constexpr float kNearSq = 625; ///< 25 units: nearer objects are cel-shaded and cast shadows
 
-bool isNear(const cVector3& eye, const cVector3& position) { return (position - eye).lengthSq() < kNearSq; }
+bool isNear(const cVector3& eye, const cVector3& position) {
+    return (position - eye).lengthSq() < kNearSq;
+}
 
 /// Applies a matrix for as long as it lives.
 class MatrixScope {

@@ -20,8 +20,9 @@ void cStaticModelStore::release(const cModel* model) {
     std::erase_if(models_, [=](const auto& owned) { return owned.get() == model; });
 }
 
-std::shared_ptr<cCharacterModel> cAnimatedModelStore::load(const std::string& directory, const std::string& name,
-                                                           bool converting, bool shadows) {
+std::shared_ptr<cCharacterModel> cAnimatedModelStore::load(const std::string& directory,
+                                                           const std::string& name, bool converting,
+                                                           bool shadows) {
     if (const auto it = models_.find(name); it != models_.end()) return it->second;
     auto model = std::make_shared<cCharacterModel>();
     if (!(converting ? model->loadCff(directory, name) : model->loadCffRaw(directory, name))) {

@@ -19,13 +19,14 @@ private:
     std::vector<std::unique_ptr<cModel>> models_;
 };
 
-/// Character geometry, shared by name (without its directory). Owned by the store and by every pose that uses it.
+/// Character geometry, shared by name (without its directory). Owned by the store and by every pose that uses
+/// it.
 class cAnimatedModelStore {
 public:
-    /// Never null: a model that cannot be read is kept empty, with a row in the log. `converting` turns stored z-up
-    /// coordinates into y-up.
-    std::shared_ptr<cCharacterModel> load(const std::string& directory, const std::string& name, bool converting,
-                                          bool shadows);
+    /// Never null: a model that cannot be read is kept empty, with a row in the log. `converting` turns
+    /// stored z-up coordinates into y-up.
+    std::shared_ptr<cCharacterModel> load(const std::string& directory, const std::string& name,
+                                          bool converting, bool shadows);
     /// One user less; the entry goes with the last one.
     void release(std::shared_ptr<const cCharacterModel>& model);
     void clear() { models_.clear(); }

@@ -7,7 +7,9 @@ uint64_t g_nextSerial = 1;
 cObject::cObject(VisualKind kind) : visualKind_(kind), serial_(g_nextSerial++) {}
 cObject::~cObject() = default;
 
-void cObject::setController(std::unique_ptr<cController> controller) { controller_ = std::move(controller); }
+void cObject::setController(std::unique_ptr<cController> controller) {
+    controller_ = std::move(controller);
+}
 void cObject::drawShadow(const cVector3&) {}
 void cObject::draw(const ViewInfo&) {}
 void cObject::releaseModel() {}

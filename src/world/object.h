@@ -10,8 +10,8 @@ class cController;
 /// What drawing a world object needs to know of the frame.
 struct ViewInfo {
     cVector3 eye;
-    cVector3 light;         ///< position; y at or below −49 means that there is none
-    unsigned celRamp = 0;   ///< GL name of the 1D ramp
+    cVector3 light;       ///< position; y at or below −49 means that there is none
+    unsigned celRamp = 0; ///< GL name of the 1D ramp
 };
 
 /// The visible part of everything that stands or moves in a level besides its scenery. Owns its controller.

@@ -9,7 +9,8 @@
 #include <algorithm>
 
 namespace {
-constexpr float kShotReach = 6; ///< times the squared bounding radius: how near a ray must pass an object's centre
+constexpr float kShotReach =
+    6; ///< times the squared bounding radius: how near a ray must pass an object's centre
 
 std::unique_ptr<cObjectMgr> g_instance;
 
@@ -27,17 +28,25 @@ cObjectMgr& cObjectMgr::instance() {
     return *g_instance;
 }
 
-void cObjectMgr::destroyInstance() { g_instance.reset(); }
+void cObjectMgr::destroyInstance() {
+    g_instance.reset();
+}
 
-void cObjectMgr::add(std::unique_ptr<cObject> object) { objects_.push_back(std::move(object)); }
-void cObjectMgr::addLater(std::unique_ptr<cObject> object) { createQueue_.push_back(std::move(object)); }
+void cObjectMgr::add(std::unique_ptr<cObject> object) {
+    objects_.push_back(std::move(object));
+}
+void cObjectMgr::addLater(std::unique_ptr<cObject> object) {
+    createQueue_.push_back(std::move(object));
+}
 
 void cObjectMgr::destroy(cObject* object) {
     if (object->getController()) object->getController()->setActive(false);
     destroyQueue_.push_back({object, object->getSerial()});
 }
 
-cObject* cObjectMgr::get(size_t index) const { return index < objects_.size() ? objects_[index].get() : nullptr; }
+cObject* cObjectMgr::get(size_t index) const {
+    return index < objects_.size() ? objects_[index].get() : nullptr;
+}
 
 cObject* cObjectMgr::hero() const {
     cObject* first = get(0);
@@ -115,7 +124,8 @@ void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
 cController* cObjectMgr::findCmlObject(int32_t id) const {
     for (const auto& object : objects_) {
         cController* controller = object->getController();
-        if (controller && controller->kind() == cController::kCmlObject && controller->getId() == id) return controller;
+        if (controller && controller->kind() == cController::kCmlObject && controller->getId() == id)
+            return controller;
     }
     return nullptr;
 }
@@ -140,7 +150,9 @@ cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& star
         const cVector3 passing = closestPointOnSegment(ray, object->getPosition());
         const float distance = (passing - start).length();
         const float radius = object->boundingRadius;
-        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius) || !(distance < longest)) continue;
+        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius) ||
+            !(distance < longest))
+            continue;
         if (object->body && !capsuleTouchesSegment(object->body->shape, ray)) continue;
         nearest = object.get();
         longest = distance;
@@ -152,7 +164,8 @@ cObject* cObjectMgr::firstHitBySphere(const cObject* excluded, const cVector3& c
     for (const auto& object : objects_) {
         if (object.get() == excluded || !object->isQueryable()) continue;
         const float reach = object->boundingRadius + radius;
-        if ((object->getPosition() - centre).lengthSq() < reach * reach && bodyHitBySphere(*object, centre, radius)) {
+        if ((object->getPosition() - centre).lengthSq() < reach * reach &&
+            bodyHitBySphere(*object, centre, radius)) {
             return object.get();
         }
     }
@@ -164,7 +177,8 @@ cObject* cObjectMgr::findBlowTarget(const cObject* attacker, const cVector3& cen
 }
 
 bool cObjectMgr::projectileHits(const cVector3& centre, float radius, const cObject* excluded) const {
-    return cPhysicsWorld::instance().touchesGeometry(centre, radius) || firstHitBySphere(excluded, centre, radius);
+    return cPhysicsWorld::instance().touchesGeometry(centre, radius) ||
+           firstHitBySphere(excluded, centre, radius);
 }
 
 void cObjectMgr::collectTargets(std::vector<cObject*>& out) const {

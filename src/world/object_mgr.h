@@ -23,7 +23,9 @@ public:
     /// Releases and deletes every object, last first.
     void clear();
     /// Is told of every object just before it is deleted, so that nobody keeps its pointer.
-    void setForgetListener(std::function<void(const cObject*)> listener) { forgetListener_ = std::move(listener); }
+    void setForgetListener(std::function<void(const cObject*)> listener) {
+        forgetListener_ = std::move(listener);
+    }
 
     /// Controllers, then destructions, then creations, each queue newest first.
     void update(uint32_t elapsedMs, GameState* state);

@@ -134,7 +134,7 @@ void cOctree::drawNode(const Node& node, bool cull) {
 
 std::string cOctree::stats() const {
     char text[128];
-    std::snprintf(text, sizeof text, "Total Nodes: %d, last drawn: %d Last Trace: %d", totalNodes_, lastDrawn_,
-                  lastTrace_);
+    std::snprintf(text, sizeof text, "Total Nodes: %d, last drawn: %d Last Trace: %d", totalNodes_,
+                  lastDrawn_, lastTrace_);
     return text;
 }

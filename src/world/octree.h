@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Static level geometry in a tree of cubes. A face lies in every leaf that it reaches, uncut and in its original
-/// order: the order decides which contact the physics reports.
+/// Static level geometry in a tree of cubes. A face lies in every leaf that it reaches, uncut and in its
+/// original order: the order decides which contact the physics reports.
 class cOctree {
 public:
     using LeafList = std::vector<const cModel*>;
@@ -19,9 +19,9 @@ public:
     cOctree(const cOctree&) = delete;
     cOctree& operator=(const cOctree&) = delete;
 
-    /// Splits nodes with more than `minFaces` faces down to `maxGenerations`. With `triangleDetection` a face goes
-    /// to every cube that it overlaps, without it to those that hold one of its corners. Does nothing for a model
-    /// without objects.
+    /// Splits nodes with more than `minFaces` faces down to `maxGenerations`. With `triangleDetection` a face
+    /// goes to every cube that it overlaps, without it to those that hold one of its corners. Does nothing
+    /// for a model without objects.
     void build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection);
     void clear();
 

@@ -4,11 +4,11 @@
 #include <array>
 
 namespace {
-/// Beyond this a cube of a 1000-unit level is smaller than a float can tell apart; it also bounds what coincident
-/// faces can multiply to.
+/// Beyond this a cube of a 1000-unit level is smaller than a float can tell apart; it also bounds what
+/// coincident faces can multiply to.
 constexpr int kDeepestBuild = 20;
-/// Reach added to a cube for rounding, as a part of the root's size: a face in a dividing plane must not fall between
-/// the cubes on both sides.
+/// Reach added to a cube for rounding, as a part of the root's size: a face in a dividing plane must not fall
+/// between the cubes on both sides.
 constexpr float kRoundingReach = 2e-6f;
 
 using Corners = std::array<cVector3, 3>;
@@ -40,7 +40,8 @@ bool octantHolds(const cVector3& p, const cVector3& centre, int k) {
 }
 
 template <typename Element>
-void compactArray(std::vector<Element>& values, std::vector<FaceIndices>& faces, std::vector<Element>* alongside) {
+void compactArray(std::vector<Element>& values, std::vector<FaceIndices>& faces,
+                  std::vector<Element>* alongside) {
     constexpr uint32_t kUnused = 0xFFFFFFFF;
     std::vector<uint32_t> renumbered(values.size(), kUnused);
     for (const FaceIndices& face : faces) {
@@ -89,7 +90,8 @@ struct cOctree::Builder {
         for (int k = 0; k < 8; ++k) {
             bool receives = false;
             if (triangleDetection) {
-                receives = triangleTouchesCube(t, Node::childCentre(node.centre, node.size, k), node.size / 4 + slack);
+                receives = triangleTouchesCube(t, Node::childCentre(node.centre, node.size, k),
+                                               node.size / 4 + slack);
             } else {
                 for (const cVector3& corner : t) receives = receives || octantHolds(corner, node.centre, k);
             }

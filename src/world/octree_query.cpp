@@ -20,7 +20,8 @@ bool nearOnEachAxis(const cVector3& p, const cVector3& centre, float reach) {
 }
 
 /// Fraction of the way from start to end at which the triangle is crossed; 1 when it is not.
-float crossing(const cVector3& start, const cVector3& end, const cVector3& a, const cVector3& b, const cVector3& c) {
+float crossing(const cVector3& start, const cVector3& end, const cVector3& a, const cVector3& b,
+               const cVector3& c) {
     const cPlane plane(a, b, c);
     const float d0 = plane.distance(start), d1 = plane.distance(end);
     if (d0 * d1 > 0 || d0 == d1) return 1;
@@ -46,7 +47,8 @@ void cOctree::queryBodies(const cCapsule& a, const cCapsule& b, LeafList& out) c
 }
 
 void cOctree::querySphere(const cVector3& sphereCentre, float radius, LeafList& out) const {
-    query([&](const cVector3& centre, float half) { return nearOnEachAxis(sphereCentre, centre, half + radius); },
+    query([&](const cVector3& centre,
+              float half) { return nearOnEachAxis(sphereCentre, centre, half + radius); },
           out);
 }
 
@@ -57,7 +59,8 @@ void cOctree::querySegment(const cSegment& s, LeafList& out) const {
     query(
         [&](const cVector3& centre, float h) {
             const cVector3 m = middle - centre;
-            if (std::fabs(m.x) > d.x * l + h || std::fabs(m.y) > d.y * l + h || std::fabs(m.z) > d.z * l + h) return false;
+            if (std::fabs(m.x) > d.x * l + h || std::fabs(m.y) > d.y * l + h || std::fabs(m.z) > d.z * l + h)
+                return false;
             const cVector3 c = m.cross(s.dir);
             return std::fabs(c.x) <= h * (d.y + d.z) && std::fabs(c.y) <= h * (d.x + d.z) &&
                    std::fabs(c.z) <= h * (d.x + d.y);

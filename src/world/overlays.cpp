@@ -1,4 +1,5 @@
-// The 2D layer of cWorld at the end of a frame: crosshair, fades, the action music's envelope, the end of a level.
+// The 2D layer of cWorld at the end of a frame: crosshair, fades, the action music's envelope, the end of a
+// level.
 
 #include "audio/audio_mgr.h"
 #include "platform/clock.h"
@@ -36,7 +37,8 @@ void stepIntensity(cWorld& world) {
         audio.setMusicVolume(world.playerMusicVolume);
         return;
     }
-    audio.setMusicVolume(world.playerMusicVolume * static_cast<float>(std::min(world.intensity, kFullVolume)) / 100.0f);
+    audio.setMusicVolume(world.playerMusicVolume *
+                         static_cast<float>(std::min(world.intensity, kFullVolume)) / 100.0f);
 }
 
 /// The last picture, for three seconds; then the program ends.
@@ -45,13 +47,15 @@ void showEnd(const cWorld& world) {
     renderer.beginFrame();
     renderer.setProjection(true);
     if (platform::hasGlContext() && world.menuTexture > 0) {
-        const auto w = static_cast<float>(renderer.getWidth() / 2), h = static_cast<float>(renderer.getHeight() / 2);
+        const auto w = static_cast<float>(renderer.getWidth() / 2),
+                   h = static_cast<float>(renderer.getHeight() / 2);
         glEnable(GL_TEXTURE_2D);
         glEnable(GL_BLEND);
         glDisable(GL_DEPTH_TEST);
         glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(world.menuTexture));
         glColor4ub(255, 255, 255, 255);
-        drawRectangle(w - 240, h - 35, w + 241, h + 34, 48 / 1024.0f, 95 / 1024.0f, 529 / 1024.0f, 164 / 1024.0f);
+        drawRectangle(w - 240, h - 35, w + 241, h + 34, 48 / 1024.0f, 95 / 1024.0f, 529 / 1024.0f,
+                      164 / 1024.0f);
     }
     renderer.present();
     platform::sleepMs(kEndPictureMs);
@@ -88,7 +92,8 @@ void cWorld::drawOverlays() {
     if (hud.crosshairOn && camera.isFirstPerson() && camera.getTarget() && !cinematic.playing) {
         hud.drawCrosshair(static_cast<int>(renderer.getWidth()), static_cast<int>(renderer.getHeight()));
     }
-    if (cinematic.fade.a > 0) drawFade(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
+    if (cinematic.fade.a > 0)
+        drawFade(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
     if (intensity > 0) stepIntensity(*this);
     if (levelChangePending > 0) stepLevelChange(*this);
     renderer.setProjection(false);

@@ -30,7 +30,9 @@ void cWorld::requestLevelChange(const std::string& level, const std::string& spa
     levelChangePending = 1;
 }
 
-void cWorld::saveGame() { checkpoint_ = {heroName, levelFile, spawnPoint}; }
+void cWorld::saveGame() {
+    checkpoint_ = {heroName, levelFile, spawnPoint};
+}
 
 int cWorld::loadSavedGame(const std::string& name) {
     if (checkpoint_.hero.empty() || checkpoint_.hero != name) return -1;

@@ -38,16 +38,19 @@ void cWorld::destroy() {
     g_instance = nullptr;
 }
 
-cWorld::cWorld()
-    : maxHealth(cConfigMgr::instance().getInt("MAX_HP", "character")), health(maxHealth) {
+cWorld::cWorld() : maxHealth(cConfigMgr::instance().getInt("MAX_HP", "character")), health(maxHealth) {
     cObjectMgr::instance().setForgetListener([](const cObject* object) {
         if (g_instance) g_instance->forget(object);
     });
 }
 
-void cWorld::forget(const cObject* object) { camera.forget(object); }
+void cWorld::forget(const cObject* object) {
+    camera.forget(object);
+}
 
-bool cWorld::isGameLoaded() const { return heroName != kUnloadedHero; }
+bool cWorld::isGameLoaded() const {
+    return heroName != kUnloadedHero;
+}
 
 void cWorld::update(uint32_t, GameState* state) {
     if (*state != STATE_GAME && *state != STATE_DIALOGUE && *state != STATE_CINEMATIC) return;
@@ -70,11 +73,17 @@ void cWorld::updateCameraOrCinematic(uint32_t, GameState* state) {
     }
 }
 
-void cWorld::drawLevel() { scenery.draw(); }
+void cWorld::drawLevel() {
+    scenery.draw();
+}
 
-ViewInfo cWorld::viewInfo() const { return {camera.getEye(), lightPosition, celRamp}; }
+ViewInfo cWorld::viewInfo() const {
+    return {camera.getEye(), lightPosition, celRamp};
+}
 
-bool cWorld::isPlayerVisible() const { return !camera.isFirstPerson() || !camera.getTarget() || cinematic.playing; }
+bool cWorld::isPlayerVisible() const {
+    return !camera.isFirstPerson() || !camera.getTarget() || cinematic.playing;
+}
 
 void cWorld::drawEnvironment() {
     environment_.draw();
@@ -89,7 +98,8 @@ void cWorld::drawEnvironment() {
 
 void cWorld::damage(int32_t amount) {
     if (health <= 0) return;
-    health = static_cast<int32_t>(std::clamp<int64_t>(static_cast<int64_t>(health) - amount, INT32_MIN, maxHealth));
+    health = static_cast<int32_t>(
+        std::clamp<int64_t>(static_cast<int64_t>(health) - amount, INT32_MIN, maxHealth));
     if (amount <= 0) {
         if (health == maxHealth) hud.showStats();
     } else if (health > 0) {

@@ -17,22 +17,26 @@ public:
     static cWorld& instance();
     static void destroy();
 
-    // --- Levels (level_loader.cpp, saved_heroes.cpp) ---------------------------------------------------------
-    /// 0, or negative when the document or a file of it cannot be loaded; a document that fails leaves no objects.
+    // --- Levels (level_loader.cpp, saved_heroes.cpp)
+    // ---------------------------------------------------------
+    /// 0, or negative when the document or a file of it cannot be loaded; a document that fails leaves no
+    /// objects.
     int loadLevel(const std::string& fileName);
     /// Starts the end-of-level fade towards a level; ignored while one is under way.
     void requestLevelChange(const std::string& level, const std::string& spawn);
     /// A new hero at the first level's first spawn point. False when the level cannot be loaded.
     bool startNewGame(const std::string& name);
-    void saveGame();                              ///< the hero's checkpoint
-    int loadSavedGame(const std::string& name);   ///< 0, or −1 when there is none of that name
+    void saveGame();                            ///< the hero's checkpoint
+    int loadSavedGame(const std::string& name); ///< 0, or −1 when there is none of that name
     bool isGameLoaded() const;
 
-    // --- Intro (intro.cpp) -----------------------------------------------------------------------------------
+    // --- Intro (intro.cpp)
+    // -----------------------------------------------------------------------------------
     void startIntro();
     void updateIntro(uint32_t elapsedMs, GameState* state);
 
-    // --- Frame -----------------------------------------------------------------------------------------------
+    // --- Frame
+    // -----------------------------------------------------------------------------------------------
     /// Where state changes of a level load go: conversations and cinematics end with their level.
     void attachState(GameState* state) { state_ = state; }
     void update(uint32_t elapsedMs, GameState* state);
@@ -44,16 +48,19 @@ public:
     void drawOverlays();          ///< 2D layer: crosshair, fades, action music, end of level (overlays.cpp)
     void forget(const cObject* object);
 
-    // --- Cinematics (cinematic.cpp) --------------------------------------------------------------------------
+    // --- Cinematics (cinematic.cpp)
+    // --------------------------------------------------------------------------
     void startCinematic(int32_t position); ///< among the level element's children
     void updateCinematic(GameState* state);
     void resetCinematic();
 
-    // --- Hero ------------------------------------------------------------------------------------------------
+    // --- Hero
+    // ------------------------------------------------------------------------------------------------
     /// Negative heals. Plays the hit or death animation.
     void damage(int32_t amount);
 
-    static constexpr const char* kUnloadedHero = "\xA3" "UNLOADED";
+    static constexpr const char* kUnloadedHero = "\xA3"
+                                                 "UNLOADED";
     static constexpr float kNoLight = -49; ///< a light at or below this height does not exist
 
     cCmlElement document;

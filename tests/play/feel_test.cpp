@@ -1,4 +1,5 @@
-// What a player would notice with the shipped tuning and the first level: sticking, jitter, lost ground, walls.
+// What a player would notice with the shipped tuning and the first level: sticking, jitter, lost ground,
+// walls.
 
 #include "game/physics_world.h"
 #include "support/game_run.h"
@@ -15,7 +16,9 @@ RunOptions at(const char* spawn) {
     return options;
 }
 
-bool airborne() { return cObjectMgr::instance().hero()->body->airborne; }
+bool airborne() {
+    return cObjectMgr::instance().hero()->body->airborne;
+}
 
 /// What happened to the hero on a straight way.
 struct Walk {

@@ -38,8 +38,9 @@ pid_t startGame(const std::string& user, const std::string& libraryPath) {
     setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
     if (!libraryPath.empty()) setenv("LD_LIBRARY_PATH", libraryPath.c_str(), 1);
     const std::string still = user + "/still.png@30", moved = user + "/moved.png@130";
-    execl(GAME_PROGRAM, GAME_PROGRAM, "--data", GAME_DATA, "--user", user.c_str(), "--level", "testlevel.xml", "--seed",
-          "1", "--screenshot", still.c_str(), "--screenshot", moved.c_str(), static_cast<char*>(nullptr));
+    execl(GAME_PROGRAM, GAME_PROGRAM, "--data", GAME_DATA, "--user", user.c_str(), "--level", "testlevel.xml",
+          "--seed", "1", "--screenshot", still.c_str(), "--screenshot", moved.c_str(),
+          static_cast<char*>(nullptr));
     _exit(127);
 }
 
@@ -63,7 +64,9 @@ int exitStatus(pid_t child, int seconds) {
     return -1;
 }
 
-int key(const std::string& command) { return std::system(("xdotool " + command).c_str()); }
+int key(const std::string& command) {
+    return std::system(("xdotool " + command).c_str());
+}
 
 void playInWindow(const std::string& libraryPath) {
     std::string pattern = (fs::temp_directory_path() / "quorvane-window-XXXXXX").string();
@@ -73,7 +76,8 @@ void playInWindow(const std::string& libraryPath) {
     EXPECT_TRUE(waitFor(user + "/still.png", 30)) << "no first picture";
     usleep(200000);
     // Without a window manager nobody else gives the window the focus.
-    EXPECT_EQ(key("search --name '^Quorvane$' mousemove --window %1 400 300 windowfocus %1"), 0) << "the window has no title";
+    EXPECT_EQ(key("search --name '^Quorvane$' mousemove --window %1 400 300 windowfocus %1"), 0)
+        << "the window has no title";
     EXPECT_EQ(key("keydown w"), 0);
     EXPECT_TRUE(waitFor(user + "/moved.png", 60)) << "no second picture";
     key("keyup w");
@@ -89,5 +93,9 @@ void playInWindow(const std::string& libraryPath) {
 }
 } // namespace
 
-TEST(RealWindow, WalksByKeyPresses) { playInWindow(""); }
-TEST(RealWindow, WalksByKeyPressesOnTheCompatibilityLibrary) { playInWindow(COMPAT_SDL); }
+TEST(RealWindow, WalksByKeyPresses) {
+    playInWindow("");
+}
+TEST(RealWindow, WalksByKeyPressesOnTheCompatibilityLibrary) {
+    playInWindow(COMPAT_SDL);
+}

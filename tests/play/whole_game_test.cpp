@@ -22,7 +22,8 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
 
     game.frames(60);
     EXPECT_NEAR(game.hero().y, 2.1f + kStandingHeight, 0.05f) << "stands on the floor of the hut";
-    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 3.0f}, {-12.6f, 4.6f}}) {
+    for (const auto& [x, z] :
+         {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 3.0f}, {-12.6f, 4.6f}}) {
         ASSERT_TRUE(game.walkTo(x, z)) << x << ", " << z;
     }
     const float ground = game.hero().y;

@@ -50,7 +50,8 @@ TEST(CmlCompile, SplitsCallListsAndPrefixes) {
 
     Compiled empty(objectWith(";;"));
     EXPECT_EQ(empty.object().calls.size(), 2u);
-    EXPECT_EQ(empty.rows(), "1: Unrecognised procedure \"\" in CML file\n1: Unrecognised procedure \"\" in CML file\n");
+    EXPECT_EQ(empty.rows(),
+              "1: Unrecognised procedure \"\" in CML file\n1: Unrecognised procedure \"\" in CML file\n");
 
     Compiled prefixed(objectWith("gate.set_active(0);destroy;set_timer()"));
     EXPECT_EQ(prefixed.call(0).objectId, nameHash("gate"));
@@ -60,8 +61,9 @@ TEST(CmlCompile, SplitsCallListsAndPrefixes) {
 }
 
 TEST(CmlCompile, ConvertsArgumentsByKeywordNameAndNumber) {
-    Compiled c(objectWith("set_direction(player);set_direction(inverted);set_direction(gate);set_direction( player);"
-                          "set_direction(_x);set_acceleration(1,-20,3)"));
+    Compiled c(
+        objectWith("set_direction(player);set_direction(inverted);set_direction(gate);set_direction( player);"
+                   "set_direction(_x);set_acceleration(1,-20,3)"));
     EXPECT_EQ(c.call(0).args[0], kWordPlayer);
     EXPECT_EQ(c.call(1).args[0], kWordInverted);
     EXPECT_EQ(c.call(2).args[0], nameHash("gate"));
@@ -82,15 +84,17 @@ TEST(CmlCompile, ChoosesTheFormOfVariables) {
     EXPECT_EQ(c.globals.at("g"), 0);
     EXPECT_EQ(c.call(4).procedure, nullptr);
     EXPECT_EQ(c.rows(), "1: Unrecognised procedure \"randomize_local_p\" in CML file\n");
-    EXPECT_EQ(c.object().localNames.at("third"), 2) << "also a prefixed call uses the enclosing object's table";
+    EXPECT_EQ(c.object().localNames.at("third"), 2)
+        << "also a prefixed call uses the enclosing object's table";
     EXPECT_EQ(c.object().localValues, std::vector<int32_t>(3, 0));
 }
 
 TEST(CmlCompile, ResolvesNamesOfTheDocument) {
-    Compiled c(objectWith("set_action(open);set_action(none);get_object(Key,2);get_object(Sword);play_sound(creak,50);"
-                          "use_item(bow,target)",
-                          "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" skill=\"120\" />"
-                          "<action name=\"open\" />"));
+    Compiled c(objectWith(
+        "set_action(open);set_action(none);get_object(Key,2);get_object(Sword);play_sound(creak,50);"
+        "use_item(bow,target)",
+        "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" skill=\"120\" />"
+        "<action name=\"open\" />"));
     EXPECT_EQ(c.call(0).args[0], 2) << "every child counts";
     EXPECT_EQ(c.call(1).args[0], -1);
     EXPECT_EQ(c.call(2).args[0], 4);
@@ -100,7 +104,8 @@ TEST(CmlCompile, ResolvesNamesOfTheDocument) {
     EXPECT_EQ(c.call(4).args[0], nameHash("creak"));
     EXPECT_EQ(c.call(4).args[1], 50);
     EXPECT_EQ(c.sounds, std::vector<std::string>{"creak"});
-    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{100, 1, kWordTarget})) << "skill at most 100, item, target";
+    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{100, 1, kWordTarget}))
+        << "skill at most 100, item, target";
 }
 
 TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
@@ -121,7 +126,8 @@ TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
     }
     Compiled outside("<level name=\"l\"><action name=\"a\" on_set=\"destroy()\" /></level>");
     EXPECT_EQ(outside.rows(), "1: CML object a has actions outside objects\n");
-    Compiled test(objectWith("", "<action name=\"a\"><reaction type=\"timer\"><requirement test=\"is_odd(1)\" /></reaction></action>"));
+    Compiled test(objectWith("", "<action name=\"a\"><reaction type=\"timer\"><requirement "
+                                 "test=\"is_odd(1)\" /></reaction></action>"));
     EXPECT_EQ(test.rows(), "1: Unrecognised function \"is_odd\" in CML file\n");
 }
 
@@ -135,10 +141,11 @@ TEST(CmlCompile, UnknownElementsFailTheDocumentOnce) {
 }
 
 TEST(CmlCompile, ActionsInheritWhatTheyDoNotDefine) {
-    Compiled c(objectWith("", "<reaction type=\"timer\" do=\"destroy()\" /><reaction type=\"context\" do=\"destroy()\" />"
-                              "<reaction type=\"nonsense\" do=\"destroy()\" />"
-                              "<action name=\"a\"><reaction type=\"timer\" do=\"set_timer(1)\" /></action>"
-                              "<action name=\"b\" />"));
+    Compiled c(objectWith(
+        "", "<reaction type=\"timer\" do=\"destroy()\" /><reaction type=\"context\" do=\"destroy()\" />"
+            "<reaction type=\"nonsense\" do=\"destroy()\" />"
+            "<action name=\"a\"><reaction type=\"timer\" do=\"set_timer(1)\" /></action>"
+            "<action name=\"b\" />"));
     const cCmlElement &a = *c.object().childAt(3), &b = *c.object().childAt(4);
     EXPECT_EQ(a.slots[kTriggerTimer], a.childAt(0));
     EXPECT_EQ(a.slots[kTriggerContext], c.object().childAt(1));
@@ -151,7 +158,8 @@ TEST(CmlCompile, ReadsNumbersOfObjectsReactionsFramesAndFilters) {
                "<reaction type=\"distance_exceeds\" point=\"player\" distance=\"2.5\" /></action></object>"
                "<object name=\"p\" />"
                "<cinematic name=\"c\" length=\"90\"><camera>"
-               "<frame number=\"7\" pos=\"1,2,3\" dir=\"0,0,-1\" /><frame pos=\"5\" target=\"4,5,6,7\" up=\"0,2,0\" /></camera>"
+               "<frame number=\"7\" pos=\"1,2,3\" dir=\"0,0,-1\" /><frame pos=\"5\" target=\"4,5,6,7\" "
+               "up=\"0,2,0\" /></camera>"
                "<player_cin><frame dir=\"0,0,-4\" speed=\"1500\" upper_anim=\"ab\" /></player_cin>"
                "<filter frame=\"50\" rgb=\"1,0,0\" alpha=\"0.5\" /></cinematic></level>");
     EXPECT_NEAR(c.object().fov, 0.5f, 1e-5f);

@@ -11,10 +11,12 @@ struct GameRun::Files {
     TempGame temp{GAME_DATA};
 };
 
-GameRun::GameRun(RunOptions options) : app([&] {
-    options.fast = true;
-    return options;
-}()), files_(std::make_unique<Files>()) {
+GameRun::GameRun(RunOptions options)
+    : app([&] {
+          options.fast = true;
+          return options;
+      }()),
+      files_(std::make_unique<Files>()) {
     platform::useFixedStep(16);
     platform::lockRandomSeed(1);
     started = app.start();
@@ -28,13 +30,18 @@ GameRun::~GameRun() {
 void GameRun::frames(int count) {
     for (int i = 0; i < count; ++i) {
         switch (app.state()) {
-        case STATE_QUIT: return;
+        case STATE_QUIT:
+            return;
         case STATE_INTRO:
             app.introFrame();
             if (app.state() != STATE_INTRO) app.afterIntro();
             break;
-        case STATE_MENU: app.menuFrame(); break;
-        default: app.gameFrame(); break;
+        case STATE_MENU:
+            app.menuFrame();
+            break;
+        default:
+            app.gameFrame();
+            break;
         }
     }
 }

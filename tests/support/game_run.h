@@ -6,8 +6,8 @@
 
 #include <memory>
 
-/// The whole game on the made data, in a user directory of its own, with the fixed clock and a fixed seed. Needs a
-/// display. Only input is given to it.
+/// The whole game on the made data, in a user directory of its own, with the fixed clock and a fixed seed.
+/// Needs a display. Only input is given to it.
 class GameRun {
 public:
     explicit GameRun(RunOptions options = {});

@@ -46,8 +46,12 @@ std::string TempGame::read(const std::string& name) const {
     return {bytes.begin(), bytes.end()};
 }
 
-const std::vector<std::string>& TempGame::errors() { return g_errors; }
-void TempGame::clearErrors() { g_errors.clear(); }
+const std::vector<std::string>& TempGame::errors() {
+    return g_errors;
+}
+void TempGame::clearErrors() {
+    g_errors.clear();
+}
 
 int TempGame::errorCount(const std::string& row) {
     return static_cast<int>(std::count(g_errors.begin(), g_errors.end(), row));

@@ -32,7 +32,8 @@ bool copyPlainData(const fs::path& content, forge::Output& out) {
     std::error_code error;
     for (const auto& entry : fs::recursive_directory_iterator(content, error)) {
         const std::string extension = entry.path().extension().string();
-        if (extension == ".cfg" || extension == ".xml" || extension == ".cfl" || extension == ".txt") files.push_back(entry.path());
+        if (extension == ".cfg" || extension == ".xml" || extension == ".cfl" || extension == ".txt")
+            files.push_back(entry.path());
     }
     std::sort(files.begin(), files.end());
     for (const fs::path& path : files) {
