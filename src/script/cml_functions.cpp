@@ -5,8 +5,6 @@
 #include "script/targets.h"
 #include "world/world.h"
 
-#include <algorithm>
-
 namespace {
 using Self = cCmlObject&;
 using Args = const int32_t*;
@@ -105,11 +103,7 @@ bool inFov(Self self, int, Args args) {
 }
 
 /// Tests of subsystems to come fail and say so once.
-template <size_t N> struct Name {
-    char text[N];
-    constexpr Name(const char (&t)[N]) { std::copy_n(t, N, text); }
-};
-template <Name name> bool notBuilt(Self, int, Args) {
+template <OperationName name> bool notBuilt(Self, int, Args) {
     reportNotBuilt(std::string("Function ") + name.text);
     return false;
 }

@@ -7,8 +7,6 @@
 #include "world/object_mgr.h"
 #include "world/world.h"
 
-#include <algorithm>
-
 namespace {
 constexpr double kPi = 3.141592;
 constexpr float kThousandth = 0.001f;
@@ -181,11 +179,7 @@ void runCinematic(Self, int, Args args) {
 }
 
 /// Procedures of subsystems to come say so once, each under its own name.
-template <size_t N> struct Name {
-    char text[N];
-    constexpr Name(const char (&t)[N]) { std::copy_n(t, N, text); }
-};
-template <Name name> void notBuilt(Self, int, Args) {
+template <OperationName name> void notBuilt(Self, int, Args) {
     reportNotBuilt(std::string("Procedure ") + name.text);
 }
 

@@ -76,8 +76,8 @@ void stepLevelChange(cWorld& world) {
     }
     cRenderer::instance().drawLoadingScreen();
     cAudioMgr::instance().stopMusic();
+    cAudioMgr::instance().setMusicVolume(world.playerMusicVolume); // before the level starts its own
     world.loadSavedGame(world.heroName);
-    cAudioMgr::instance().setMusicVolume(world.playerMusicVolume);
 }
 } // namespace
 

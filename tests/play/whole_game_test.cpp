@@ -79,6 +79,38 @@ TEST(WholeGame, EscapePausesAndReturnGoesOn) {
     EXPECT_EQ(cInputMgr::instance().returnState, STATE_INVENTORY);
 }
 
+TEST(WholeGame, QuittingTheIntroEndsTheRun) {
+    GameRun game;
+    ASSERT_TRUE(game.started);
+    game.frames(5);
+    SDL_Event quit{};
+    quit.type = SDL_QUIT;
+    SDL_PushEvent(&quit);
+    game.frames(3);
+    EXPECT_EQ(game.app.state(), STATE_QUIT) << "neither menu nor game follow";
+    EXPECT_FALSE(cWorld::instance().isGameLoaded());
+}
+
+TEST(WholeGame, AWheelStepIsHeldForOnePump) {
+    RunOptions options;
+    options.level = "testlevel.xml";
+    options.spawn = "pier";
+    GameRun game(options);
+    ASSERT_TRUE(game.started);
+    game.frames(10);
+    const float before = cWorld::instance().camera.getView().length();
+    SDL_Event wheel{};
+    wheel.type = SDL_MOUSEBUTTONDOWN;
+    wheel.button.button = 4;
+    SDL_PushEvent(&wheel);
+    game.frames(1);
+    EXPECT_TRUE(cInputMgr::instance().bindings.isKeyDown(4));
+    game.frames(1);
+    EXPECT_FALSE(cInputMgr::instance().bindings.isKeyDown(4));
+    game.frames(5);
+    EXPECT_NEAR(cWorld::instance().camera.getView().length(), before - 0.15f, 1e-4f) << "one step nearer";
+}
+
 TEST(WholeGame, DrowningLeadsBackToTheCheckpoint) {
     RunOptions options;
     options.level = "testlevel.xml";
