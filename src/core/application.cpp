@@ -22,6 +22,7 @@
 namespace {
 /// Dark below 5/16, three quarters below 8/16, full above.
 constexpr int kRampTexels = 16;
+constexpr uint32_t kFrameMs = 16; ///< pace of a run without a screen
 constexpr struct {
     int first;
     uint8_t grey;
@@ -73,22 +74,27 @@ int cApplication::run() {
     return 0;
 }
 
-/// False when nothing can be shown: without a window nobody could play or even quit.
+/// A game without a window is no reason to stop: it goes on, and whoever started it is told.
+void cApplication::tellNoWindow() {
+    const std::string reason = SDL_GetError();
+    cLogMgr::instance().error("No window could be opened: %s", reason.c_str());
+    platform::tellTerminal("Quorvane cannot open a window: " + reason +
+                           "\nIt runs on without one; Ctrl+C ends it. Check the display and window.cfg.");
+}
+
 bool cApplication::start() {
     started_ = true;
     createManagers();
     openWindow();
-    if (!cRenderer::instance().hasScreen()) {
-        platform::tellTerminal(std::string("Quorvane cannot open a window: ") + SDL_GetError());
-        cLogMgr::instance().error("No window could be opened: %s", SDL_GetError());
-        return false;
-    }
+    if (!cRenderer::instance().hasScreen()) tellNoWindow();
     cRenderer::instance().drawLoadingScreen();
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LEQUAL);
+    if (platform::hasGlContext()) {
+        glEnable(GL_DEPTH_TEST);
+        glDepthFunc(GL_LEQUAL);
+    }
     convertModels();
     makeRamp();
-    glEnable(GL_CULL_FACE);
+    if (platform::hasGlContext()) glEnable(GL_CULL_FACE);
     cWorld::instance().attachState(&state_);
     if (!options_.level.empty()) return startLevel();
     cWorld::instance().startIntro();
@@ -178,7 +184,7 @@ void cApplication::afterIntro() {
         state_ = STATE_MENU;
         cInputMgr::instance().openMenu();
     }
-    glDisable(GL_TEXTURE_2D);
+    if (platform::hasGlContext()) glDisable(GL_TEXTURE_2D);
 }
 
 void cApplication::menuFrame() {
@@ -188,6 +194,7 @@ void cApplication::menuFrame() {
     cAudioMgr::instance().update();
     drawStartBackground();
     cRenderer::instance().endFrame();
+    waitWithoutScreen();
 }
 
 void cApplication::gameFrame() {
@@ -213,7 +220,15 @@ void cApplication::gameFrame() {
     ++gameFrames_;
 }
 
+/// Nothing is presented without a screen, so nothing else would keep the pace.
+void cApplication::waitWithoutScreen() {
+    if (cRenderer::instance().hasScreen()) return;
+    platform::sleepMs(kFrameMs);
+    platform::framePresented();
+}
+
 void cApplication::measure() {
+    waitWithoutScreen();
     const uint64_t now = platform::ticks();
     dt_ = static_cast<uint32_t>(now - tickBase_);
     tickBase_ = now;

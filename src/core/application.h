@@ -30,7 +30,7 @@ public:
     explicit cApplication(RunOptions options = {});
     ~cApplication();
 
-    int run(); ///< the whole program; 0, or 1 when there is no window to play in
+    int run(); ///< the whole program; 0, or 1 when the level of the options cannot be loaded
 
     // The pieces of run, for tests that step the game themselves.
     bool start();
@@ -48,6 +48,8 @@ private:
     void convertModels();
     void makeRamp() const;
     bool startLevel();
+    static void tellNoWindow();
+    static void waitWithoutScreen();
     void measure();
     void takePictures();
 

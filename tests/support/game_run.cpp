@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/random.h"
+#include "render/renderer.h"
 #include "world/object_mgr.h"
 
 #include <SDL.h>
@@ -19,7 +20,7 @@ GameRun::GameRun(RunOptions options)
       files_(std::make_unique<Files>()) {
     platform::useFixedStep(16);
     platform::lockRandomSeed(1);
-    started = app.start();
+    started = app.start() && cRenderer::instance().hasScreen();
 }
 
 GameRun::~GameRun() {
