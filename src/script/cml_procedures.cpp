@@ -1,4 +1,5 @@
 #include "core/not_built.h"
+#include "game/player.h"
 #include "platform/random.h"
 #include "script/cml_object.h"
 #include "script/cml_vocabulary.h"
@@ -178,6 +179,11 @@ void runCinematic(Self, int, Args args) {
     cWorld::instance().startCinematic(args[0]);
 }
 
+void runVehicle(Self self, int, Args) {
+    cObject* hero = cObjectMgr::instance().hero();
+    if (hero) static_cast<cPlayer*>(hero->getController())->enterVehicle(&self);
+}
+
 /// Procedures of subsystems to come say so once, each under its own name.
 template <OperationName name> void notBuilt(Self, int, Args) {
     reportNotBuilt(std::string("Procedure ") + name.text);
@@ -236,7 +242,7 @@ constexpr CmlProcedureRow kProcedures[] = {
     {"set_radius", setRadius, "n: bounding radius of n / 1000 units"},
     {"run_cinematic", runCinematic, "cinematic: start it"},
     {"play_sound", notBuilt<"play_sound">, "file[, percent]: play it at the object"},
-    {"run_vehicle", notBuilt<"run_vehicle">, "the hero takes the object as a vehicle"},
+    {"run_vehicle", runVehicle, "the hero takes the object as a vehicle"},
     {"swap_level", swapLevel, "go to the object's file and spawnpoint"},
     {"play_stream", notBuilt<"play_stream">, "play the music of the object's file"},
     {"intensity", notBuilt<"intensity">, "switch to the action music"},

@@ -2,6 +2,8 @@
 
 #include "core/name_hash.h"
 #include "game/physics_world.h"
+#include "script/cml_object.h"
+#include "script/cml_vocabulary.h"
 #include "support/test_world.h"
 #include "ui/input_mgr.h"
 #include "world/model_objects.h"
@@ -257,6 +259,16 @@ TEST_F(Player, UsesWhatHeTouches) {
     input.bindings.settings.repeatIntervals[CMD_USE] = 40;
     for (int i = 0; i < 3; ++i) frame();
     EXPECT_EQ(TestWorld::local("lever", "n"), 2) << "held, it counts again after its interval";
+}
+
+TEST_F(Player, TakesOneVehicleWhichThenRests) {
+    cController* lever = cObjectMgr::instance().findCmlObject(nameHash("lever"));
+    ASSERT_NE(lever, nullptr);
+    findProcedure("run_vehicle")(*static_cast<cCmlObject*>(lever), 0, nullptr);
+    EXPECT_FALSE(lever->isActive());
+    lever->setActive(true);
+    player->enterVehicle(lever);
+    EXPECT_TRUE(lever->isActive()) << "he has one already";
 }
 
 TEST_F(Player, TheViewChangesWithItsBaseKeyOnly) {
