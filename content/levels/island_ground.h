@@ -3,10 +3,10 @@
 
 /// The shape of the island, shared by its geometry and the picture that colours it. Units; y 0 is the sea.
 namespace island {
-constexpr float kHalfSize = 32; ///< the level's box is ±32 in x and z
-constexpr float kLowest = -9;   ///< sea bed along the border
-constexpr float kHighest = 9;   ///< top of the beacon
-constexpr float kMeadow = 2;    ///< the flat land
+constexpr float kHalfSize = 32;   ///< the level's box is ±32 in x and z
+constexpr float kLowest = -14.9f; ///< sea bed along the border
+constexpr float kHighest = 14.9f; ///< tip of the lighthouse
+constexpr float kMeadow = 2;      ///< the flat land
 constexpr float kHillTop = 6;
 /// Towards the sun, from (80, 200, 120).
 const cVector3 kTowardsSun = cVector3(80, 200, 120).normalized();

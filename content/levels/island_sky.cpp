@@ -12,19 +12,81 @@ constexpr float kTurn = 6.28318531f;
 constexpr float kDome = 800, kIslands = 640; // distances in units; one sees 1100 far
 constexpr float kSea = 420;                  // half the side of the water
 constexpr int kSeaCells = 32;
+constexpr int kSkyWidth = 2048, kSkyHeight = 1024;
+constexpr float kTexelsPerDegree = kSkyWidth / 360.0f;
+
+/// A heap of round puffs on a flat base, in degrees: azimuth to the right, elevation upwards.
+struct Cloud {
+    struct Puff {
+        float x, y, radius;
+    };
+    float azimuth, base, halfWidth, tall;
+    std::vector<Puff> puffs; ///< from the back to the front
+};
+
+/// Big heaps near the horizon, small ones higher up; the eye reads their size as distance.
+std::vector<Cloud> clouds() {
+    constexpr int kHeaps = 15, kPuffs = 17;
+    std::vector<Cloud> all;
+    for (int i = 0; i < kHeaps; ++i) {
+        const auto chance = [&](int k) { return latticeValue(i, k, 211); };
+        const float size = i % 3 == 0 ? 1.0f : 0.35f + 0.3f * chance(1);
+        Cloud cloud{360.0f / kHeaps * (static_cast<float>(i) + 0.6f * chance(2)),
+                    i % 3 == 0 ? 3.5f + 4 * chance(3) : 11 + 15 * chance(3),
+                    (11 + 9 * chance(4)) * size,
+                    (7 + 6 * chance(5)) * size,
+                    {}};
+        for (int k = 0; k < kPuffs; ++k) {
+            // From high and far back to low and near: every later puff covers the ones before it.
+            const float rank = static_cast<float>(k) / (kPuffs - 1);
+            const float x = 2 * latticeValue(i, 20 + k, 212) - 1;
+            const float room = std::sqrt(std::max(0.0f, 1 - x * x));
+            const float radius =
+                cloud.tall * (0.20f + 0.22f * latticeValue(i, 60 + k, 213)) * (0.5f + room / 2);
+            const float y = cloud.tall * room * (1 - rank) * 0.8f + radius * 0.45f;
+            cloud.puffs.push_back({x * cloud.halfWidth, y, radius});
+        }
+        all.push_back(cloud);
+    }
+    return all;
+}
+
+/// Paints `cloud` over `c` at a direction of the sky, in degrees.
+Colour withCloud(const Colour& c, const Cloud& cloud, float azimuth, float elevation) {
+    float dx = std::remainder(azimuth - cloud.azimuth, 360.0f) * std::cos(elevation * kTurn / 360);
+    const float dy = elevation - cloud.base;
+    if (std::fabs(dx) > cloud.halfWidth * 1.4f || dy < -1 || dy > cloud.tall * 1.6f) return c;
+    dx += 0.10f * cloud.tall * (fractalNoise(azimuth * 0.9f, elevation * 0.9f, 214, 3) - 0.5f);
+    Colour result = c;
+    for (const Cloud::Puff& p : cloud.puffs) {
+        const float x = (dx - p.x) / p.radius, y = (dy - p.y) / p.radius;
+        const float inside = 1 - std::hypot(x, y);
+        if (inside <= 0) continue;
+        // A ball lit from above and the right, in three soft tones; its foot dissolves into the air.
+        const float z = std::sqrt(std::max(0.0f, 1 - x * x - y * y));
+        const float light = 0.42f * x + 0.80f * y + 0.36f * z + 0.35f * (dy / cloud.tall);
+        Colour tone = mix(rgb(0xb9cfe4), rgb(0xe3edf5), smoothStep(-0.28f, -0.08f, light));
+        tone = mix(tone, rgb(0xfffdf6), smoothStep(0.22f, 0.46f, light));
+        const float edge = smoothStep(0.0f, 0.9f / (p.radius * kTexelsPerDegree), inside);
+        result = mix(result, tone, edge * smoothStep(-0.1f, 0.22f * cloud.tall, dy));
+    }
+    return result;
+}
 
 /// v 0 is straight down, 0.5 the horizon, 1 straight up.
-Colour sky(float u, float v) {
+Colour sky(float u, float v, const std::vector<Cloud>& heaps) {
     const float up = (v - 0.5f) * 2;
     if (up < 0) return mix(rgb(0xa9d6e4), rgb(0x1f6a8c), smoothStep(0, 0.16f, -up));
-    Colour c = mix(rgb(0xdff1f3), rgb(0x8cc7ea), smoothStep(0, 0.28f, up));
-    c = mix(c, rgb(0x3f8fd0), smoothStep(0.2f, 0.9f, up));
-    // Clouds thin out towards the zenith, where the texture runs together.
-    const float field = fractalNoise(u * 16, v * 26, 201, 5, 16);
-    const float billow = fractalNoise(u * 32, v * 60, 202, 4, 32);
-    const float amount =
-        smoothStep(0.54f, 0.70f, field) * smoothStep(0.02f, 0.10f, up) * smoothStep(0.62f, 0.36f, up);
-    return mix(c, mix(rgb(0xd5e4ee), rgb(0xffffff), smoothStep(0.3f, 0.6f, billow)), amount * 0.92f);
+    Colour c = mix(rgb(0xe9f3ea), rgb(0x9fd3ee), smoothStep(0, 0.20f, up));
+    c = mix(c, rgb(0x4a9ade), smoothStep(0.12f, 0.62f, up));
+    c = mix(c, rgb(0x2f78c4), smoothStep(0.55f, 1.0f, up));
+    // Thin veils high up; they end before the zenith, where the texture runs together.
+    const float veil = fractalNoise(u * 12, v * 60, 201, 5, 12);
+    c = mix(c, rgb(0xf4fafc),
+            0.45f * smoothStep(0.55f, 0.8f, veil) * smoothStep(0.2f, 0.35f, up) *
+                smoothStep(0.75f, 0.5f, up));
+    for (const Cloud& heap : heaps) c = withCloud(c, heap, u * 360, up * 90);
+    return c;
 }
 
 Mesh dome() {
@@ -99,8 +161,9 @@ Colour waterColour(float x, float y) {
 
 // Sky, horizon and sea of the island.
 FORGE_RECIPE(environment_island) {
-    Canvas skyPicture(1024, 512);
-    skyPicture.cover([](float x, float y) { return sky(x / 1024, 1 - y / 512); });
+    Canvas skyPicture(kSkyWidth, kSkyHeight);
+    const std::vector<Cloud> heaps = clouds();
+    skyPicture.cover([&](float x, float y) { return sky(x / kSkyWidth, 1 - y / kSkyHeight, heaps); });
     out.put("env/island_sky.tga", skyPicture.tga(24));
     Canvas water(256, 256);
     water.cover([](float x, float y) { return waterColour(x / 256, y / 256); });

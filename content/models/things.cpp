@@ -10,14 +10,13 @@ using namespace forge;
 // Things that stand about: static models in units, standing on y 0. The level scales them to half their
 // longest side.
 namespace {
-constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kLeaf{86, 150, 62, 0},
-    kLeafLight{120, 178, 74, 0};
-constexpr cColour4 kPine{52, 112, 74, 0}, kGlow{255, 222, 130, 0}, kWhite{238, 232, 216, 0},
-    kRed{186, 62, 58, 0};
+constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kGlow{255, 222, 130, 0},
+    kWhite{238, 232, 216, 0}, kRed{186, 62, 58, 0};
 constexpr cColour4 kBlue{52, 98, 140, 0}, kClay{178, 98, 62, 0}, kSteel{150, 160, 172, 0},
     kGreen{82, 110, 62, 0};
 const std::string kPlanks = "src_mdl\\planks.tga", kBeams = "src_mdl\\beams.tga",
-                  kStone = "src_mdl\\stone.tga";
+                  kStone = "src_mdl\\stone.tga", kLeaves = "src_mdl\\leaves.tga",
+                  kPaleLeaves = "src_mdl\\leaves_pale.tga", kNeedles = "src_mdl\\needles.tga";
 
 void putModel(Output& out, const std::string& name, const Parts& parts) {
     out.put("s_mdl/" + name + ".cpm", cpmFile(parts));
@@ -38,14 +37,44 @@ Mesh boxOf(float x0, float y0, float z0, float x1, float y1, float z1, float rep
     return faceted(box({x0, y0, z0}, {x1, y1, z1}, repeats));
 }
 
-/// A ball of leaves: lumpy, flat below.
+/// A ball of leaves: lumpy, flat below. The strokes of its picture hang down from the crown.
 Mesh foliage(float radius, uint32_t seed) {
-    Mesh m = ball(radius, 12, 8);
+    Mesh m = ball(radius, 14, 9);
     for (cVector3& p : m.positions) {
         const float k =
-            0.84f + 0.34f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
-        p = {p.x * k, p.y * k * (p.y < 0 ? 0.7f : 0.95f), p.z * k};
+            0.82f + 0.36f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
+        p = {p.x * k, p.y * k * (p.y < 0 ? 0.62f : 0.95f), p.z * k};
     }
+    const float repeats = std::max(1.0f, std::round(radius * 3));
+    for (TexCoord& t : m.texCoords) t = {t.u * repeats, t.v * repeats * 0.5f};
+    return m;
+}
+
+/// One skirt of a conifer: points droop round its rim.
+Mesh skirt(float radius, float foot, float tall, float turn) {
+    constexpr int kPoints = 9;
+    Mesh m;
+    const auto ring = [&](float r, float y, float v, bool jagged) {
+        for (int i = 0; i <= 2 * kPoints; ++i) {
+            const float a = 6.28318531f * (static_cast<float>(i % (2 * kPoints)) / (2 * kPoints)) + turn;
+            const bool tip = i % 2 == 0;
+            const float far = jagged ? (tip ? 1.0f : 0.78f) : 1.0f,
+                        drop = jagged && tip ? 0.16f * radius : 0.0f;
+            m.addVertex({r * far * std::sin(a), y - drop, r * far * std::cos(a)},
+                        static_cast<float>(i) / (2 * kPoints) * std::max(1.0f, std::round(radius * 3)), v);
+        }
+    };
+    ring(0, foot + 0.30f * tall, 0.4f, false);
+    ring(radius, foot, 0, true);
+    ring(radius * 0.55f, foot + 0.42f * tall, 0.5f, false);
+    ring(0, foot + tall, 1, false);
+    constexpr uint32_t kRow = 2 * kPoints + 1;
+    for (uint32_t j = 0; j < 3; ++j)
+        for (uint32_t i = 0; i + 1 < kRow; ++i) {
+            const uint32_t k = j * kRow + i;
+            m.addTriangle(k, k + 1, k + kRow + 1);
+            m.addTriangle(k, k + kRow + 1, k + kRow);
+        }
     return m;
 }
 } // namespace
@@ -103,27 +132,40 @@ FORGE_RECIPE(thing_lantern) {
 
 FORGE_RECIPE(thing_tree) {
     Mesh trunk = tube({{0, 0, 0}, {0.05f, 0.4f, 0}, {-0.03f, 1.4f, 0.06f}, {0.05f, 2.6f, 0}},
-                      {0.34f, 0.22f, 0.17f, 0.12f}, 9);
+                      {0.36f, 0.22f, 0.17f, 0.12f}, 9);
     trunk.append(
         tube({{-0.02f, 1.5f, 0.05f}, {0.5f, 2.1f, 0.25f}, {0.85f, 2.7f, 0.3f}}, {0.10f, 0.08f, 0.05f}, 7));
-    Mesh dark = foliage(1.25f, 3).moved({-0.2f, 3.3f, 0.1f}),
-         light = foliage(0.95f, 4).moved({0.65f, 3.9f, 0.2f});
-    dark.append(foliage(0.8f, 5).moved({0.9f, 3.0f, 0.4f}));
-    light.append(foliage(0.8f, 6).moved({-0.55f, 4.25f, -0.25f}));
+    trunk.append(
+        tube({{0, 1.8f, 0.03f}, {-0.5f, 2.3f, -0.2f}, {-0.7f, 2.8f, -0.25f}}, {0.09f, 0.07f, 0.05f}, 7));
+    struct Clump {
+        float radius, x, y, z;
+    };
+    Mesh dark, light;
+    uint32_t seed = 2;
+    for (const Clump& c : {Clump{1.05f, -0.25f, 3.15f, 0.1f},
+                           {0.78f, 0.95f, 2.95f, 0.35f},
+                           {0.75f, -0.95f, 3.0f, -0.35f},
+                           {0.7f, 0.2f, 3.1f, -0.85f},
+                           {0.68f, -0.1f, 3.0f, 0.9f}})
+        dark.append(foliage(c.radius, ++seed).moved({c.x, c.y, c.z}));
+    for (const Clump& c : {Clump{0.85f, 0.55f, 3.75f, 0.25f},
+                           {0.8f, -0.5f, 3.95f, -0.2f},
+                           {0.7f, 0.1f, 4.4f, 0.05f},
+                           {0.5f, 1.05f, 3.5f, -0.3f}})
+        light.append(foliage(c.radius, ++seed).moved({c.x, c.y, c.z}));
+    for (TexCoord& t : trunk.texCoords) t = {t.u * 2, t.v * 1.5f};
     putModel(out, "tree",
-             {{"bark", "", kBark, trunk}, {"leaf", "", kLeaf, dark}, {"crown", "", kLeafLight, light}});
+             {{"bark", kBeams, {}, trunk}, {"leaf", kLeaves, {}, dark}, {"crown", kPaleLeaves, {}, light}});
 }
 
 FORGE_RECIPE(thing_pine) {
-    Mesh trunk = lathe({{0, 0}, {0.26f, 0}, {0.17f, 0.3f}, {0.13f, 1.3f}, {0, 1.3f}}, 9);
+    Mesh trunk = lathe({{0, 0}, {0.28f, 0}, {0.17f, 0.3f}, {0.13f, 1.5f}, {0, 1.5f}}, 9, 2, 1);
     Mesh needles;
-    for (int i = 0; i < 4; ++i) {
-        const float y = 0.9f + 0.95f * static_cast<float>(i), r = 1.35f - 0.28f * static_cast<float>(i);
-        needles.append(
-            lathe({{0, y + 0.2f}, {r * 0.9f, y}, {r, y + 0.1f}, {r * 0.35f, y + 0.85f}, {0, y + 1.35f}}, 12)
-                .turned(13 * static_cast<float>(i)));
+    for (int i = 0; i < 5; ++i) {
+        const auto t = static_cast<float>(i);
+        needles.append(skirt(1.42f - 0.25f * t, 0.95f + 0.72f * t, 1.35f - 0.06f * t, 0.7f * t));
     }
-    putModel(out, "pine", {{"bark", "", kBark, trunk}, {"needles", "", kPine, needles}});
+    putModel(out, "pine", {{"bark", kBeams, {}, trunk}, {"needles", kNeedles, {}, needles}});
 }
 
 FORGE_RECIPE(thing_bush) {
@@ -135,7 +177,7 @@ FORGE_RECIPE(thing_bush) {
         const float a = static_cast<float>(i) * 2.4f, y = 0.3f + 0.03f * static_cast<float>(i % 7);
         berries.append(ball(0.045f, 6, 4).moved({0.05f + 0.72f * std::sin(a), y, 0.5f * std::cos(a)}));
     }
-    putModel(out, "bush", {{"leaf", "", kLeafLight, leaves}, {"berry", "", kRed, berries}});
+    putModel(out, "bush", {{"leaf", kPaleLeaves, {}, leaves}, {"berry", "", kRed, berries}});
 }
 
 FORGE_RECIPE(thing_signpost) {

@@ -98,14 +98,87 @@ Colour rock(float x, float y) {
     return shaded(c, 0.7f + 0.3f * smoothStep(0.0f, 0.05f, cracks));
 }
 
+/// Tower of the lighthouse, from the gallery at the top to its foot: bands of red on white.
+Colour tower(float x, float y) {
+    constexpr int kBands = 5;
+    const float wave = 2 * (grain(x, y, 8, 63, 2) - 0.5f);
+    const int band = static_cast<int>((y + wave) / kSide * kBands);
+    const float peeling = smoothStep(0.60f, 0.68f, grain(x, y, 16, 64, 3));
+    Colour c = band % 2 == 0 ? rgb(0xf1ead9) : mix(rgb(0xc4473d), rgb(0xd98a72), 0.7f * peeling);
+    const float drop = smoothStep(0.5f, 0.8f, grain(x * 3, y * 0.3f, 16, 65, 2));
+    return shaded(c, (0.94f + 0.10f * grain(x, y, 16, 66, 3)) * (1 - 0.08f * drop));
+}
+
+/// What the cells of the palette picture hold, row by row; each gets lighter towards its top.
+struct TintCell {
+    unsigned foot, tip;
+};
+constexpr TintCell kTints[] = {
+    {0xc4c4bc, 0xffffff}, {0x3f7d34, 0x8cc152}, {0xc23a3c, 0xf0705c}, {0xe0962a, 0xffe067},
+    {0xdcd6c4, 0xffffff}, {0x6b4fa0, 0xb892e0}, {0x6f7d3a, 0xd9c98a}, {0x3f8a6a, 0x9fd8a4},
+    {0x236a78, 0x3f98a0}, {0x9c3a34, 0xc95a48}, {0xd9cba8, 0xf7efd8}, {0xf08a24, 0xfff2a8},
+    {0x4c3322, 0x7a5636}, {0x2b303a, 0x4c5462}, {0x9c5434, 0xcf8458}, {0xb98a48, 0xe8c98a},
+};
+
+Colour tints(float x, float y) {
+    constexpr float kCell = kSide / 4;
+    const int cell = static_cast<int>(y / kCell) * 4 + static_cast<int>(x / kCell);
+    const float up = 1 - std::fmod(y, kCell) / kCell;
+    const TintCell& t = kTints[cell];
+    return shaded(mix(rgb(t.foot), rgb(t.tip), smoothStep(0.05f, 0.95f, up)),
+                  0.97f + 0.06f * grain(x, y, 32, 67, 2));
+}
+
+/// Foliage: overlapping brush strokes, lighter where they end. 0 … 1 from their shadows to their tips.
+float strokes(float x, float y) {
+    constexpr int kAcross = 9;
+    constexpr float kStroke = kSide / kAcross;
+    float best = 0, tone = 0.1f;
+    for (int j = -1; j <= 1; ++j)
+        for (int i = -1; i <= 1; ++i) {
+            const float column = std::floor(x / kStroke) + static_cast<float>(i),
+                        row = std::floor(y / kStroke) + static_cast<float>(j);
+            const int cx = (static_cast<int>(column) + kAcross) % kAcross,
+                      cy = (static_cast<int>(row) + kAcross) % kAcross;
+            const float dx = (x - (column + latticeValue(cx, cy, 68)) * kStroke) / (kStroke * 0.62f),
+                        dy = (y - (row + latticeValue(cx, cy, 69)) * kStroke) / (kStroke * 0.85f);
+            const float inside = 1 - dx * dx - dy * dy, rank = latticeValue(cx, cy, 70);
+            if (inside <= 0 || rank < best) continue;
+            best = rank;
+            tone = 0.40f + 0.35f * rank + 0.45f * dy;
+        }
+    return clamp01(tone);
+}
+
+Colour leaves(float x, float y) {
+    return mix(rgb(0x4a8a34), rgb(0x8cc350), strokes(x, y));
+}
+Colour paleLeaves(float x, float y) {
+    return mix(rgb(0x6fae3e), rgb(0xb4d968), strokes(x, y));
+}
+Colour needles(float x, float y) {
+    return mix(rgb(0x2c6a4c), rgb(0x5a9f66), strokes(x, y));
+}
+
 struct Surface {
     const char* file;
     Colour (*paint)(float x, float y);
 };
 constexpr Surface kSurfaces[] = {
-    {"src_mdl/ground.tga", ground},        {"src_mdl/plaster.tga", plaster}, {"src_mdl/planks.tga", planks},
-    {"src_mdl/mannequin/wood.tga", beams}, {"src_mdl/beams.tga", beams},     {"src_mdl/stone.tga", stone},
-    {"src_mdl/thatch.tga", thatch},        {"src_mdl/cloth.tga", cloth},     {"src_mdl/rock.tga", rock},
+    {"src_mdl/ground.tga", ground},
+    {"src_mdl/plaster.tga", plaster},
+    {"src_mdl/planks.tga", planks},
+    {"src_mdl/mannequin/wood.tga", beams},
+    {"src_mdl/beams.tga", beams},
+    {"src_mdl/stone.tga", stone},
+    {"src_mdl/thatch.tga", thatch},
+    {"src_mdl/cloth.tga", cloth},
+    {"src_mdl/rock.tga", rock},
+    {"src_mdl/tower.tga", tower},
+    {"src_mdl/tints.tga", tints},
+    {"src_mdl/leaves.tga", leaves},
+    {"src_mdl/leaves_pale.tga", paleLeaves},
+    {"src_mdl/needles.tga", needles},
 };
 } // namespace
 
@@ -154,7 +227,7 @@ float shadows(float x, float z) {
                               {8, 5, 11, 12, 2},
                               {7.5f, -1.5f, 13.5f, 1.5f, 1},
                               {15, -6.2f, 17.5f, -3, 1.2f},
-                              {-18.8f, -10.8f, -17.2f, -9.2f, 3}};
+                              {-19.2f, -11.2f, -16.8f, -8.8f, 7}};
     float result = 0;
     for (const Box& b : kBoxes) result = std::max(result, boxShadow(x, z, b.x0, b.z0, b.x1, b.z1, b.tall));
     return result;
@@ -169,10 +242,16 @@ Colour groundColour(float x, float z) {
     const float sand = 1 - smoothStep(0.9f, 1.7f, y + 0.8f * (patches - 0.5f));
     c = mix(c, mix(rgb(0xe9d59a), rgb(0xd9bd7e), fine), sand);
     c = mix(c, rgb(0xb79b72), 1 - smoothStep(-0.3f, 0.25f, y));
+    // The last wave's edge: a broken line of foam on the wet sand.
+    const float surf = y + 0.10f * (fractalNoise(x * 0.9f, z * 0.9f, 73, 3) - 0.5f);
+    const float line = smoothStep(0.07f, 0.0f, std::fabs(surf - 0.02f)) +
+                       0.6f * smoothStep(0.05f, 0.0f, std::fabs(surf + 0.16f));
+    const float foam = clamp01(line) * smoothStep(0.3f, 0.55f, fractalNoise(x * 2.4f, z * 2.4f, 74, 2));
     c = mix(c, rgb(0x3d7a78), 1 - smoothStep(-4.0f, -0.4f, y));
     c = mix(c, mix(rgb(0xc9a873), rgb(0xb08f5f), fine), island::path(x, z));
     const float steep = smoothStep(0.86f, 0.72f, n.y) * smoothStep(-0.5f, 0.6f, y);
     c = mix(c, mix(rgb(0x8d8478), rgb(0xb3a894), patches), 1 - smoothStep(0.72f, 0.88f, n.y) > 0 ? steep : 0);
+    c = mix(c, rgb(0xf7fbf4), 0.85f * foam);
     const float light = 0.62f + 0.44f * std::max(0.0f, n.dot(island::kTowardsSun));
     c = shaded(c, light * (1 - 0.34f * shadows(x, z)) * 1.08f);
     // Deep down the bed takes the colour of the sky's lower half, so that its border does not show.

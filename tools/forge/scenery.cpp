@@ -39,22 +39,27 @@ bool hasLongEdge(const Mesh& mesh) {
 }
 } // namespace
 
-void Scenery::add(const Material& material, const Mesh& mesh, Use use) {
-    if (use & kSeen) {
-        auto at = std::find_if(groups_.begin(), groups_.end(),
-                               [&](const Group& g) { return g.material.name == material.name && !g.ground; });
-        if (at == groups_.end()) at = groups_.insert(groups_.end(), Group{material, {}, false});
-        at->mesh.append(mesh);
-    }
-    if (use & kSolid)
-        for (const FaceIndices& f : mesh.faces)
-            addFace(faceNormal(mesh, f).y >= kWalkableNormal ? floors_ : walls_, mesh, f);
+void Scenery::addSeen(const Material& material, const Mesh& mesh, bool ground) {
+    auto at = std::find_if(groups_.begin(), groups_.end(), [&](const Group& g) {
+        return g.material.name == material.name && g.ground == ground;
+    });
+    if (at == groups_.end()) at = groups_.insert(groups_.end(), Group{material, {}, ground});
+    at->mesh.append(mesh);
 }
 
-void Scenery::addGround(const Material& material, const Mesh& mesh) {
-    groups_.push_back({material, mesh, true});
+void Scenery::addSolid(const Mesh& mesh) {
     for (const FaceIndices& f : mesh.faces)
         addFace(faceNormal(mesh, f).y >= kWalkableNormal ? floors_ : walls_, mesh, f);
+}
+
+void Scenery::add(const Material& material, const Mesh& mesh, Use use) {
+    if (use & kSeen) addSeen(material, mesh, false);
+    if (use & kSolid) addSolid(mesh);
+}
+
+void Scenery::addGround(const Material& material, const Mesh& mesh, Use use) {
+    if (use & kSeen) addSeen(material, mesh, true);
+    if (use & kSolid) addSolid(mesh);
 }
 
 void Scenery::darken(const cVector3& low, const cVector3& high, float factor) {
@@ -68,6 +73,10 @@ float Scenery::brightness(const cVector3& p, const cVector3& n, const Layer& lay
         if (p.x > d.low.x && p.y > d.low.y && p.z > d.low.z && p.x < d.high.x && p.y < d.high.y &&
             p.z < d.high.z)
             light *= d.factor;
+    // Contact: less light reaches the foot of a wall.
+    constexpr float kContact = 0.74f, kContactHeight = 1.6f, kUpright = 0.7f;
+    if (height_ && n.y < kUpright)
+        light *= mix(kContact, 1, smoothStep(0, kContactHeight, p.y - height_(p.x, p.z)));
     return std::max(light, layer.darkest);
 }
 
@@ -86,7 +95,10 @@ Parts Scenery::layerParts(const Layer& layer) const {
                     // The southern border stops short of the ramp strip.
                     t = {0.5f + p.x * half, std::max(0.5f - p.z * half, 2.3f * layer.rampV)};
                 } else {
-                    const float b = brightness(p, n, layer);
+                    const float b =
+                        g.material.light == kGlowing
+                            ? 1
+                            : brightness(p, g.material.light == kFromAbove ? cVector3(0, 1, 0) : n, layer);
                     t = {0.02f + 0.96f * clamp01((b - layer.darkest) / (1 - layer.darkest)), layer.rampV};
                 }
             }
