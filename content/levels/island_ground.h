@@ -8,8 +8,8 @@ constexpr float kLowest = -14.9f; ///< sea bed along the border
 constexpr float kHighest = 14.9f; ///< tip of the lighthouse
 constexpr float kMeadow = 2;      ///< the flat land
 constexpr float kHillTop = 6;
-/// Towards the sun, from (80, 200, 120).
-const cVector3 kTowardsSun = cVector3(80, 200, 120).normalized();
+/// Towards the sun of the environment file: afternoon, from the south-east.
+const cVector3 kTowardsSun = cVector3(220, 300, 300).normalized();
 
 float height(float x, float z);
 /// 0 … 1: how much of the trodden path shows at a place.

@@ -189,10 +189,10 @@ void addHangings(Scenery& s) {
                                      {2.6f, -2.1f, Tint::kRed},
                                      {2.6f, 1.9f, Tint::kStraw}})
         addSeen(s, tint, bunch, {x, 4.42f, z});
-    addSeen(s, Tint::kIron, tube({{0, 0, 0}, {0, 0.75f, 0}}, {0.012f, 0.012f}, 5), {0, 4.3f, 0});
+    addSeen(s, Tint::kIron, tube({{0, 0, 0}, {0, 0.75f, 0}}, {0.012f, 0.012f}, 5), {2.55f, 4.3f, 2.4f});
     addSeen(s, Tint::kIron, lathe({{0.02f, 0.3f}, {0.15f, 0.22f}, {0.15f, 0.2f}, {0, 0.22f}}, 8),
-            {0, 4.05f, 0});
-    s.add(kGlowing, tinted(ball(0.11f, 9, 6), Tint::kFlame).moved({0, 4.18f, 0}), Scenery::kSeen);
+            {2.55f, 4.05f, 2.4f});
+    s.add(kGlowing, tinted(ball(0.11f, 9, 6), Tint::kFlame).moved({2.55f, 4.18f, 2.4f}), Scenery::kSeen);
 }
 } // namespace
 

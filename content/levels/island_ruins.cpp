@@ -39,6 +39,26 @@ void addLedge(Scenery& s, const cVector3& low, const cVector3& high) {
     addLawn(s, low.x + 0.3f, low.z + 0.3f, high.x - 0.3f, high.z - 0.3f, high.y + 0.004f);
 }
 
+/// Leaves that climb over an edge and hang down a wall, along x or z.
+void addIvy(Scenery& s, const cVector3& from, const cVector3& to, const cVector3& out, uint32_t seed) {
+    const int clumps = static_cast<int>((to - from).length() / 0.22f);
+    Mesh m;
+    for (int i = 0; i < clumps; ++i) {
+        const float t = (static_cast<float>(i) + 0.5f) / static_cast<float>(clumps);
+        const float drop = std::pow(noise(t * 5 + 3, 7, seed), 2.0f) * 1.9f;
+        for (float down = -0.05f; down < drop; down += 0.2f) {
+            const float size = 0.17f * (0.7f + 0.6f * latticeValue(i, static_cast<int>(down * 10), seed)) *
+                               (1 - 0.35f * down / 1.9f);
+            const float aside = 0.12f * (latticeValue(i, static_cast<int>(down * 10) + 50, seed) - 0.5f);
+            const cVector3 at =
+                lerp(from, to, t) + (to - from).normalized() * aside + out * 0.04f - cVector3(0, down, 0);
+            const cVector3 flat(out.x != 0 ? 0.45f : 1.0f, 0.95f, out.z != 0 ? 0.45f : 1.0f);
+            m.append(ball(size, 6, 4).scaled(flat).moved(at));
+        }
+    }
+    s.add(kTints, tinted(m, Tint::kLeaf), Scenery::kSeen);
+}
+
 void addStump(Scenery& s, float x, float z, float foot, float tall, uint32_t seed) {
     const auto broken = [&](int k) { return tall * (0.88f + 0.12f * latticeValue(k, 1, seed)); };
     s.add(kStone, lathe({{0.46f, foot},
@@ -59,11 +79,14 @@ void addBrokenWall(Scenery& s) {
     constexpr Piece kPieces[] = {{-4, -3.3f, 4.6f},    {-3.3f, -2.4f, 5.4f}, {-2.4f, -1.7f, 5.1f},
                                  {-1.7f, -0.9f, 5.8f}, {-0.9f, -0.2f, 5.6f}, {1.2f, 1.8f, 5.6f},
                                  {1.8f, 2.6f, 5.9f},   {2.6f, 3.3f, 5.2f},   {3.3f, 4, 4.7f}};
-    for (const Piece& p : kPieces) s.add(kStone, box({p.x0, 1, 14}, {p.x1, p.top, 14.7f}, 0.5f));
-    // A window in the middle, with a lintel.
-    s.add(kStone, box({-0.2f, 1, 14}, {1.2f, 3.2f, 14.7f}, 0.5f));
-    s.add(kStone, box({-0.2f, 4.7f, 14}, {1.2f, 5.3f, 14.7f}, 0.5f));
-    s.add(kStone, box({-0.35f, 3.1f, 13.93f}, {1.35f, 3.25f, 14.77f}, 0.5f), Scenery::kSeen);
+    // Up to a man's height the wall is one block: whoever slides along it must not catch at a joint.
+    constexpr float kJoint = 4.3f;
+    s.add(kStone, box({-4, 1, 14}, {4, kJoint, 14.7f}, 0.5f));
+    for (const Piece& p : kPieces) s.add(kStone, box({p.x0, kJoint, 14}, {p.x1, p.top, 14.7f}, 0.5f));
+    // A window in the middle, with sill and lintel.
+    s.add(kStone, box({-0.2f, 5.2f, 14}, {1.2f, 5.7f, 14.7f}, 0.5f));
+    s.add(kStone, box({-0.35f, kJoint - 0.1f, 13.93f}, {1.35f, kJoint + 0.06f, 14.77f}, 0.5f),
+          Scenery::kSeen);
     // Stones that fell from it.
     uint32_t seed = 700;
     for (const auto& [x, z, size] : {std::tuple{-3.4f, 13.5f, 0.3f},
@@ -151,5 +174,11 @@ void addRuins(Scenery& s) {
     addStump(s, -9.6f, 10.4f, 3.1f, 1.3f, 23);
     addBrokenWall(s);
     addBellBastion(s);
+    addIvy(s, {-13.6f, 3.1f, 5.95f}, {-11.4f, 3.1f, 5.95f}, {0, 0, -1}, 31);
+    addIvy(s, {-8.95f, 3.1f, 8.2f}, {-8.95f, 3.1f, 10.8f}, {1, 0, 0}, 32);
+    addIvy(s, {-2.3f, 5.3f, 14.75f}, {-0.3f, 5.7f, 14.75f}, {0, 0, 1}, 33);
+    addIvy(s, {1.3f, 5.6f, 13.95f}, {3.2f, 5.4f, 13.95f}, {0, 0, -1}, 34);
+    addIvy(s, {13.45f, 4.9f, 1.6f}, {13.45f, 4.9f, 3.0f}, {-1, 0, 0}, 35);
+    addIvy(s, {11.1f, 4.1f, 5.1f}, {11.1f, 4.1f, 7.6f}, {1, 0, 0}, 36);
 }
 } // namespace island

@@ -42,9 +42,23 @@ void addHarbour(Scenery& s) {
         }
         s.add(kBeams, timber({-1.3f, 0.48f, z + 0.1f}, {1.3f, 0.48f, z + 0.1f}, 0.16f), Scenery::kSeen);
     }
+    // A landing to the west, where one fishes.
+    s.add(kPlanks, box({-3.4f, 0.55f, 26.1f}, {-1.2f, 0.75f, 28.5f}, 0.5f));
+    for (float z : {26.2f, 28.2f}) s.add(kBeams, box({-3.45f, -3.5f, z}, {-3.25f, 1.1f, z + 0.2f}, 0.6f));
+    s.add(kPlanks, timber({-2.75f, 1.75f, 27.35f}, {-5.2f, 3.1f, 27.5f}, 0.035f), Scenery::kSeen);
+    s.add(kTints,
+          tinted(tube({{-5.2f, 3.1f, 27.5f}, {-5.5f, 0.05f, 27.6f}}, {0.008f, 0.008f}, 3), Tint::kCream),
+          Scenery::kSeen);
+    s.add(kTints, tinted(ball(0.07f, 6, 4), Tint::kBrick).moved({-5.5f, 0.06f, 27.6f}), Scenery::kSeen);
+    s.add(
+        kTints,
+        tinted(lathe({{0, 0.75f}, {0.17f, 0.75f}, {0.22f, 1.1f}, {0.19f, 1.1f}, {0, 0.85f}}, 10), Tint::kTeal)
+            .moved({-1.7f, 0, 27.9f}),
+        Scenery::kSeen);
     // A rope sags from post to post.
-    for (float x : {-1.25f, 1.25f})
-        for (float z : {21.7f, 23.9f, 26.1f}) {
+    for (const auto& [x, spans] : {std::pair{-1.25f, 2}, {1.25f, 3}})
+        for (int span = 0; span < spans; ++span) {
+            const float z = 21.7f + 2.2f * static_cast<float>(span);
             std::vector<cVector3> path;
             for (int i = 0; i <= 4; ++i) {
                 const float t = static_cast<float>(i) / 4;

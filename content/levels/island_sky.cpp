@@ -170,7 +170,7 @@ FORGE_RECIPE(environment_island) {
     out.put("env/island_water.tga", water.tga(32));
 
     Environment e;
-    e.light = {80, 200, 120};
+    e.light = {220, 300, 300};
     e.deathHeight = -0.4f; // of the hero's middle: up to the neck
     e.hasWater = true;
     e.waterScale = 0.3f;

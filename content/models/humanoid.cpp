@@ -1,5 +1,6 @@
 #include "models/humanoid.h"
 
+#include "forge/noise.h"
 #include "forge/preview.h"
 
 #include <algorithm>
@@ -128,11 +129,11 @@ void addArm(Skin& skin, const Build& b, int side) {
 
 Skin upperSkin(const Build& b) {
     Skin skin;
-    const float g = b.girth, s = b.shoulders;
+    const float g = b.girth, s = b.shoulders, w = b.girth * b.waist;
     skin.addBody({{{0, -0.335f, 0}, 0.176f * g, 0.134f * g, kBelly, kBelly, 0},
-                  {{0, -0.27f, 0}, 0.174f * g, 0.132f * g, kBelly, kBelly, 0},
-                  {{0, -0.20f, 0}, 0.168f * g, 0.126f * g, kBelly, kBreast, 0.3f},
-                  {{0, -0.11f, -0.004f}, 0.180f * g, 0.132f * g, kBreast, kBelly, 0.3f},
+                  {{0, -0.27f, 0}, 0.168f * w, 0.130f * w, kBelly, kBelly, 0},
+                  {{0, -0.20f, 0}, 0.158f * w, 0.122f * w, kBelly, kBreast, 0.3f},
+                  {{0, -0.11f, -0.004f}, 0.172f * w, 0.130f * w, kBreast, kBelly, 0.3f},
                   {{0, -0.01f, -0.008f}, 0.200f * g, 0.144f * g, kBreast, kBreast, 0},
                   {{0, 0.08f, -0.006f}, 0.205f * g, 0.142f * g, kBreast, kBreast, 0},
                   {{0, 0.155f, 0}, s * 0.74f, 0.116f * g, kBreast, kBreast, 0},
@@ -155,17 +156,67 @@ Skin upperSkin(const Build& b) {
     return skin;
 }
 
-void addHair(Skin& skin, const Build& b) {
-    const TexCoord low{0, 0}, high{0.5f, 0.5f};
-    if (b.hat) {
+constexpr TexCoord kHairLow{0, 0}, kHairHigh{0.5f, 0.5f}, kHatLow{0.5f, 0}, kHatHigh{1, 0.5f};
+
+void addHat(Skin& skin, Hat hat) {
+    if (hat == Hat::kFelt)
         skin.addBody({{{0, 0.560f, 0.01f}, 0.330f, 0.340f, 0, 0, 0},
                       {{0, 0.585f, 0.01f}, 0.325f, 0.335f, 0, 0, 0},
                       {{0, 0.600f, 0.010f}, 0.226f, 0.244f, 0, 0, 0},
                       {{0, 0.690f, 0.010f}, 0.190f, 0.208f, 0, 0, 0},
                       {{0, 0.740f, 0.010f}, 0.120f, 0.135f, 0, 0, 0}},
-                     16, {0.5f, 0}, {1, 0.5f}, Along::kUp, -0.01f, 0.01f);
+                     16, kHatLow, kHatHigh, Along::kUp, -0.01f, 0.01f);
+    // Its brim hangs down to the neck behind and is short in front.
+    if (hat == Hat::kSouwester)
+        skin.addBody({{{0, 0.440f, 0.115f}, 0.270f, 0.300f, 0, 0, 0},
+                      {{0, 0.500f, 0.085f}, 0.262f, 0.302f, 0, 0, 0},
+                      {{0, 0.580f, 0.020f}, 0.228f, 0.246f, 0, 0, 0},
+                      {{0, 0.660f, 0.010f}, 0.214f, 0.232f, 0, 0, 0},
+                      {{0, 0.730f, 0.010f}, 0.150f, 0.168f, 0, 0, 0},
+                      {{0, 0.770f, 0.010f}, 0.060f, 0.070f, 0, 0, 0}},
+                     16, kHatLow, kHatHigh, Along::kUp, -0.05f, 0.01f);
+}
+
+/// Locks over the brow.
+void addLocks(Skin& skin, Hair hair) {
+    struct Lock {
+        float x, lean, length;
+    };
+    static constexpr Lock kFringe[] = {{-0.12f, 24, 1}, {-0.035f, 9, 1}, {0.06f, -12, 1}, {0.14f, -28, 1}};
+    static constexpr Lock kParted[] = {
+        {-0.15f, 38, 1.25f}, {-0.085f, 34, 1.1f}, {0.10f, -40, 1.2f}, {0.04f, -46, 1}, {0.16f, -34, 1.35f}};
+    static constexpr Lock kWild[] = {{-0.15f, 40, 1.1f}, {-0.10f, -14, 1.2f}, {-0.04f, 20, 1},
+                                     {0.03f, -30, 1.3f}, {0.09f, 14, 1.1f},   {0.15f, -36, 1}};
+    const auto hang = [&](const Lock& l) {
+        const Mesh lock =
+            lathe({{0, -0.15f * l.length}, {0.030f, -0.09f * l.length}, {0.050f, 0}, {0, 0.06f}}, 7);
+        skin.addPiece(lock.tilted(-24)
+                          .rolled(l.lean)
+                          .mapped(kHairLow.u, kHairLow.v, kHairHigh.u, kHairHigh.v)
+                          .moved({l.x, 0.635f, -0.195f + std::fabs(l.x) * 0.35f}),
+                      0);
+    };
+    if (hair == Hair::kLong) {
+        for (const Lock& l : kParted) hang(l);
+    } else if (hair == Hair::kTousled) {
+        for (const Lock& l : kWild) hang(l);
+        // And some that stand up on the crown.
+        for (const auto& [turn, lean] : {std::pair{20.0f, 34.0f}, {140.0f, 42.0f}, {250.0f, 30.0f}}) {
+            const Mesh tuft = lathe({{0.045f, 0}, {0.03f, 0.08f}, {0, 0.15f}}, 6);
+            skin.addPiece(tuft.tilted(lean)
+                              .turned(turn)
+                              .mapped(kHairLow.u, kHairLow.v, kHairHigh.u, kHairHigh.v)
+                              .moved({0, 0.70f, 0.02f}),
+                          0);
+        }
+    } else {
+        for (const Lock& l : kFringe) hang(l);
     }
-    const float top = b.hat ? 0.66f : 0.735f, crown = b.hat ? 0.8f : 1.0f; // flattened below a hat
+}
+
+void addHair(Skin& skin, const Build& b) {
+    const bool covered = b.hat != Hat::kNone; // flattened below a hat
+    const float top = covered ? 0.66f : 0.735f, crown = covered ? 0.8f : 1.0f;
     skin.addBody({{{0, 0.325f, 0.085f}, 0.110f, 0.095f, 0, 0, 0},
                   {{0, 0.380f, 0.080f}, 0.185f, 0.135f, 0, 0, 0},
                   {{0, 0.470f, 0.075f}, 0.217f, 0.158f, 0, 0, 0},
@@ -173,45 +224,54 @@ void addHair(Skin& skin, const Build& b) {
                   {{0, 0.625f, 0.006f}, 0.208f * crown, 0.226f * crown, 0, 0, 0},
                   {{0, 0.685f, 0.004f}, 0.164f * crown, 0.186f * crown, 0, 0, 0},
                   {{0, top, 0.010f}, 0.085f, 0.100f, 0, 0, 0}},
-                 16, low, high, Along::kUp, 0.01f, 0.015f);
-    // Locks over the brow.
-    if (!b.hat)
-        for (const auto& [x, lean] :
-             {std::pair{-0.12f, 24.0f}, {-0.035f, 9.0f}, {0.06f, -12.0f}, {0.14f, -28.0f}}) {
-            const Mesh lock = lathe({{0, -0.15f}, {0.030f, -0.09f}, {0.050f, 0}, {0, 0.06f}}, 7);
-            skin.addPiece(lock.tilted(-24)
-                              .rolled(lean)
-                              .mapped(low.u, low.v, high.u, high.v)
-                              .moved({x, 0.635f, -0.195f + std::fabs(x) * 0.35f}),
-                          0);
-        }
-    if (b.ponytail)
+                 16, kHairLow, kHairHigh, Along::kUp, 0.01f, 0.015f);
+    if (!covered) addLocks(skin, b.hair);
+    if (b.hair == Hair::kPonytail)
         skin.addBody({{{0, 0.18f, 0.300f}, 0.030f, 0.030f, 0, 0, 0},
                       {{0, 0.28f, 0.315f}, 0.055f, 0.050f, 0, 0, 0},
                       {{0, 0.40f, 0.290f}, 0.060f, 0.058f, 0, 0, 0},
                       {{0, 0.50f, 0.235f}, 0.036f, 0.036f, 0, 0, 0}},
-                     8, low, high, Along::kUp, 0.05f, 0.01f);
+                     8, kHairLow, kHairHigh, Along::kUp, 0.05f, 0.01f);
+    if (b.hair == Hair::kLong) {
+        skin.addBody({{{0, 0.02f, 0.150f}, 0.095f, 0.050f, 0, 0, 0},
+                      {{0, 0.12f, 0.155f}, 0.165f, 0.078f, 0, 0, 0},
+                      {{0, 0.26f, 0.140f}, 0.205f, 0.100f, 0, 0, 0},
+                      {{0, 0.40f, 0.110f}, 0.222f, 0.130f, 0, 0, 0},
+                      {{0, 0.50f, 0.080f}, 0.200f, 0.140f, 0, 0, 0}},
+                     14, kHairLow, kHairHigh, Along::kUp, 0.03f, 0.0f);
+        for (float side : {-1.0f, 1.0f})
+            skin.addBody({{{side * 0.165f, 0.20f, -0.075f}, 0.022f, 0.022f, 0, 0, 0},
+                          {{side * 0.192f, 0.32f, -0.080f}, 0.036f, 0.044f, 0, 0, 0},
+                          {{side * 0.200f, 0.46f, -0.070f}, 0.036f, 0.060f, 0, 0, 0},
+                          {{side * 0.175f, 0.58f, -0.070f}, 0.030f, 0.060f, 0, 0, 0}},
+                         8, kHairLow, kHairHigh, Along::kUp, 0.04f, 0.0f);
+        // A band holds it back.
+        skin.addBody(
+            {{{0, 0.600f, 0.022f}, 0.224f, 0.214f, 0, 0, 0}, {{0, 0.640f, 0.020f}, 0.212f, 0.208f, 0, 0, 0}},
+            16, {0.55f, 0.27f}, {0.95f, 0.31f}, Along::kUp, 0.0f, 0.0f);
+    }
     if (b.beard)
         skin.addBody({{{0, 0.215f, -0.150f}, 0.050f, 0.045f, 0, 0, 0},
                       {{0, 0.275f, -0.130f}, 0.115f, 0.085f, 0, 0, 0},
                       {{0, 0.335f, -0.105f}, 0.150f, 0.108f, 0, 0, 0},
                       {{0, 0.385f, -0.090f}, 0.150f, 0.100f, 0, 0, 0}},
-                     12, low, high, Along::kUp, 0.03f, -0.02f);
+                     12, kHairLow, kHairHigh, Along::kUp, 0.03f, -0.02f);
 }
 
 Skin headSkin(const Build& b) {
     Skin skin;
-    skin.addBody({{{0, 0.270f, -0.02f}, 0.080f, 0.090f, 0, 0, 0},
-                  {{0, 0.310f, -0.018f}, 0.132f, 0.152f, 0, 0, 0},
-                  {{0, 0.365f, -0.010f}, 0.172f, 0.184f, 0, 0, 0},
-                  {{0, 0.430f, -0.004f}, 0.192f, 0.198f, 0, 0, 0},
+    const float j = b.jaw, cheek = mix(1.0f, b.jaw, 0.5f);
+    skin.addBody({{{0, 0.270f, -0.02f}, 0.080f * j, 0.090f, 0, 0, 0},
+                  {{0, 0.310f, -0.018f}, 0.132f * j, 0.152f, 0, 0, 0},
+                  {{0, 0.365f, -0.010f}, 0.172f * j, 0.184f, 0, 0, 0},
+                  {{0, 0.430f, -0.004f}, 0.192f * cheek, 0.198f, 0, 0, 0},
                   {{0, 0.510f, 0.000f}, 0.199f, 0.204f, 0, 0, 0},
                   {{0, 0.590f, 0.004f}, 0.190f, 0.198f, 0, 0, 0},
                   {{0, 0.660f, 0.008f}, 0.150f, 0.162f, 0, 0, 0},
                   {{0, 0.710f, 0.010f}, 0.080f, 0.090f, 0, 0, 0}},
                  20, {0, 0.5f}, {1, 1}, Along::kUp, 0.01f, 0.008f);
     // Nose and ears take plain skin from below the face.
-    const Mesh nose = ball(0.030f, 8, 5).scaled({0.8f, 1, 1.1f}).mappedTo({0.04f, 0.94f});
+    const Mesh nose = ball(0.030f * b.nose, 8, 5).scaled({0.8f, 1, 1.1f}).mappedTo({0.04f, 0.94f});
     skin.addPiece(nose.moved({0, 0.430f, -0.208f}), 0);
     for (float side : {-1.0f, 1.0f})
         skin.addPiece(ball(0.05f, 8, 5)
@@ -219,6 +279,7 @@ Skin headSkin(const Build& b) {
                           .mappedTo({0.04f, 0.94f})
                           .moved({side * 0.197f, 0.445f, 0.01f}),
                       0);
+    addHat(skin, b.hat);
     addHair(skin, b);
     return skin;
 }
@@ -344,6 +405,15 @@ void addShots(const std::string& name, const CharacterPart& lower, const Charact
 }
 } // namespace
 
+namespace {
+void scale(CharacterPart& part, float by) {
+    for (auto& frame : part.frames)
+        for (cVector3& p : frame) p *= by;
+    for (auto& tags : part.tags)
+        for (Tag& t : tags) t.origin *= by;
+}
+} // namespace
+
 void make(Output& out, const std::string& directory, const std::string& name, const Build& build,
           const Dress& dress, bool zUp) {
     const std::string base = directory + "/" + name;
@@ -370,6 +440,7 @@ void make(Output& out, const std::string& directory, const std::string& name, co
     head.frames.push_back(headBody.posed({kNeck}, {Joint()}));
     for (cVector3& p : head.frames[0]) p *= build.head;
     head.tags.push_back({tagAt("tag_top", Joint().child({0, 0.5f, 0}, Joint()))});
+    for (CharacterPart* part : {&lower, &upper, &head}) scale(*part, build.scale);
     out.put(base + "_lower.cff", cffFile(lower, zUp));
     out.put(base + "_upper.cff", cffFile(upper, zUp));
     out.put(base + "_head.cff", cffFile(head, zUp));

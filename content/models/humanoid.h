@@ -37,19 +37,31 @@ struct Move {
 /// Every move that both halves of every person list.
 const std::vector<Move>& moves();
 
-/// Measures in units from the feet's plane upwards are absolute: the soles lie at −1.25, the crown at 0.75.
+enum class Hair { kShort, kPonytail, kLong, kTousled };
+enum class Hat { kNone, kFelt, kSouwester };
+/// Measures in units from the feet's plane upwards are absolute: the soles lie at −1.25, the crown at 0.75,
+/// before everything is multiplied by `scale`.
 struct Build {
+    float scale = 1; ///< of the whole person
     float girth = 1; ///< of the trunk
+    float waist = 1; ///< of its middle alone
     float shoulders = 0.25f;
     float limbs = 1; ///< thickness
     float head = 1;
-    float skirt = 0.22f; ///< length of the coat below the belt
-    bool hat = false;
-    bool ponytail = false;
+    float jaw = 1, nose = 1; ///< width of the lower face, size of the nose
+    float skirt = 0.22f;     ///< length of the coat below the belt
+    Hair hair = Hair::kShort;
+    Hat hat = Hat::kNone;
     bool beard = false;
 };
+/// Colours as 0xRRGGBB.
 struct Dress {
     unsigned skin, hair, coat, trim, shirt, trousers, boots, belt, eyes;
+    unsigned apron = 0;     ///< 0: none
+    bool bareShins = false; ///< short trousers
+    bool striped = false;   ///< sleeves and shirt have stripes of the trim's colour
+    bool freckled = false;
+    float lashes = 1; ///< thickness of the upper lid
 };
 /// Three files DIRECTORY/NAME_{head,upper,lower}.cff and their pictures. `zUp`: stored as people of the
 /// level.

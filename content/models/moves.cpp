@@ -54,18 +54,26 @@ Leg stride(const Gait& g, float phase) {
     return leg;
 }
 
+/// Four seconds: two breaths, the weight goes from foot to foot, the eyes wander.
 Pose idle(float t) {
     Pose p;
-    p.down = 0.002f + 0.0015f * wave(t);
-    p.bend = 1.5f + 1.5f * wave(t + 0.1f);
-    p.nod = -1 + 1.5f * wave(t + 0.3f);
-    p.look = 3 * wave(t);
+    const float breath = wave(2 * t), shift = wave(t);
+    p.down = 0.004f + 0.003f * breath;
+    p.right = 0.016f * shift;
+    p.tilt = -0.8f * shift;
+    p.bend = 1.5f + 1.6f * wave(2 * t + 0.1f);
+    p.sway = 1.2f * shift;
+    p.nod = -1 + 1.5f * wave(2 * t + 0.3f);
+    // The head rests, turns, rests: a sine with flat ends.
+    const float turn = wave(t + 0.12f);
+    p.look = 17 * turn * (1.5f - 0.5f * turn * turn);
+    p.twist = 0.15f * p.look;
     for (int i = 0; i < 2; ++i) {
         p.leg[i].out = 0.02f;
         p.leg[i].forwards = i == 0 ? 0.02f : -0.02f;
-        p.arm[i].out = 9 + 1.5f * wave(t + 0.2f);
-        p.arm[i].forwards = 3 * wave(t + 0.15f);
-        p.arm[i].elbow = 18 + 4 * wave(t);
+        p.arm[i].out = 9 + 1.5f * wave(2 * t + 0.2f);
+        p.arm[i].forwards = 3 * wave(t + 0.15f) + 2 * wave(2 * t);
+        p.arm[i].elbow = 18 + 5 * wave(t + 0.5f * static_cast<float>(i)) + 2 * breath;
     }
     return p;
 }
@@ -270,7 +278,7 @@ Pose talk(float t) {
 
 const std::vector<Move>& moves() {
     static const std::vector<Move> all = {
-        {"BOTH_IDLE", 24, 12, true, idle},
+        {"BOTH_IDLE", 48, 12, true, idle},
         {"BOTH_WALK", kWalkFrames, kRate, true, walk},
         {"BOTH_RUN", kRunFrames, kRate, true, run},
         {"BOTH_JUMP", 10, kRate, false, jump},

@@ -3,33 +3,82 @@
 
 using humanoid::Build;
 using humanoid::Dress;
+using humanoid::Hair;
+using humanoid::Hat;
 
 // The hero is read as stored, everyone else through the conversion of imported models.
 FORGE_RECIPE(model_hero) {
     Build build;
+    build.waist = 0.95f;
+    build.jaw = 0.97f;
     Dress dress{0xf2c29b, 0x7a3b1e, 0x2f6f8f, 0xe6b84c, 0xf4ead2, 0x5b4a3a, 0x6b3f22, 0x5a3318, 0x3f7f5a};
     humanoid::make(out, "maincharfinal", "mainchar_noweapon", build, dress, false);
 }
 
+// Rosa keeps the garden.
 FORGE_RECIPE(model_villager) {
     Build build;
-    build.girth = 0.96f;
-    build.limbs = 0.92f;
-    build.shoulders = 0.225f;
-    build.skirt = 0.42f;
-    build.ponytail = true;
-    Dress dress{0xe7ae86, 0x3a2417, 0xa8474f, 0xf0d9a0, 0xf7efe0, 0x6f5b4b, 0x7b5330, 0x70431f, 0x5a3a22};
+    build.girth = 0.93f;
+    build.waist = 0.88f;
+    build.limbs = 0.86f;
+    build.shoulders = 0.215f;
+    build.jaw = 0.9f;
+    build.nose = 0.85f;
+    build.skirt = 0.52f;
+    build.hair = Hair::kLong;
+    Dress dress{0xe7ae86, 0x4a2a1a, 0xa8474f, 0xf0d9a0, 0xf7efe0, 0x6f5b4b, 0x7b5330, 0x70431f, 0x5a7a3a};
+    dress.apron = 0xf3ead6;
+    dress.lashes = 1.25f;
     humanoid::make(out, "chars/villager", "villager", build, dress, true);
 }
 
+// Harald guards the path to the hut.
 FORGE_RECIPE(model_guard) {
     Build build;
-    build.girth = 1.12f;
+    build.girth = 1.14f;
+    build.waist = 1.06f;
     build.limbs = 1.12f;
     build.shoulders = 0.275f;
+    build.jaw = 1.08f;
+    build.nose = 1.3f;
     build.skirt = 0.18f;
-    build.hat = true;
+    build.hat = Hat::kFelt;
     build.beard = true;
-    Dress dress{0xd99c73, 0x8d8577, 0x4b6a3f, 0xc9862f, 0xd9d2c0, 0x4a4a52, 0x3c322b, 0x33261c, 0x3c5a7a};
+    Dress dress{0xd99c73, 0x6e6455, 0x4b6a3f, 0xc9862f, 0xd9d2c0, 0x4a4a52, 0x3c322b, 0x33261c, 0x3c5a7a};
     humanoid::make(out, "chars/guard", "guard", build, dress, true);
+}
+
+// Bram fishes off the pier.
+FORGE_RECIPE(model_fisher) {
+    Build build;
+    build.girth = 1.2f;
+    build.waist = 1.05f;
+    build.limbs = 1.06f;
+    build.shoulders = 0.26f;
+    build.jaw = 1.1f;
+    build.nose = 1.6f;
+    build.skirt = 0.34f;
+    build.hat = Hat::kSouwester;
+    build.beard = true;
+    Dress dress{0xc98a64, 0xe9e6de, 0xe0b13a, 0x2c4a66, 0xe8e4da, 0x3d4450, 0x2e3a3c, 0x6b4a2c, 0x4a86a8};
+    humanoid::make(out, "chars/fisher", "fisher", build, dress, true);
+}
+
+// Pim is eight.
+FORGE_RECIPE(model_child) {
+    Build build;
+    build.scale = 0.70f;
+    build.girth = 0.95f;
+    build.limbs = 0.92f;
+    build.shoulders = 0.21f;
+    build.head = 1.22f;
+    build.jaw = 1.04f;
+    build.nose = 0.75f;
+    build.skirt = 0.10f;
+    build.hair = Hair::kTousled;
+    Dress dress{0xf4c9a4, 0xd9a648, 0xf2ede0, 0xc4473d, 0xf2ede0, 0x3f6a8a, 0x7b5330, 0x5a3318, 0x3a7a9a};
+    dress.bareShins = true;
+    dress.striped = true;
+    dress.freckled = true;
+    humanoid::make(out, "chars/child", "child", build, dress, true);
 }

@@ -11,7 +11,7 @@ using namespace forge;
 // longest side.
 namespace {
 constexpr cColour4 kIron{74, 80, 92, 0}, kBark{110, 74, 44, 0}, kGlow{255, 222, 130, 0},
-    kWhite{238, 232, 216, 0}, kRed{186, 62, 58, 0};
+    kBrass{206, 160, 74, 0}, kRope{196, 160, 104, 0}, kWhite{238, 232, 216, 0}, kRed{186, 62, 58, 0};
 constexpr cColour4 kBlue{52, 98, 140, 0}, kClay{178, 98, 62, 0}, kSteel{150, 160, 172, 0},
     kGreen{82, 110, 62, 0};
 const std::string kPlanks = "src_mdl\\planks.tga", kBeams = "src_mdl\\beams.tga",
@@ -267,6 +267,65 @@ FORGE_RECIPE(thing_flag) {
         cloth.append(side == 0 ? m : m.insideOut().moved({0, 0, -0.012f}));
     }
     putModel(out, "flag", {{"pole", kBeams, {}, pole}, {"cloth", "", kBlue, cloth}});
+}
+
+FORGE_RECIPE(thing_well) {
+    Mesh ring =
+        lathe({{0.62f, 0.1f}, {0.62f, 0.85f}, {0.84f, 0.85f}, {0.84f, 0.72f}, {0.78f, 0.70f}, {0.82f, 0}}, 14,
+              6, 1.2f)
+            .insideOut();
+    Mesh wood;
+    for (float x : {-0.74f, 0.64f}) wood.append(boxOf(x, 0.8f, -0.06f, x + 0.1f, 2.1f, 0.06f));
+    wood.append(tube({{-0.85f, 1.45f, 0}, {0.95f, 1.45f, 0}}, {0.07f, 0.07f}, 8));
+    wood.append(boxOf(0.9f, 1.2f, -0.03f, 0.95f, 1.5f, 0.03f));
+    wood.append(boxOf(0.9f, 1.2f, -0.03f, 1.1f, 1.25f, 0.03f));
+    Mesh roof;
+    for (float turn : {0.0f, 180.0f}) {
+        Mesh side;
+        side.addQuad({-0.95f, 1.86f, 0.72f}, {0.95f, 1.86f, 0.72f}, {0.95f, 2.42f, 0}, {-0.95f, 2.42f, 0}, 3,
+                     1.4f);
+        side.addQuad({-0.95f, 2.36f, 0}, {0.95f, 2.36f, 0}, {0.95f, 1.80f, 0.72f}, {-0.95f, 1.80f, 0.72f}, 3,
+                     1.4f);
+        side.addQuad({-0.95f, 1.80f, 0.72f}, {0.95f, 1.80f, 0.72f}, {0.95f, 1.86f, 0.72f},
+                     {-0.95f, 1.86f, 0.72f}, 3, 0.1f);
+        for (float x : {-0.95f, 0.95f}) {
+            const cVector3 a(x, 1.80f, 0.72f), b(x, 1.86f, 0.72f), c(x, 2.42f, 0), d(x, 2.36f, 0);
+            x > 0 ? side.addQuad(a, d, c, b, 1, 0.1f) : side.addQuad(b, c, d, a, 1, 0.1f);
+        }
+        roof.append(side.turned(turn));
+    }
+    Mesh bucket = lathe({{0, 0.86f}, {0.15f, 0.86f}, {0.19f, 1.12f}, {0.16f, 1.12f}, {0, 0.95f}}, 10, 2)
+                      .moved({0, 0, 0.7f});
+    Mesh rope = tube({{0, 1.38f, 0.04f}, {0, 0.5f, 0.04f}}, {0.02f, 0.02f}, 5);
+    Mesh water = lathe({{0.6f, 0.42f}, {0, 0.42f}}, 12);
+    putModel(out, "well",
+             {{"ring", kStone, {}, ring},
+              {"wood", kBeams, {}, wood},
+              {"roof", kPlanks, {}, roof},
+              {"bucket", kPlanks, {}, bucket},
+              {"rope", "", kRope, rope},
+              {"water", "", kBlue, water}});
+}
+
+FORGE_RECIPE(thing_telescope) {
+    Mesh legs;
+    for (float turn : {0.0f, 120.0f, 240.0f})
+        legs.append(tube({{0.42f, 0, 0}, {0.03f, 1.15f, 0}}, {0.03f, 0.035f}, 6).turned(turn));
+    // It looks to the east and a little down, at the horizon.
+    Mesh brass = tube({{-0.35f, 1.26f, 0}, {0.1f, 1.24f, 0}}, {0.055f, 0.06f}, 10);
+    brass.append(tube({{0.1f, 1.24f, 0}, {0.62f, 1.215f, 0}}, {0.08f, 0.085f}, 10));
+    brass.append(tube({{-0.42f, 1.265f, 0}, {-0.35f, 1.26f, 0}}, {0.07f, 0.04f}, 8));
+    Mesh glass = lathe({{0.075f, 0}, {0, 0.01f}}, 10).rolled(-90).moved({0.622f, 1.215f, 0});
+    putModel(out, "telescope",
+             {{"legs", kBeams, {}, legs}, {"brass", "", kBrass, brass}, {"glass", "", kBlue, glass}});
+}
+
+FORGE_RECIPE(thing_buoy) {
+    Mesh red = lathe({{0, 0}, {0.42f, 0.08f}, {0.46f, 0.3f}, {0.40f, 0.42f}}, 14);
+    red.append(lathe({{0.32f, 0.66f}, {0.16f, 0.95f}, {0.1f, 1.02f}, {0, 1.02f}}, 14));
+    Mesh white = lathe({{0.40f, 0.42f}, {0.32f, 0.66f}}, 14);
+    Mesh iron = lathe({{0.03f, 1.0f}, {0.03f, 1.14f}, {0.07f, 1.2f}, {0.05f, 1.28f}, {0, 1.3f}}, 8);
+    putModel(out, "buoy", {{"red", "", kRed, red}, {"white", "", kWhite, white}, {"iron", "", kIron, iron}});
 }
 
 // The two that the game turns into models of its own at every start.

@@ -248,6 +248,13 @@ void cApplication::takePictures() {
 void cApplication::shutdown() {
     if (!started_) return;
     started_ = false;
+    destroyManagers();
+    cAudioMgr::instance().shutdown();
+    cLogMgr::destroy();
+    converted_.clear();
+}
+
+void cApplication::destroyManagers() {
     cObjectMgr::instance().setForgetListener({});
     cRenderer::destroy();
     cFrustum::destroy();
@@ -258,7 +265,4 @@ void cApplication::shutdown() {
     cConfigMgr::destroy();
     cWorld::destroy();
     destroyEffects();
-    cAudioMgr::instance().shutdown();
-    cLogMgr::destroy();
-    converted_.clear();
 }

@@ -39,6 +39,8 @@ public:
     void gameFrame();
     void afterIntro();
     void shutdown();
+    /// Everything but sound and log, in the order in which nobody misses what is gone.
+    static void destroyManagers();
     GameState state() const { return state_; }
     void setState(GameState state) { state_ = state; }
 

@@ -21,7 +21,16 @@ constexpr float kFirstPersonTurn = 50;  ///< degrees per unit of look input
 constexpr float kKeyTurn = 1000;        ///< degrees per unit of sensitivity
 constexpr cVector3 kUp(0, 1, 0);
 
-constexpr const char* kAnimationKeys[] = {
+float movement(const char* key) {
+    return cConfigMgr::instance().getFloat(key, "movement");
+}
+
+float clampAround(float value, float limit) {
+    return value > limit ? limit : value < -limit ? -limit : value;
+}
+} // namespace
+
+const std::array<const char*, cPlayer::kAnimationCount> cPlayer::kAnimationKeys = {
     "IDLE",
     "WALK",
     "RUN",
@@ -55,22 +64,12 @@ constexpr const char* kAnimationKeys[] = {
     "ROCKUP",
 };
 
-float movement(const char* key) {
-    return cConfigMgr::instance().getFloat(key, "movement");
-}
-
-float clampAround(float value, float limit) {
-    return value > limit ? limit : value < -limit ? -limit : value;
-}
-} // namespace
-
 cPlayer::cPlayer(cObject* owner)
     : cController(owner), input_(cInputMgr::instance()), camera_(cWorld::instance().camera),
       maxHold_(cConfigMgr::instance().getInt("MAX_HOLD", "input")),
       regenTime_(cConfigMgr::instance().getInt("REGENTIME", "character")) {
-    static_assert(std::size(kAnimationKeys) == kAnimCount);
     typeIndex_ = raceIndex_ = classIndex_ = 0;
-    for (size_t i = 0; i < kAnimCount; ++i) {
+    for (size_t i = 0; i < kAnimationCount; ++i) {
         animations_[i] = nameHash(cConfigMgr::instance().getString(kAnimationKeys[i], "animation"));
     }
 }

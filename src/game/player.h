@@ -28,6 +28,10 @@ public:
 
     const cVector3& getVelocity() const { return velocity_; }
 
+    static constexpr size_t kAnimationCount = 31;
+    /// Keys of the configuration section "animation", in stored order.
+    static const std::array<const char*, kAnimationCount> kAnimationKeys;
+
 private:
     static constexpr uint32_t kFlags = MOVE_GROUNDED | MOVE_SWEPT | MOVE_SOLID;
     /// What the body does, as the animations tell it.
@@ -42,7 +46,6 @@ private:
         kAnimFall = 10,
         kAnimHit1 = 16,
         kAnimHit2 = 17,
-        kAnimCount = 31,
     };
 
     void updateCinematic() const;
@@ -79,5 +82,5 @@ private:
     int32_t charge_ = 0; ///< ms
     cController* vehicle_ = nullptr;
     int32_t maxHold_, regenTime_, regenTimer_ = 0;
-    std::array<int32_t, kAnimCount> animations_; ///< name hashes
+    std::array<int32_t, kAnimationCount> animations_; ///< name hashes
 };

@@ -1,10 +1,11 @@
 #include "support/test_world.h"
 
-#include "core/config_mgr.h"
+#include "core/application.h"
 #include "core/frustum.h"
 #include "core/name_hash.h"
 #include "data/binary_reader.h"
 #include "game/physics_world.h"
+#include "game/player.h"
 #include "models/character_model.h"
 #include "platform/random.h"
 #include "render/particles.h"
@@ -31,40 +32,6 @@ constexpr struct {
      "MAX_HOLD 1200\n"},
     {"inventory.cfg", "SHOW_TIME 200\n"},
 };
-constexpr const char* kAnimations[] = {
-    "IDLE",
-    "WALK",
-    "RUN",
-    "JUMP",
-    "JUMPDOWN",
-    "CROUCH",
-    "CROUCHIDLE",
-    "CROUCHWALK",
-    "STAND",
-    "DEATH1",
-    "FALL",
-    "PISTOLSHOOT",
-    "PISTOLRELOAD",
-    "PISTOLDOWN",
-    "PISTOLUP",
-    "PISTOLHIT2",
-    "BODYHIT1",
-    "BODYHIT2",
-    "CROSSBOWSHOOT",
-    "CROSSBOWRELOAD",
-    "CROSSBOWDOWN",
-    "CROSSBOWUP",
-    "CROSSBOWHIT",
-    "SNIPERRIFLESHOOT",
-    "SNIPERRIFLERELOAD",
-    "SNIPERRIFLEDOWN",
-    "SNIPERRIFLEUP",
-    "SNIPERRIFLEHIT",
-    "ROCKTHROW",
-    "ROCKDOWN",
-    "ROCKUP",
-};
-
 cModelObject tetrahedron(float size) {
     cModelObject o;
     o.positions = {{0, 0, 0}, {size, 0, 0}, {0, size, 0}, {0, 0, size}};
@@ -92,7 +59,8 @@ cAnimModel characterPart(const char* tagName) {
     for (const char* name : {"FIRST", "SECOND", "BOTH_DEATH1", "BOTH_BODYHIT1", "BOTH_BODYHIT2"}) {
         p.animations.push_back({name, 0, 2, 0, 20});
     }
-    for (const char* name : kAnimations) p.animations.push_back({std::string("BOTH_") + name, 0, 2, 0, 20});
+    for (const char* name : cPlayer::kAnimationKeys)
+        p.animations.push_back({std::string("BOTH_") + name, 0, 2, 0, 20});
     return p;
 }
 } // namespace
@@ -101,7 +69,7 @@ TestWorld::TestWorld() {
     setenv("SDL_VIDEODRIVER", "dummy", 1); // whatever else SDL would find to draw on
     for (const auto& config : kConfigs) game.write(config.file, config.text);
     std::string animations;
-    for (const char* key : kAnimations) animations += std::string(key) + " BOTH_" + key + "\n";
+    for (const char* key : cPlayer::kAnimationKeys) animations += std::string(key) + " BOTH_" + key + "\n";
     game.write("animation.cfg", animations);
     platform::seedRandom(1);
     cInputMgr::instance().saveOnExit = false;
@@ -111,16 +79,7 @@ TestWorld::TestWorld() {
 }
 
 TestWorld::~TestWorld() {
-    cObjectMgr::instance().setForgetListener({});
-    cRenderer::destroy();
-    cFrustum::destroy();
-    cEventMgr::destroy();
-    cInputMgr::destroy();
-    cObjectMgr::destroyInstance();
-    cPhysicsWorld::destroy();
-    cConfigMgr::destroy();
-    cWorld::destroy();
-    destroyEffects();
+    cApplication::destroyManagers();
     cTextureCache::instance().releaseAll();
 }
 
