@@ -9,10 +9,10 @@ using namespace forge;
 
 namespace island {
 namespace {
-constexpr float kFlatRadius = 17, kBeachSlope = 0.26f; // about 15 degrees
-constexpr float kShelfRadius = 27.5f;                  // behind it the bed falls away
-constexpr float kGentle = 0.404f;                      // 22 degrees
-constexpr float kCliff = 1.733f;                       // 60 degrees
+constexpr float kFlatRadius = 17, kBeachSlope = 0.26f;  // about 15 degrees
+constexpr float kShelfRadius = 24, kDeepRadius = 30.5f; // between them the bed falls away
+constexpr float kGentle = 0.404f;                       // 22 degrees
+constexpr float kCliff = 1.733f;                        // 60 degrees
 
 struct Pad {
     float x0, z0, x1, z1;
@@ -57,9 +57,9 @@ float height(float x, float z) {
     const float border = std::max(std::fabs(x), std::fabs(z));
     if (border >= kHalfSize) return kLowest;
     const float land = std::max(baseHeight(x, z), hillHeight(x, z));
-    const float away = smoothStep(kShelfRadius, kHalfSize, border);
-    const float corner = smoothStep(kShelfRadius, 36, std::hypot(x, z));
-    return std::max(mix(mix(land, -5.0f, corner), kLowest, away), kLowest);
+    // The bed falls away all round at the same distance from the coast, so that no straight border shows.
+    const float reach = std::hypot(x, z) + 2.5f * (fractalNoise(x * 0.13f, z * 0.13f, 6, 2) - 0.5f);
+    return std::max(mix(land, kLowest, smoothStep(kShelfRadius, kDeepRadius, reach)), kLowest);
 }
 
 float path(float x, float z) {

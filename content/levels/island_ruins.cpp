@@ -145,7 +145,7 @@ void addTerrace(Scenery& s) {
         const float y = kMeadow + kRise * static_cast<float>(i + 1);
         s.add(kStone, box({x, 1.6f, -1.5f}, {x + kTread, y, 1.5f}, 0.5f, kTop | kWest | kNorth | kSouth));
     }
-    // Nothing built reaches down into the mist that begins at 0.2.
+    // Nothing built reaches down into the mist under the water.
     s.add(kStone, box({13.5f, 0.6f, -3}, {18.5f, 4, 3}, 0.4f));
     // Eight high steps on the north side.
     for (int i = 0; i < 8; ++i) {

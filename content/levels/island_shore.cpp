@@ -24,7 +24,7 @@ void addRocks(Scenery& s) {
                                  {-21.2f, -12.4f, 1.4f},
                                  {-17.2f, -16.2f, 1.1f},
                                  {-12.6f, -16.0f, 0.8f},
-                                 {-14.4f, -4.6f, 0.7f}};
+                                 {-12.9f, -2.7f, 0.7f}};
     for (const Place& r : kBlocks)
         s.add(kRock, boulder(r.size, ++seed).moved({r.x, height(r.x, r.z) + r.size * 0.1f, r.z}));
 }

@@ -242,11 +242,12 @@ Colour groundColour(float x, float z) {
     const float sand = 1 - smoothStep(0.9f, 1.7f, y + 0.8f * (patches - 0.5f));
     c = mix(c, mix(rgb(0xe9d59a), rgb(0xd9bd7e), fine), sand);
     c = mix(c, rgb(0xb79b72), 1 - smoothStep(-0.3f, 0.25f, y));
-    // The last wave's edge: a broken line of foam on the wet sand.
-    const float surf = y + 0.10f * (fractalNoise(x * 0.9f, z * 0.9f, 73, 3) - 0.5f);
-    const float line = smoothStep(0.07f, 0.0f, std::fabs(surf - 0.02f)) +
-                       0.6f * smoothStep(0.05f, 0.0f, std::fabs(surf + 0.16f));
-    const float foam = clamp01(line) * smoothStep(0.3f, 0.55f, fractalNoise(x * 2.4f, z * 2.4f, 74, 2));
+    // The last wave's edge, where the waves' crests reach: a broken line of foam on wet sand.
+    const float surf = y + 0.16f * (fractalNoise(x * 0.8f, z * 0.8f, 73, 3) - 0.5f);
+    c = mix(c, shaded(c, 0.80f), smoothStep(0.46f, 0.36f, surf) * smoothStep(-0.4f, 0.1f, surf));
+    const float line = smoothStep(0.09f, 0.02f, std::fabs(surf - 0.27f)) +
+                       0.7f * smoothStep(0.06f, 0.0f, std::fabs(surf - 0.06f));
+    const float foam = clamp01(line) * smoothStep(0.22f, 0.42f, fractalNoise(x * 1.6f, z * 1.6f, 74, 2));
     c = mix(c, rgb(0x3d7a78), 1 - smoothStep(-4.0f, -0.4f, y));
     c = mix(c, mix(rgb(0xc9a873), rgb(0xb08f5f), fine), island::path(x, z));
     const float steep = smoothStep(0.86f, 0.72f, n.y) * smoothStep(-0.5f, 0.6f, y);
