@@ -11,6 +11,7 @@
 #include "platform/gl_api.h"
 #include "render/particles.h"
 #include "render/renderer.h"
+#include "script/dialogue.h"
 #include "script/event_mgr.h"
 #include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
@@ -36,6 +37,11 @@ constexpr struct {
 
 /// What is painted over the 3D picture, bottom first.
 const std::vector<cRenderer::Overlay> kOverlays = {
+    {"conversation",
+     [] {
+         if (cDialogue::instance().isVisible() && cWorld::instance().levelChangePending <= 0)
+             cDialogue::instance().draw();
+     }},
     {"world", [] { cWorld::instance().drawOverlays(); }},
     {"console", [] { cInputMgr::instance().console.draw(); }},
     {"menu", [] { cInputMgr::instance().menu.draw(); }},
@@ -258,6 +264,7 @@ void cApplication::destroyManagers() {
     cObjectMgr::instance().setForgetListener({});
     cRenderer::destroy();
     cFrustum::destroy();
+    cDialogue::destroy();
     cEventMgr::destroy();
     cInputMgr::destroy();
     cObjectMgr::destroyInstance();

@@ -3,6 +3,8 @@
 #include "platform/random.h"
 #include "script/cml_object.h"
 #include "script/cml_vocabulary.h"
+#include "script/dialogue.h"
+#include "script/event_mgr.h"
 #include "script/targets.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
@@ -184,6 +186,13 @@ void runVehicle(Self self, int, Args) {
     if (hero) static_cast<cPlayer*>(hero->getController())->enterVehicle(&self);
 }
 
+void runDialogue(Self self, int, Args args) {
+    const cCmlElement* dialogue = self.getElement()->childAt(args[0]);
+    if (!dialogue) return;
+    cDialogue::instance().start(*dialogue, self);
+    cEventMgr::instance().post(cEvent::kDialogueStarted, &self);
+}
+
 /// Procedures of subsystems to come say so once, each under its own name.
 template <OperationName name> void notBuilt(Self, int, Args) {
     reportNotBuilt(std::string("Procedure ") + name.text);
@@ -197,7 +206,7 @@ constexpr CmlProcedureRow kProcedures[] = {
     {"set_action", setAction, "action: make it current and run its on_set"},
     {"destroy", destroyObject, "remove the object"},
     {"get_object", notBuilt<"get_object">, "item[, count]: give it to the hero"},
-    {"run_dialogue", notBuilt<"run_dialogue">, "dialogue: start the conversation"},
+    {"run_dialogue", runDialogue, "dialogue: start the conversation"},
     {"set_local", setVariable<Locals, Number>, "var, n: local = n"},
     {"inc_local", increaseVariable<Locals, Number>, "var, n: local += n"},
     {"dec_local", decreaseVariable<Locals, Number>, "var, n: local -= n"},

@@ -5,6 +5,7 @@
 #include "platform/clock.h"
 #include "platform/random.h"
 #include "render/renderer.h"
+#include "script/dialogue.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
 
@@ -46,6 +47,7 @@ cWorld::cWorld() : maxHealth(cConfigMgr::instance().getInt("MAX_HP", "character"
 
 void cWorld::forget(const cObject* object) {
     camera.forget(object);
+    cDialogue::instance().forget(object);
 }
 
 bool cWorld::isGameLoaded() const {
