@@ -9,13 +9,6 @@
 using namespace forge;
 
 namespace island {
-Mesh tinted(const Mesh& mesh, Tint tint) {
-    constexpr float kCell = 1.0f / kTintCells, kMargin = 0.12f * kCell;
-    const int index = static_cast<int>(tint), column = index % kTintCells, row = index / kTintCells;
-    const float u = kCell * static_cast<float>(column), v = 1 - kCell * static_cast<float>(row + 1);
-    return mesh.mapped(u + kMargin, v + kMargin, u + kCell - kMargin, v + kCell - kMargin);
-}
-
 Mesh timber(const cVector3& a, const cVector3& b, float width) {
     const cVector3 along = (b - a).normalized();
     const cVector3 helper = std::fabs(along.y) < 0.999f ? cVector3(0, 1, 0) : cVector3(0, 0, 1);

@@ -1,17 +1,20 @@
 #pragma once
 #include "forge/scenery.h"
 #include "levels/island_ground.h"
+#include "pictures/tints.h"
 
 /// What the island is built of, and its parts. Units; see island_ground.h for the land itself.
 namespace island {
 using forge::Mesh;
 using forge::Scenery;
+using tints::Tint;
+using tints::tinted;
 
 const Scenery::Material kGround{"ground", "ground.tga", {}}, kPlaster{"plaster", "plaster.tga", {}},
     kPlanks{"planks", "planks.tga", {}}, kBeams{"beams", "beams.tga", {}}, kStone{"stone", "stone.tga", {}},
     kThatch{"thatch", "thatch.tga", {}}, kCloth{"cloth", "cloth.tga", {}}, kRock{"rock", "rock.tga", {}},
     kTower{"tower", "tower.tga", {}},
-    /// Small painted and growing things: a picture of 4 × 4 plain colours, see `Tint`.
+    /// Small painted and growing things: a picture of 4 × 4 plain colours, see tints.h.
     kTints{"tints", "tints.tga", {}},
     /// The same colours for what gives light: never darkened.
     kGlowing{"glowing", "tints.tga", {}, Scenery::kGlowing},
@@ -20,28 +23,6 @@ const Scenery::Material kGround{"ground", "ground.tga", {}}, kPlaster{"plaster",
     /// Blades that take the colour of the ground below them.
     kGrass{"grass", "tints.tga", {}};
 
-/// Cells of tints.tga, row by row from the top. Within a cell v goes from the dark foot to the light tip.
-enum class Tint {
-    kBlade,
-    kLeaf,
-    kRed,
-    kYellow,
-    kWhite,
-    kViolet,
-    kReed,
-    kCabbage,
-    kTeal,
-    kBrick,
-    kCream,
-    kFlame,
-    kBook,
-    kIron,
-    kClay,
-    kStraw
-};
-constexpr int kTintCells = 4;
-/// The mesh, whose texture coordinates lie in 0..1, moved into one cell.
-Mesh tinted(const Mesh& mesh, Tint tint);
 /// A square timber from a to b.
 Mesh timber(const cVector3& a, const cVector3& b, float width);
 Mesh boulder(float size, uint32_t seed);

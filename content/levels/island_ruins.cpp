@@ -111,7 +111,7 @@ void addBellBastion(Scenery& s) {
         s.add(kBeams, timber({x, kFoot - 0.02f, 16.2f}, {x, kHigh - 0.02f, 8}, 0.2f), Scenery::kSeen);
     s.add(kStone, box({7.92f, kHigh - 0.25f, 4.92f}, {11.08f, kHigh - 0.01f, 8}, 0.37f, kWalls),
           Scenery::kSeen);
-    // The harbour bell in its frame.
+    // The frame of the harbour bell.
     for (float x : {8.15f, 10.65f}) {
         s.add(kBeams, box({x, kHigh, 5.15f}, {x + 0.2f, kHigh + 2.6f, 5.35f}, 0.7f));
         s.add(kBeams,
@@ -120,20 +120,10 @@ void addBellBastion(Scenery& s) {
               Scenery::kSeen);
     }
     s.add(kBeams, box({7.9f, kHigh + 2.5f, 5.1f}, {11.1f, kHigh + 2.75f, 5.4f}, 0.7f), Scenery::kSeen);
-    const Mesh bell = lathe({{0, 0.05f},
-                             {0.30f, 0.0f},
-                             {0.36f, 0.02f},
-                             {0.26f, 0.22f},
-                             {0.20f, 0.48f},
-                             {0.10f, 0.58f},
-                             {0, 0.62f}},
-                            14);
-    s.add(kTints, tinted(bell, Tint::kStraw).moved({9.5f, kHigh + 1.8f, 5.25f}), Scenery::kSeen);
-    s.add(kTints, tinted(ball(0.07f, 7, 5), Tint::kIron).moved({9.5f, kHigh + 1.8f, 5.25f}), Scenery::kSeen);
-    s.add(kTints,
-          tinted(tube({{9.5f, kHigh + 2.4f, 5.25f}, {9.5f, kHigh + 2.52f, 5.25f}}, {0.03f, 0.03f}, 5),
-                 Tint::kIron),
-          Scenery::kSeen);
+    // Posts of the gate at the head of the ramp.
+    for (float x : {7.98f, 10.82f})
+        s.add(kBeams, box({x, kHigh - 0.3f, 8}, {x + 0.2f, kHigh + 2.5f, 8.2f}, 0.7f));
+    s.add(kBeams, box({7.85f, kHigh + 2.5f, 7.95f}, {11.15f, kHigh + 2.7f, 8.25f}, 0.7f), Scenery::kSeen);
 }
 } // namespace
 

@@ -328,6 +328,46 @@ FORGE_RECIPE(thing_buoy) {
     putModel(out, "buoy", {{"red", "", kRed, red}, {"white", "", kWhite, white}, {"iron", "", kIron, iron}});
 }
 
+FORGE_RECIPE(thing_bell) {
+    Mesh bell = lathe({{0.27f, 0.03f},
+                       {0.30f, 0.0f},
+                       {0.36f, 0.02f},
+                       {0.26f, 0.22f},
+                       {0.20f, 0.48f},
+                       {0.10f, 0.58f},
+                       {0, 0.62f}},
+                      14);
+    bell.append(lathe({{0, 0.1f}, {0.27f, 0.03f}}, 14));
+    Mesh iron = ball(0.07f, 7, 5).moved({0, 0, 0});
+    iron.append(tube({{0, 0.6f, 0}, {0, 0.72f, 0}}, {0.03f, 0.03f}, 5));
+    putModel(out, "bell",
+             {{"brass", "", kBrass, bell},
+              {"iron", "", kIron, iron},
+              {"rope", "", kRope, tube({{0, 0, 0}, {0, -0.7f, 0}}, {0.02f, 0.025f}, 5)}});
+}
+
+FORGE_RECIPE(thing_gate) {
+    // Hung in its middle: it turns like a leaf.
+    Mesh bars, wood;
+    for (int i = 0; i < 9; ++i)
+        bars.append(tube({{-1.2f + 0.3f * static_cast<float>(i), 0.05f, 0},
+                          {-1.2f + 0.3f * static_cast<float>(i), 2.3f, 0}},
+                         {0.03f, 0.03f}, 5));
+    for (float y : {0.1f, 1.1f, 2.1f}) wood.append(boxOf(-1.3f, y, -0.05f, 1.3f, y + 0.14f, 0.05f));
+    for (float x : {-1.3f, -0.07f, 1.16f}) wood.append(boxOf(x, 0, -0.06f, x + 0.14f, 2.35f, 0.06f));
+    putModel(out, "gate", {{"bars", "", kIron, bars}, {"wood", kBeams, {}, wood}});
+}
+
+FORGE_RECIPE(thing_lever) {
+    Mesh stone = boxOf(-0.3f, 0, -0.22f, 0.3f, 0.45f, 0.22f);
+    Mesh iron = boxOf(-0.16f, 0.45f, -0.08f, 0.16f, 0.52f, 0.08f);
+    iron.append(tube({{0, 0.48f, 0}, {0, 1.05f, -0.42f}}, {0.035f, 0.03f}, 7));
+    putModel(out, "lever",
+             {{"stone", kStone, {}, stone},
+              {"iron", "", kIron, iron},
+              {"knob", "", kRed, ball(0.08f, 9, 6).moved({0, 1.08f, -0.44f})}});
+}
+
 // The two that the game turns into models of its own at every start.
 FORGE_RECIPE(thing_hand_arms) {
     // Pistol: grip at the origin, barrel to the north.

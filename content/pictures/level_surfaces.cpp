@@ -109,26 +109,6 @@ Colour tower(float x, float y) {
     return shaded(c, (0.94f + 0.10f * grain(x, y, 16, 66, 3)) * (1 - 0.08f * drop));
 }
 
-/// What the cells of the palette picture hold, row by row; each gets lighter towards its top.
-struct TintCell {
-    unsigned foot, tip;
-};
-constexpr TintCell kTints[] = {
-    {0xc4c4bc, 0xffffff}, {0x3f7d34, 0x8cc152}, {0xc23a3c, 0xf0705c}, {0xe0962a, 0xffe067},
-    {0xdcd6c4, 0xffffff}, {0x6b4fa0, 0xb892e0}, {0x6f7d3a, 0xd9c98a}, {0x3f8a6a, 0x9fd8a4},
-    {0x236a78, 0x3f98a0}, {0x9c3a34, 0xc95a48}, {0xd9cba8, 0xf7efd8}, {0xf08a24, 0xfff2a8},
-    {0x4c3322, 0x7a5636}, {0x2b303a, 0x4c5462}, {0x9c5434, 0xcf8458}, {0xb98a48, 0xe8c98a},
-};
-
-Colour tints(float x, float y) {
-    constexpr float kCell = kSide / 4;
-    const int cell = static_cast<int>(y / kCell) * 4 + static_cast<int>(x / kCell);
-    const float up = 1 - std::fmod(y, kCell) / kCell;
-    const TintCell& t = kTints[cell];
-    return shaded(mix(rgb(t.foot), rgb(t.tip), smoothStep(0.05f, 0.95f, up)),
-                  0.97f + 0.06f * grain(x, y, 32, 67, 2));
-}
-
 /// Foliage: overlapping brush strokes, lighter where they end. 0 … 1 from their shadows to their tips.
 float strokes(float x, float y) {
     constexpr int kAcross = 9;
@@ -165,19 +145,13 @@ struct Surface {
     Colour (*paint)(float x, float y);
 };
 constexpr Surface kSurfaces[] = {
-    {"src_mdl/ground.tga", ground},
-    {"src_mdl/plaster.tga", plaster},
-    {"src_mdl/planks.tga", planks},
-    {"src_mdl/mannequin/wood.tga", beams},
-    {"src_mdl/beams.tga", beams},
-    {"src_mdl/stone.tga", stone},
-    {"src_mdl/thatch.tga", thatch},
-    {"src_mdl/cloth.tga", cloth},
-    {"src_mdl/rock.tga", rock},
-    {"src_mdl/tower.tga", tower},
-    {"src_mdl/tints.tga", tints},
-    {"src_mdl/leaves.tga", leaves},
-    {"src_mdl/leaves_pale.tga", paleLeaves},
+    {"src_mdl/ground.tga", ground},   {"src_mdl/plaster.tga", plaster},
+    {"src_mdl/planks.tga", planks},   {"src_mdl/mannequin/wood.tga", beams},
+    {"src_mdl/beams.tga", beams},     {"src_mdl/stone.tga", stone},
+    {"src_mdl/thatch.tga", thatch},   {"src_mdl/cloth.tga", cloth},
+    {"src_mdl/rock.tga", rock},       {"src_mdl/tower.tga", tower},
+
+    {"src_mdl/leaves.tga", leaves},   {"src_mdl/leaves_pale.tga", paleLeaves},
     {"src_mdl/needles.tga", needles},
 };
 } // namespace
