@@ -368,6 +368,23 @@ FORGE_RECIPE(thing_lever) {
               {"knob", "", kRed, ball(0.08f, 9, 6).moved({0, 1.08f, -0.44f})}});
 }
 
+FORGE_RECIPE(thing_trolley) {
+    // Open in front and behind its rails of wood; one stands in it. Forwards is north.
+    Mesh box = boxOf(-0.55f, 0.2f, -1.1f, 0.55f, 0.28f, 1.1f);
+    for (float x : {-0.58f, 0.5f}) box.append(boxOf(x, 0.28f, -1.1f, x + 0.08f, 0.75f, 1.1f));
+    box.append(boxOf(-0.5f, 0.28f, 1.02f, 0.5f, 0.75f, 1.1f));
+    box.append(boxOf(-0.5f, 0.28f, -1.1f, 0.5f, 0.62f, -1.02f));
+    Mesh iron, rims = boxOf(-0.62f, 0.7f, -1.15f, -0.46f, 0.78f, 1.15f);
+    rims.append(boxOf(0.46f, 0.7f, -1.15f, 0.62f, 0.78f, 1.15f));
+    for (float z : {-0.75f, 0.75f}) {
+        iron.append(tube({{-0.72f, 0.2f, z}, {0.72f, 0.2f, z}}, {0.04f, 0.04f}, 6));
+        for (float x : {-0.68f, 0.62f})
+            iron.append(tube({{x, 0.2f, z}, {x + 0.06f, 0.2f, z}}, {0.2f, 0.2f}, 12));
+    }
+    putModel(out, "trolley",
+             {{"box", kPlanks, {}, box}, {"rims", kBeams, {}, rims}, {"iron", "", kIron, iron}});
+}
+
 // The two that the game turns into models of its own at every start.
 FORGE_RECIPE(thing_hand_arms) {
     // Pistol: grip at the origin, barrel to the north.
