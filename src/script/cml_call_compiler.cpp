@@ -108,14 +108,17 @@ void CmlCallCompiler::functions(cCmlElement& holder, const std::string& list) {
 }
 
 void CmlCallCompiler::dialogue(cCmlElement& holder) {
-    std::string& text = holder.text;
-    for (size_t tag = text.find("^9"); tag != std::string::npos; tag = text.find("^9", tag + 2)) {
+    const std::string& text = holder.text;
+    std::string compiled;
+    size_t copied = 0;
+    for (size_t tag = text.find("^9"); tag != std::string::npos; tag = text.find("^9", copied)) {
         const size_t start = tag + 2;
         const size_t end = std::min(text.find(' ', start), text.size());
-        const std::string index = std::to_string(holder.calls.size());
+        compiled.append(text, copied, start - copied).append(std::to_string(holder.calls.size()));
         holder.calls.push_back(compileProcedure(holder, text.substr(start, end - start)));
-        text.replace(start, end - start, index);
+        copied = end;
     }
+    holder.text = compiled.append(text, copied);
 }
 
 cCmlCall CmlCallCompiler::compileProcedure(cCmlElement& holder, const std::string& piece) {

@@ -234,6 +234,18 @@ TEST_F(Import, ObjOfAnotherMaker) {
     EXPECT_TRUE(TempGame::errors().empty()) << "no picture was asked for";
 }
 
+TEST_F(Import, ObjReadsSoManyLibrariesAndNoMore) {
+    game.write("3ds/one.mtl", "newmtl m\nKd 0.25 0 0\n");
+    game.write("3ds/two.mtl", "newmtl m\nKd 0.5 0 0\n");
+    const std::string group = "v 1 2 3\nv 0 0 0\nv 1 0 0\nusemtl m\nf 1 2 3\n";
+    for (const auto& [before, red] : {std::pair{255, 128}, {256, 64}}) {
+        std::string text;
+        for (int i = 0; i < before; ++i) text += "mtllib one.mtl\n";
+        ASSERT_EQ(readObj(text + "mtllib two.mtl\n" + group), 0);
+        EXPECT_EQ(model.objects[0].colour.r, red) << before;
+    }
+}
+
 TEST_F(Import, ObjDamageIsHarmless) {
     game.write("3ds/x.mtl", "newmtl a\nKd 1e30 nan -5\nmap_Kd -s 2\nmap_Kd\n");
     const std::string good =
