@@ -1,5 +1,6 @@
 #include "support.h"
 
+#include "data/binary_reader.h"
 #include "memory_files.h"
 #include "models/anim_model.h"
 #include "models/model.h"
@@ -78,6 +79,23 @@ bool indicesInside(const std::vector<FaceIndices>& faces, size_t count) {
     return std::all_of(faces.begin(), faces.end(),
                        [=](const FaceIndices& f) { return f[0] < count && f[1] < count && f[2] < count; });
 }
+
+/// What was read can be written, and that file holds as many objects, vertices and faces.
+void writeAndReadAgain(const cModel& model) {
+    cMaterialList materials;
+    materials.addFrom(model);
+    cBinaryWriter out;
+    materials.write(out);
+    model.writeObjects(out, materials);
+    cBinaryReader in(out.bytes());
+    cMaterialList readMaterials;
+    cModel again;
+    require(readMaterials.read(in) && again.readObjects(in, readMaterials),
+            "a model that was written can be read");
+    require(again.objects.size() == model.objects.size() && again.totalVertices() == model.totalVertices() &&
+                again.totalFaces() == model.totalFaces(),
+            "nothing is lost on the way");
+}
 } // namespace
 
 uint64_t run(Target target, const uint8_t* data, size_t size) {
@@ -123,6 +141,7 @@ void useModel(cModel& model, cDigest& digest) {
         addAll(digest, o.faceTexCoords);
         addAll(digest, o.faceSecond);
     }
+    writeAndReadAgain(model);
     model.computeNormals();
     model.moveToCentre();
     model.scaleToExtent(1);

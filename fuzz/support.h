@@ -39,7 +39,8 @@ private:
     uint64_t hash_ = 14695981039346656037ull;
 };
 
-/// What readers of models promise (mesh.h); then normals and shadow data are made of it.
+/// What readers of models promise (mesh.h), and that the model can be written and read again; then normals
+/// and shadow data are made of it.
 void useModel(cModel& model, cDigest& digest);
 /// The same for a part: poses, tags and shadow data at frames inside and outside of it.
 void usePart(cAnimModel& part, cDigest& digest);
