@@ -19,7 +19,12 @@
 #endif
 #endif
 #ifdef QUORVANE_COUNT_MEMORY
-#include <sanitizer/allocator_interface.h>
+// GCC ships these without their header.
+extern "C" {
+size_t __sanitizer_get_allocated_size(const volatile void* p);
+int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, size_t),
+                                              void (*onFree)(const volatile void*));
+}
 #endif
 
 namespace fuzz {
