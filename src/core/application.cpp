@@ -8,6 +8,7 @@
 #include "models/model.h"
 #include "platform/clock.h"
 #include "platform/console_streams.h"
+#include "platform/files.h"
 #include "platform/gl_api.h"
 #include "render/particles.h"
 #include "render/renderer.h"
@@ -19,6 +20,7 @@
 #include "world/world.h"
 
 #include <SDL.h>
+#include <cstdlib>
 
 namespace {
 /// Dark below 5/16, three quarters below 8/16, full above.
@@ -46,6 +48,28 @@ const std::vector<cRenderer::Overlay> kOverlays = {
     {"console", [] { cInputMgr::instance().console.draw(); }},
     {"menu", [] { cInputMgr::instance().menu.draw(); }},
 };
+
+bool g_running = false;
+
+/// When the display is lost the X library leaves the program by exit(). What the player changed is kept;
+/// neither SDL nor OpenGL may be called any more.
+void endWithoutDisplay() {
+    if (!g_running) return;
+    g_running = false;
+    platform::setGlContext(false);
+    const std::string sentence = "The display is gone: Quorvane ends.";
+    cLogMgr::instance().error(sentence);
+    platform::tellTerminal(sentence);
+    cInputMgr::destroy();
+    cLogMgr::destroy();
+}
+
+/// A player before a black window looks at the terminal, not for a log.
+void tellLosses() {
+    if (cLogMgr::instance().errorCount() == 0) return;
+    platform::tellTerminal("Not everything could be loaded; " + platform::userPath("quorvane.html") +
+                           " says what.");
+}
 
 void drawStartBackground() {
     if (!platform::hasGlContext()) return;
@@ -89,7 +113,9 @@ void cApplication::tellNoWindow() {
 }
 
 bool cApplication::start() {
-    started_ = true;
+    started_ = g_running = true;
+    static const int registered = std::atexit(&endWithoutDisplay);
+    static_cast<void>(registered);
     createManagers();
     openWindow();
     if (!cRenderer::instance().hasScreen()) tellNoWindow();
@@ -108,6 +134,7 @@ bool cApplication::start() {
     dt_ = 0;
     tickBase_ = platform::ticks();
     cAudioMgr::instance().playMusic("sounds\\quorvane");
+    tellLosses();
     return true;
 }
 
@@ -171,6 +198,7 @@ bool cApplication::startLevel() {
         return false;
     }
     state_ = STATE_GAME;
+    tellLosses();
     return true;
 }
 
@@ -253,7 +281,7 @@ void cApplication::takePictures() {
 /// Renderer first, log last: later destructors run without GL and without SDL.
 void cApplication::shutdown() {
     if (!started_) return;
-    started_ = false;
+    started_ = g_running = false;
     destroyManagers();
     cAudioMgr::instance().shutdown();
     cLogMgr::destroy();

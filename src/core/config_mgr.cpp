@@ -1,11 +1,11 @@
 #include "core/config_mgr.h"
 
 #include "core/log_mgr.h"
+#include "core/parse.h"
 #include "platform/files.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -62,10 +62,10 @@ void cConfigFile::parseLine(std::string_view line) {
         texts_[key] = value;
         break;
     case Type::real:
-        floats_[key] = static_cast<float>(std::atof(value.c_str()));
+        floats_[key] = toFloat(value);
         break;
     case Type::integer:
-        ints_[key] = std::atoi(value.c_str());
+        ints_[key] = toInt(value);
         break;
     }
 }

@@ -1,11 +1,13 @@
 #include "core/log_mgr.h"
 
 #include "platform/clock.h"
+#include "platform/console_streams.h"
 #include "platform/files.h"
 
 #include <cstdarg>
 
 namespace {
+constexpr const char* kPage = "quorvane.html";
 constexpr size_t kRowBuffer = 5000;
 constexpr const char* kRowTemplates[] = {
     "<tr><td class=\"debug\" valign=\"top\">%s</td><td class=\"debug\" valign=\"top\">%s</td>\n",
@@ -61,8 +63,14 @@ void cLogMgr::setListener(Listener listener) {
 
 cLogMgr::cLogMgr() {
     if (g_terminal) return;
-    const std::string path = platform::userPath("quorvane.html");
-    if (!path.empty()) page_ = std::fopen(path.c_str(), "wb");
+    const std::string path = platform::userPath(kPage);
+    if (path.empty()) return;
+    page_ = std::fopen(path.c_str(), "wb");
+    if (!page_) {
+        losePage();
+        return;
+    }
+    std::setvbuf(page_, nullptr, _IOLBF, BUFSIZ);
     writeHead();
 }
 
@@ -99,10 +107,19 @@ void cLogMgr::write(const char* format, ...) {
     va_start(args, format);
     std::vsnprintf(buffer, sizeof buffer, format, args);
     va_end(args);
-    std::fputs(buffer, page_);
+    if (std::fputs(buffer, page_) == EOF) losePage();
+}
+
+void cLogMgr::losePage() {
+    if (page_) std::fclose(page_);
+    page_ = nullptr;
+    platform::tellTerminal("The log " + platform::userPath(kPage) +
+                           " cannot be written, nor can settings be saved there. "
+                           "Is the directory writable, is the disk full?");
 }
 
 void cLogMgr::row(Level level, const char* message) {
+    if (level == Level::error) ++errorCount_;
     if (g_listener) g_listener(level, message);
     if (g_terminal && level == Level::error) std::fprintf(stderr, "%s\n", message);
 #pragma GCC diagnostic push

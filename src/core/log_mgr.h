@@ -4,7 +4,8 @@
 #include <string>
 
 /// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. Rows are
-/// written as they come. When the page cannot be opened rows are lost and the program runs on.
+/// written as they come, so that they outlive a program that is killed. When the page cannot be written rows
+/// are lost, the person at the terminal is told once, and the program runs on.
 class cLogMgr {
 public:
     enum class Level : uint8_t { debug, info, error };
@@ -16,6 +17,7 @@ public:
     static void destroy();
     /// For tool modes, before the first use: errors go to standard error and no page is written.
     static void useTerminal(bool on);
+    int errorCount() const { return errorCount_; } ///< error rows so far
     /// Is told of every row besides; null to stop. For tests and the CML checker.
     static void setListener(Listener listener);
 
@@ -38,7 +40,10 @@ private:
     void write(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void row(Level level, const char* message);
 
+    void losePage();
+
     std::FILE* page_ = nullptr;
+    int errorCount_ = 0;
 };
 
 /// "07 Maj -2004" from "05/07/04".

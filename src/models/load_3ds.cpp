@@ -6,6 +6,7 @@
 
 #include <SDL.h>
 #include <algorithm>
+#include <unordered_map>
 
 namespace {
 enum ChunkId : uint16_t {
@@ -49,6 +50,8 @@ private:
         int32_t texture = kNoTexture;
         std::string name, mapFile;
     };
+    /// The last one of a name counts.
+    using Materials = std::unordered_map<std::string, Material>;
 
     Chunk header(size_t parentEnd) {
         const size_t start = in_.position();
@@ -164,13 +167,12 @@ private:
     }
 
     void readFaceMaterial(const Chunk& chunk) {
-        const std::string name = text(chunk);
-        const auto found = std::find_if(materials_.rbegin(), materials_.rend(),
-                                        [&](const Material& m) { return m.name == name; });
-        if (!in_.good() || found == materials_.rend()) return;
-        object_.colour = found->colour;
-        object_.texture = found->texture;
-        object_.mode = found->texture >= 0 ? kModeTexture : kModeColour;
+        const auto found = materials_.find(text(chunk));
+        if (!in_.good() || found == materials_.end()) return;
+        const Material& material = found->second;
+        object_.colour = material.colour;
+        object_.texture = material.texture;
+        object_.mode = material.texture >= 0 ? kModeTexture : kModeColour;
     }
 
     void readMaterial(const Chunk& chunk, int depth) {
@@ -179,7 +181,7 @@ private:
         if (material_.mapFile.size() >= kShortestMapName) {
             material_.texture = cTextureCache::instance().load(directory_ + material_.mapFile);
         }
-        materials_.push_back(std::move(material_));
+        materials_.insert_or_assign(material_.name, material_);
         material_ = {};
     }
 
@@ -198,7 +200,7 @@ private:
     cBinaryReader& in_;
     const std::string& directory_;
     cModel& model_;
-    std::vector<Material> materials_;
+    Materials materials_;
     Material material_;   ///< being read
     cModelObject object_; ///< being read
 };

@@ -10,6 +10,9 @@
 #include <unordered_map>
 
 namespace {
+/// Each is read anew where it is named: without a limit short lines could ask for any amount of reading.
+constexpr int kMostLibraries = 256;
+
 /// Path up to its last separator with a backslash at its end; empty without a separator.
 std::string directoryOf(const std::string& path) {
     const size_t separator = platform::lastSeparator(path);
@@ -119,7 +122,8 @@ private:
 
     // A line without its name changes nothing.
     void openLibrary(const std::string& name) {
-        if (!name.empty()) library_.open(directory_ + name);
+        if (name.empty() || ++librariesOpened_ > kMostLibraries) return;
+        library_.open(directory_ + name);
     }
     void useMaterial(const std::string& name) {
         if (!name.empty()) materialName_ = name;
@@ -203,6 +207,7 @@ private:
     std::vector<Face> faces_;
     int64_t positionBase_ = 1, texCoordBase_ = 1;
     bool facesRead_ = false;
+    int librariesOpened_ = 0;
 };
 } // namespace
 

@@ -16,6 +16,9 @@ constexpr size_t kHeaderBytes = 108; ///< of the file and of each surface
 constexpr size_t kFrameBytes = 56;
 constexpr size_t kNameBytes = 64;
 constexpr float kUnitsPerWorldUnit = 64.0f; ///< of the stored 16-bit coordinates
+/// Normals are made for every frame, faces times frames: without a bound a file of a few megabytes, all faces
+/// on one vertex, takes minutes. Real meshes have two.
+constexpr int64_t kMostFacesPerVertex = 64;
 
 struct Header {
     int32_t numFrames = 0, numTags = 0, numSurfaces = 0, ofsTags = 0, ofsSurfaces = 0;
@@ -75,6 +78,7 @@ bool readSurfaceHeader(cBinaryReader& in, Surface& s) {
     s.ofsVertices = in.i32();
     s.ofsEnd = in.i32();
     return in.good() && s.numVerts >= 0 && s.numTriangles >= 0 &&
+           s.numTriangles <= kMostFacesPerVertex * s.numVerts &&
            s.ofsEnd >= static_cast<int32_t>(kHeaderBytes);
 }
 

@@ -1,6 +1,8 @@
 #include "platform/files.h"
 
+#include <algorithm>
 #include <cctype>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <physfs.h>
@@ -11,6 +13,7 @@ namespace platform {
 namespace fs = std::filesystem;
 namespace {
 constexpr uint64_t kLargestFile = 1ull << 30;
+constexpr size_t kFirstBlock = 1 << 20;
 
 std::string g_userDir;
 int g_mounts =
@@ -96,6 +99,19 @@ bool readAll(std::FILE* file, Bytes& out) {
     return std::ferror(file) == 0;
 }
 
+/// An archive may promise any length: the array grows with what really comes.
+bool readMounted(PHYSFS_File* file, Bytes& out) {
+    const PHYSFS_sint64 length = PHYSFS_fileLength(file);
+    if (length < 0 || static_cast<uint64_t>(length) > kLargestFile) return false;
+    const auto size = static_cast<size_t>(length);
+    while (out.size() < size) {
+        const size_t at = out.size(), block = std::min(size - at, std::max(kFirstBlock, at));
+        out.resize(at + block);
+        if (PHYSFS_readBytes(file, out.data() + at, block) != static_cast<PHYSFS_sint64>(block)) return false;
+    }
+    return true;
+}
+
 bool readRealFile(const std::string& path, Bytes& out) {
     std::error_code ignored;
     if (!fs::is_regular_file(path, ignored)) return false;
@@ -151,6 +167,8 @@ bool openFileSystem(const char* programName, const FileRoots& roots, std::string
         return false;
     }
     PHYSFS_permitSymbolicLinks(1);
+    // A limit on file sizes is a write that fails, not the program's end.
+    std::signal(SIGXFSZ, SIG_IGN);
     std::error_code error;
     fs::create_directories(roots.user, error);
     g_userDir = roots.user;
@@ -196,13 +214,8 @@ bool readFile(const std::string& name, Bytes& out) {
     }
     PHYSFS_File* file = PHYSFS_openRead(path.c_str());
     if (!file) return false;
-    const PHYSFS_sint64 size = PHYSFS_fileLength(file);
-    bool ok = size >= 0 && static_cast<uint64_t>(size) <= kLargestFile;
-    if (ok) {
-        out.resize(static_cast<size_t>(size));
-        ok = PHYSFS_readBytes(file, out.data(), out.size()) == size;
-        if (!ok) out.clear();
-    }
+    const bool ok = readMounted(file, out);
+    if (!ok) out.clear();
     PHYSFS_close(file);
     return ok;
 }

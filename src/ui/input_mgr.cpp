@@ -1,6 +1,7 @@
 #include "ui/input_mgr.h"
 
 #include "core/config_mgr.h"
+#include "platform/console_streams.h"
 #include "render/renderer.h"
 #include "ui/command_mgr.h"
 #include "world/world.h"
@@ -43,7 +44,8 @@ cInputMgr::cInputMgr() {
 }
 
 cInputMgr::~cInputMgr() {
-    if (saveOnExit) saveSettings(kLatest);
+    if (saveOnExit && !saveSettings(kLatest))
+        platform::tellTerminal("The settings could not be saved. Is the disk full, or settings.cfl damaged?");
 }
 
 void cInputMgr::print(const char* format, ...) {

@@ -14,6 +14,7 @@ constexpr float kDrift = 0.00002f; ///< of the second sky's texture, per frame
 constexpr double kPi = 3.14159265358979;
 /// Table entries from one vertex to its neighbour one unit away, so that waves cross the surface.
 constexpr float kPhasePerUnit = 16;
+constexpr float kWavePeriod = static_cast<float>(kWaveEntries) / kPhasePerUnit; ///< world units
 
 struct WaveTables {
     std::array<float, kWaveEntries> a, b;
@@ -27,9 +28,8 @@ struct WaveTables {
 const WaveTables kWaves;
 
 uint32_t phaseAt(float coordinate, uint32_t phase) {
-    const float offset = std::isfinite(coordinate)
-                             ? std::fmod(coordinate * kPhasePerUnit, static_cast<float>(kWaveEntries))
-                             : 0;
+    // Cut to one period first: a coordinate near the largest float would not survive the factor.
+    const float offset = std::isfinite(coordinate) ? std::fmod(coordinate, kWavePeriod) * kPhasePerUnit : 0;
     return (static_cast<uint32_t>(static_cast<int32_t>(offset)) + phase) % kWaveEntries;
 }
 } // namespace

@@ -49,7 +49,7 @@ HierarchyIndices lookupHierarchy(const std::string& type, const std::string& rac
         if (line.name == *wanted[level]) {
             found[level++] = counter;
             counter = 0;
-        } else {
+        } else if (counter < INT16_MAX) {
             ++counter;
         }
     }

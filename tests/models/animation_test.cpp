@@ -171,10 +171,6 @@ TEST_F(Parts, Md3Import) {
         EXPECT_FALSE(loadMd3(read, "y.md3"));
         EXPECT_STREQ(SDL_GetError(), "The file y.md3!");
     }
-    readDamaged(md3(), 1500, [&](const platform::Bytes& bytes) {
-        platform::writeFile("y.md3", bytes);
-        loadMd3(read, "y.md3");
-    });
 }
 
 TEST_F(Parts, Md3OfSeveralSurfaces) {

@@ -3,7 +3,6 @@
 #include "models/load_obj.h"
 #include "models/model.h"
 #include "render/texture_cache.h"
-#include "support/damage.h"
 #include "support/temp_game.h"
 
 #include <SDL.h>
@@ -146,17 +145,6 @@ TEST_F(Import, ThreeDsNamesEndWithTheirChunk) {
     EXPECT_EQ(model.objects.size(), 2u) << "a name without its zero spoils nothing behind it";
 }
 
-TEST_F(Import, ThreeDsDamageIsHarmless) {
-    readDamaged({kGood.begin(), kGood.end()}, 3000, [&](const platform::Bytes& bytes) {
-        read3ds({bytes.begin(), bytes.end()});
-        model.computeNormals();
-        cMaterialList list;
-        list.addFrom(model);
-        cBinaryWriter out;
-        model.writeObjects(out, list);
-    });
-}
-
 TEST_F(Import, ObjGroupsCountTheirOwnIndices) {
     game.write("3ds/x.mtl", "newmtl other\r\nKd  1 1 1\r\nnewmtl first\r\nKd  0.5 1.0 0.25\r\n"
                             "map_Kd -s 2 3 1 a.tga\r\nnewmtl last\r\nmap_Kd a.tga\r\n");
@@ -234,12 +222,14 @@ TEST_F(Import, ObjOfAnotherMaker) {
     EXPECT_TRUE(TempGame::errors().empty()) << "no picture was asked for";
 }
 
-TEST_F(Import, ObjDamageIsHarmless) {
-    game.write("3ds/x.mtl", "newmtl a\nKd 1e30 nan -5\nmap_Kd -s 2\nmap_Kd\n");
-    const std::string good =
-        "mtllib x.mtl\nv 1 2 3\nv 0 0 0\nv 1 0 0\nvt 0.5 0.25\nusemtl a\nf 1/1 2/1 3/1\nv 1 1 1\n";
-    readDamaged({good.begin(), good.end()}, 1500, [&](const platform::Bytes& bytes) {
-        readObj({bytes.begin(), bytes.end()});
-        model.computeNormals();
-    });
+TEST_F(Import, ObjReadsSoManyLibrariesAndNoMore) {
+    game.write("3ds/one.mtl", "newmtl m\nKd 0.25 0 0\n");
+    game.write("3ds/two.mtl", "newmtl m\nKd 0.5 0 0\n");
+    const std::string group = "v 1 2 3\nv 0 0 0\nv 1 0 0\nusemtl m\nf 1 2 3\n";
+    for (const auto& [before, red] : {std::pair{255, 128}, {256, 64}}) {
+        std::string text;
+        for (int i = 0; i < before; ++i) text += "mtllib one.mtl\n";
+        ASSERT_EQ(readObj(text + "mtllib two.mtl\n" + group), 0);
+        EXPECT_EQ(model.objects[0].colour.r, red) << before;
+    }
 }

@@ -28,14 +28,14 @@ uint32_t crc32(const std::string& text) {
     return ~crc;
 }
 
-/// A zip archive with one stored file.
-std::string zipOf(const std::string& name, const std::string& content) {
+/// A zip archive with one stored file, which may promise another size than it has.
+std::string zipOf(const std::string& name, const std::string& content, uint32_t promised = 0) {
     const auto number = [](uint32_t v, int bytes) {
         std::string out;
         for (int i = 0; i < bytes; ++i) out += static_cast<char>(v >> 8 * i);
         return out;
     };
-    const auto size = static_cast<uint32_t>(content.size());
+    const auto size = promised ? promised : static_cast<uint32_t>(content.size());
     const std::string shared = number(20, 2) + number(0, 2) + number(0, 2) + number(0, 2) + number(0x21, 2) +
                                number(crc32(content), 4) + number(size, 4) + number(size, 4) +
                                number(static_cast<uint32_t>(name.size()), 2) + number(0, 2);
@@ -104,6 +104,19 @@ TEST(Files, TheUserDirectoryComesBeforeTheDataInTheirOrder) {
     EXPECT_FALSE(
         platform::openFileSystem("test", {{(base / "none").string()}, (base / "user").string()}, problem));
     EXPECT_EQ(problem, "Cannot open the directory or archive \"" + (base / "none").string() + "\".");
+}
+
+TEST(Files, AnArchiveThatPromisesMoreThanItHoldsTakesNoMemory) {
+    TempGame game;
+    const fs::path zip = fs::path(game.dir()) / "zip" / "data.zip";
+    put(zip, zipOf("big.txt", "little", 900u << 20));
+    std::string problem;
+    if (!platform::openFileSystem("test", {{zip.string()}, game.dir()}, problem))
+        return; // refused as a whole
+    platform::Bytes bytes;
+    EXPECT_FALSE(platform::readFile("big.txt", bytes));
+    EXPECT_TRUE(bytes.empty());
+    EXPECT_LE(bytes.capacity(), size_t{4} << 20);
 }
 
 TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHas) {

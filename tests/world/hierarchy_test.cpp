@@ -42,6 +42,14 @@ TEST(Hierarchy, ReadsBlanksCommentsAndLineEnds) {
     check({"humanoid", "Guard", "Private", {-1, -1, -1}});
 }
 
+TEST(Hierarchy, MoreNamesThanAnIndexHoldsCountAsTheLast) {
+    TempGame game;
+    std::string many;
+    for (int i = 0; i < 70000; ++i) many += "a\n";
+    game.write("hierarchy.cfl", many + "b\n");
+    check({"b", "", "", {INT16_MAX, -1, -1}});
+}
+
 TEST(Hierarchy, AMissingFileKnowsNothing) {
     TempGame game;
     check({"A", "x", "y", {-1, -1, -1}});

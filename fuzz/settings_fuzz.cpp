@@ -1,0 +1,31 @@
+#include "support.h"
+#include "ui/input_mgr.h"
+
+#include <cmath>
+
+namespace {
+void check(const cInputSettings& settings, fuzz::cDigest& digest) {
+    for (const auto* keys : {&settings.keysThirdPerson, &settings.keysFirstPerson}) {
+        for (const int32_t key : *keys) {
+            fuzz::require(key >= 0 && key < kKeyCount, "a binding is a key");
+            digest.addValue(key);
+        }
+    }
+    for (const float value : {settings.sensitivity, settings.soundVolume, settings.musicVolume})
+        fuzz::require(std::isfinite(value), "sensitivity and volumes are numbers");
+    digest.addValue(settings.repeatIntervals).addValue(settings.options).addValue(settings.sensitivity);
+}
+} // namespace
+
+FUZZ_TARGET(settings) {
+    cInputMgr& input = cInputMgr::instance();
+    input.saveOnExit = false;
+    fuzz::putFile("settings.cfl", fuzz::text(data, size));
+    fuzz::cDigest digest;
+    const std::vector<std::string> names = input.listSettings();
+    for (const std::string& name : names) {
+        fuzz::require(input.loadSettings(name) == 0, "what is listed can be loaded");
+        check(input.bindings.settings, digest);
+    }
+    return names.empty() ? 0 : digest.value();
+}
