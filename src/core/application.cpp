@@ -4,6 +4,7 @@
 #include "core/config_mgr.h"
 #include "core/frustum.h"
 #include "core/log_mgr.h"
+#include "game/item_def.h"
 #include "game/physics_world.h"
 #include "models/model.h"
 #include "platform/clock.h"
@@ -299,5 +300,6 @@ void cApplication::destroyManagers() {
     cPhysicsWorld::destroy();
     cConfigMgr::destroy();
     cWorld::destroy();
+    cItemDefs::destroy();
     destroyEffects();
 }

@@ -20,10 +20,11 @@ constexpr uint32_t kLongestWalk = 1200; ///< frames after which a walk is given 
 constexpr struct {
     const char* word;
     int command;
-} kCommandWords[] = {{"forward", CMD_FORWARD}, {"back", CMD_BACK},       {"left", CMD_LEFT},
-                     {"right", CMD_RIGHT},     {"run", CMD_RUN},         {"use", CMD_USE},
-                     {"jump", CMD_JUMP},       {"zoom_in", CMD_ZOOM_IN}, {"zoom_out", CMD_ZOOM_OUT},
-                     {"view", CMD_TOGGLE_VIEW}};
+} kCommandWords[] = {{"forward", CMD_FORWARD},  {"back", CMD_BACK},       {"left", CMD_LEFT},
+                     {"right", CMD_RIGHT},      {"run", CMD_RUN},         {"use", CMD_USE},
+                     {"jump", CMD_JUMP},        {"zoom_in", CMD_ZOOM_IN}, {"zoom_out", CMD_ZOOM_OUT},
+                     {"view", CMD_TOGGLE_VIEW}, {"fire", CMD_FIRE},       {"inventory", CMD_INVENTORY},
+                     {"next", CMD_NEXT_ITEM}};
 
 /// One line: "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY FRAMES" (pixels a
 /// frame), "picture NAME". Lines are carried out one after another.

@@ -215,7 +215,6 @@ void cPlayer::refreshSelected() {
 }
 
 void cPlayer::chargeOrFire(uint32_t elapsedMs) {
-    constexpr int32_t kProjectileWeapon = 2;
     const int fire = CMD_FIRE + viewCommands_;
     if (charge_ > 0 && attackFrame_ == -1) {
         if (input_.bindings.isCommandDown(fire)) {
@@ -226,7 +225,8 @@ void cPlayer::chargeOrFire(uint32_t elapsedMs) {
         }
         return;
     }
-    if (!pressed(CMD_FIRE) || attackFrame_ != -1 || !selectedItem_ || selectedItem_->weaponType == 0) return;
+    if (!pressed(CMD_FIRE) || attackFrame_ != -1 || !selectedItem_ || selectedItem_->weaponType == kNoWeapon)
+        return;
     if (selectedItem_->weaponType == kProjectileWeapon && selectedItem_->charge) {
         charge_ = 1;
         return;
@@ -354,6 +354,7 @@ void cPlayer::animate(Gait gait) {
 
 void cPlayer::runAttack() {
     if (attackFrame_ < 0) return;
+    if (selectedItem_ && attackFrame_ == selectedItem_->fireFrame) fire();
     // Without a weapon in hand (the last one was thrown) the attack ends.
     if (!selectedItem_ || attackFrame_ > selectedItem_->attackLength) {
         attackFrame_ = -2;

@@ -65,6 +65,11 @@ private:
     void animate(Gait gait);
     void play(Animation animation, bool looping);
     void runAttack();
+    // player_weapons.cpp
+    void fire();
+    void shoot(const cItemDef& item);
+    void throwProjectile(const cItemDef& item);
+    void strike(const cItemDef& item);
     void turnOwner(float degreesClockwise);
     bool pressed(int command) const; ///< of the view at the update's start; asks once, the timer restarts
     cCharacterPose* pose() const;

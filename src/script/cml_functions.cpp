@@ -1,4 +1,3 @@
-#include "core/not_built.h"
 #include "game/physics_world.h"
 #include "script/cml_object.h"
 #include "script/cml_vocabulary.h"
@@ -102,10 +101,20 @@ bool inFov(Self self, int, Args args) {
     return cosine > self.getElement()->fov && cPhysicsWorld::instance().octree().trace(here, there) >= 1;
 }
 
-/// Tests of subsystems to come fail and say so once.
-template <OperationName name> bool notBuilt(Self, int, Args) {
-    reportNotBuilt(std::string("Function ") + name.text);
-    return false;
+// --- The inventory
+// ---------------------------------------------------------------------------------------------
+
+bool objectOwned(Self, int, Args args) {
+    return cWorld::instance().inventory.has(args[0]);
+}
+bool objectEquipped(Self, int, Args args) {
+    return cWorld::instance().inventory.isSelected(args[0]);
+}
+bool objectHasMoreThan(Self, int, Args args) {
+    return cWorld::instance().inventory.countOf(args[0]) > args[1];
+}
+bool objectHasLessThan(Self, int, Args args) {
+    return cWorld::instance().inventory.countOf(args[0]) < args[1];
 }
 
 constexpr CmlFunctionRow kFunctions[] = {
@@ -130,11 +139,11 @@ constexpr CmlFunctionRow kFunctions[] = {
     {"global_equals_r", equals<global, secondGlobal>, "var, var2"},
     {"global_more_than_r", moreThan<global, secondGlobal>, "var, var2"},
     {"global_less_than_r", lessThan<global, secondGlobal>, "var, var2"},
-    {"object_owned", notBuilt<"object_owned">, "item: the hero has it"},
-    {"object_equipped", notBuilt<"object_equipped">, "item: it is the selected one"},
+    {"object_owned", objectOwned, "item: the hero has it"},
+    {"object_equipped", objectEquipped, "item: it is the selected one"},
     {"active", isActive, "this object is active"},
-    {"object_has_more_than", notBuilt<"object_has_more_than">, "item, n"},
-    {"object_has_less_than", notBuilt<"object_has_less_than">, "item, n"},
+    {"object_has_more_than", objectHasMoreThan, "item, n: the hero has more of it"},
+    {"object_has_less_than", objectHasLessThan, "item, n: the hero has fewer, or none"},
     {"distance_less_than", distanceLessThan, "target, d"},
     {"distance_more_than", distanceMoreThan, "target, d"},
     {"in_fov", inFov, "target: in sight and within the object's fov"},

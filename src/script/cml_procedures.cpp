@@ -1,6 +1,7 @@
-#include "core/not_built.h"
+#include "audio/audio_mgr.h"
 #include "game/player.h"
 #include "platform/random.h"
+#include "script/attacks.h"
 #include "script/cml_object.h"
 #include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
@@ -193,9 +194,70 @@ void runDialogue(Self self, int, Args args) {
     cEventMgr::instance().post(cEvent::kDialogueStarted, &self);
 }
 
-/// Procedures of subsystems to come say so once, each under its own name.
-template <OperationName name> void notBuilt(Self, int, Args) {
-    reportNotBuilt(std::string("Procedure ") + name.text);
+// --- Items
+// ----------------------------------------------------------------------------------------------------
+
+cInventory& inventory() {
+    return cWorld::instance().inventory;
+}
+/// The count is 1 unless one is written.
+int32_t countOf(int argCount, Args args) {
+    return argCount > 1 ? args[1] : 1;
+}
+
+void getObject(Self, int argCount, Args args) {
+    inventory().give(args[0], countOf(argCount, args));
+}
+void takeSingleObject(Self, int argCount, Args args) {
+    const int32_t n = countOf(argCount, args);
+    inventory().give(args[0], n == INT32_MIN ? INT32_MAX : -n);
+}
+void takeAllObjects(Self, int, Args args) {
+    inventory().removeAll(args[0]);
+}
+void takeSelectedObject(Self, int, Args) {
+    inventory().removeSelected();
+}
+void setSelectedObject(Self, int, Args args) {
+    inventory().selectItem(args[0]);
+}
+void getSubobject(Self, int argCount, Args args) {
+    inventory().giveParts(args[0], countOf(argCount, args));
+}
+void useItem(Self self, int, Args args) {
+    attackWith(self, args[0], args[1], args[2]);
+}
+
+// --- Sound
+// ----------------------------------------------------------------------------------------------------
+
+void playSound(Self self, int argCount, Args args) {
+    cVector3 position = self.getOwner()->getPosition();
+    if (const cObject* hero = cObjectMgr::instance().hero(); hero && argCount > 1) {
+        const cVector3& from = hero->getPosition();
+        position = from + (position - from) * (static_cast<float>(args[1]) / 100.0f);
+    }
+    cAudioMgr::instance().playSoundIdAt(args[0], position);
+}
+
+void playStream(Self self, int, Args) {
+    cAudioMgr& audio = cAudioMgr::instance();
+    audio.setMusicVolume(cWorld::instance().playerMusicVolume);
+    audio.stopMusic();
+    audio.playMusic(self.getElement()->getAttribute("file"));
+}
+
+/// The envelope itself is stepped by the world's overlays.
+void raiseIntensity(Self, int, Args) {
+    constexpr int32_t kRising = 200;
+    cWorld& world = cWorld::instance();
+    if (world.intensity == 0) {
+        world.intensity = 1;
+        cAudioMgr::instance().stopMusic();
+        cAudioMgr::instance().playMusic("sounds\\action");
+        cAudioMgr::instance().setMusicVolume(0);
+    }
+    world.intensityRising = kRising;
 }
 
 constexpr CmlProcedureRow kProcedures[] = {
@@ -205,7 +267,7 @@ constexpr CmlProcedureRow kProcedures[] = {
     {"set_position", setPosition, "target: move there at once"},
     {"set_action", setAction, "action: make it current and run its on_set"},
     {"destroy", destroyObject, "remove the object"},
-    {"get_object", notBuilt<"get_object">, "item[, count]: give it to the hero"},
+    {"get_object", getObject, "item[, count]: give it to the hero"},
     {"run_dialogue", runDialogue, "dialogue: start the conversation"},
     {"set_local", setVariable<Locals, Number>, "var, n: local = n"},
     {"inc_local", increaseVariable<Locals, Number>, "var, n: local += n"},
@@ -231,9 +293,9 @@ constexpr CmlProcedureRow kProcedures[] = {
     {"randomize_global_r", randomizeVariable<Globals, Variable>, "var, var2: global = 0 ... global var2 - 1"},
     {"disable_physics", disablePhysics, "let bodies pass"},
     {"enable_physics", enablePhysics, "block bodies"},
-    {"take_single_object", notBuilt<"take_single_object">, "item[, count]: take it from the hero"},
-    {"take_all_objects", notBuilt<"take_all_objects">, "item: take every one of the kind"},
-    {"take_selected_object", notBuilt<"take_selected_object">, "take the selected item"},
+    {"take_single_object", takeSingleObject, "item[, count]: take it from the hero"},
+    {"take_all_objects", takeAllObjects, "item: take every one of the kind"},
+    {"take_selected_object", takeSelectedObject, "take the selected item"},
     {"set_active", setActive, "n: active unless 0"},
     {"swap_active", swapActive, "active to inactive and back"},
     {"set_animation", setAnimation, "name: play on both body parts"},
@@ -242,19 +304,19 @@ constexpr CmlProcedureRow kProcedures[] = {
     {"set_animation_type", setAnimationType, "loop or single"},
     {"halt_animation", haltAnimation, "stop the model's animation"},
     {"play_animation", playAnimation, "resume it"},
-    {"use_item", notBuilt<"use_item">, "item, target: attack with it"},
-    {"set_selected_object", notBuilt<"set_selected_object">, "item: select it in the inventory"},
-    {"get_subobject", notBuilt<"get_subobject">, "item[, count]: add parts to it"},
+    {"use_item", useItem, "item, target: attack with it"},
+    {"set_selected_object", setSelectedObject, "item: select it in the inventory"},
+    {"get_subobject", getSubobject, "item[, count]: add parts to it"},
     {"turn", turn, "degrees: rotate the direction counter-clockwise"},
     {"level", level, "make the direction horizontal and stand upright"},
     {"set_acceleration", setAcceleration, "x, y, z: steering of a thousandth of that"},
     {"set_radius", setRadius, "n: bounding radius of n / 1000 units"},
     {"run_cinematic", runCinematic, "cinematic: start it"},
-    {"play_sound", notBuilt<"play_sound">, "file[, percent]: play it at the object"},
+    {"play_sound", playSound, "file[, percent]: play it at the object"},
     {"run_vehicle", runVehicle, "the hero takes the object as a vehicle"},
     {"swap_level", swapLevel, "go to the object's file and spawnpoint"},
-    {"play_stream", notBuilt<"play_stream">, "play the music of the object's file"},
-    {"intensity", notBuilt<"intensity">, "switch to the action music"},
+    {"play_stream", playStream, "play the music of the object's file"},
+    {"intensity", raiseIntensity, "switch to the action music"},
 };
 } // namespace
 

@@ -16,6 +16,8 @@ public:
     /// After every mode set.
     void loadPictures();
     int32_t texture() const { return texture_; }
+    /// The mouse pointer with its tip at (x, y), y from the bottom, in the current 2D projection.
+    void drawPointer(int x, int y) const;
 
 private:
     void beginGame();
@@ -24,6 +26,7 @@ private:
     bool visible_ = false;
     bool keysHeld_ = true; ///< keys held when the menu opened do not count
     int32_t texture_ = -1;
+    int32_t pointerTexture_ = -1;
     std::string notice_; ///< why there is no game
 };
 

@@ -18,6 +18,18 @@ void cMenu::loadPictures() {
     texture_ = cRenderer::instance().loadTexture("img\\menu.tga");
     if (texture_ < 0) cLogMgr::instance().error("Failed to load menu image!");
     cWorld::instance().menuTexture = texture_;
+    pointerTexture_ = cRenderer::instance().loadTexture("IMG/pointer.tga");
+}
+
+void cMenu::drawPointer(int x, int y) const {
+    constexpr float kSize = 32;
+    if (pointerTexture_ < 0 || !platform::hasGlContext()) return;
+    const auto left = static_cast<float>(x), top = static_cast<float>(y);
+    glEnable(GL_BLEND);
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(pointerTexture_));
+    glColor4ub(255, 255, 255, 255);
+    drawRectangle(left, top - kSize, left + kSize, top, 0, 0, 1, 1);
 }
 
 void cMenu::beginGame() {

@@ -1,4 +1,4 @@
-// The 2D layer of cWorld at the end of a frame: crosshair, fades, the action music's envelope, the end of a
+// The 2D layer of cWorld at the end of a frame: inventory, crosshair, panel, messages, fades, the action music's envelope, the end of a
 // level.
 
 #include "audio/audio_mgr.h"
@@ -89,9 +89,12 @@ void cWorld::drawOverlays() {
         glDisable(GL_DEPTH_TEST);
         glDisable(GL_FOG);
     }
+    inventory.slideAndDraw();
     if (hud.crosshairOn && camera.isFirstPerson() && camera.getTarget() && !cinematic.playing) {
         hud.drawCrosshair(static_cast<int>(renderer.getWidth()), static_cast<int>(renderer.getHeight()));
     }
+    if (hud.statsTimer > 0 && !cinematic.playing) hud.drawStats(inventory, health, maxHealth);
+    if (!hud.messages.empty()) hud.drawMessages(static_cast<int>(renderer.getHeight()));
     if (cinematic.fade.a > 0)
         drawFade(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
     if (intensity > 0) stepIntensity(*this);

@@ -78,8 +78,8 @@ public:
     float playerMusicVolume = 1;                ///< of the settings in force, 0 … 1
     int32_t menuTexture = -1;                   ///< set by the menu, which owns the picture
     cCamera camera;
-    cInventory inventory;
     cHud hud;
+    cInventory inventory{hud};
     cCinematic cinematic;
     cScriptGlobals globals;
     cOctree scenery;
