@@ -67,6 +67,8 @@ private:
     using Misses = std::array<int32_t, kBlock>;
     using Lanes = std::array<float, kBlock>;
 
+    static int32_t above(float a, float b) { return a > b ? 1 : 0; }
+
     struct Block {
         Lanes low[3] = {}, high[3] = {};
         cBox box(size_t k) const {
@@ -75,8 +77,9 @@ private:
         Misses missedBy(const cBox& box) const {
             Misses misses;
             for (size_t k = 0; k < kBlock; ++k) {
-                misses[k] = (low[0][k] > box.high.x) | (high[0][k] < box.low.x) | (low[1][k] > box.high.y) |
-                            (high[1][k] < box.low.y) | (low[2][k] > box.high.z) | (high[2][k] < box.low.z);
+                misses[k] = above(low[0][k], box.high.x) | above(box.low.x, high[0][k]) |
+                            above(low[1][k], box.high.y) | above(box.low.y, high[1][k]) |
+                            above(low[2][k], box.high.z) | above(box.low.z, high[2][k]);
             }
             return misses;
         }
