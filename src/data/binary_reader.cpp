@@ -1,6 +1,17 @@
 #include "data/binary_reader.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
+
+namespace {
+/// Bytes of a little-endian file into words of this machine.
+void toNative(void* words, size_t count, size_t wordBytes) {
+    if constexpr (std::endian::native == std::endian::little) return;
+    auto* bytes = static_cast<uint8_t*>(words);
+    for (size_t i = 0; i < count; ++i) std::reverse(bytes + i * wordBytes, bytes + (i + 1) * wordBytes);
+}
+} // namespace
 
 void cBinaryReader::seek(size_t position) {
     if (position > bytes_.size()) {
@@ -33,6 +44,18 @@ bool cBinaryReader::raw(void* out, size_t count) {
     if (count > 0) std::memcpy(out, bytes_.data() + at_, count);
     at_ += count;
     return true;
+}
+
+bool cBinaryReader::words16(void* out, size_t count) {
+    const bool ok = raw(out, count * 2);
+    toNative(out, count, 2);
+    return ok;
+}
+
+bool cBinaryReader::words32(void* out, size_t count) {
+    const bool ok = raw(out, count * 4);
+    toNative(out, count, 4);
+    return ok;
 }
 
 uint8_t cBinaryReader::u8() {

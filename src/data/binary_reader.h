@@ -34,6 +34,9 @@ public:
     cVector3 vector3();
     /// `count` raw bytes; false (and bad) when fewer are left.
     bool raw(void* out, size_t count);
+    /// `count` little-endian words into the machine's own; false (and bad) when fewer are left.
+    bool words16(void* out, size_t count);
+    bool words32(void* out, size_t count);
     /// A fixed field of `size` bytes as text up to its first zero.
     std::string fixedText(size_t size);
     /// Text up to and without its zero terminator, at most `limit` characters (more goes bad).

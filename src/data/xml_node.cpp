@@ -7,6 +7,7 @@
 namespace {
 constexpr int kDeepest = 256;         ///< nesting that the recursive parser accepts
 constexpr size_t kLongestToken = 255; ///< element name, or one attribute with its value
+constexpr size_t kUsualAttributes = 4;
 constexpr int kEnd = -1;
 } // namespace
 
@@ -39,43 +40,49 @@ private:
         return -1;
     }
 
-    /// Up to a blank, ">" or "/" outside of quotes. False when the token reaches the end of the file.
-    bool token(std::string& out) {
-        out.clear();
+    /// Up to a blank, ">" or "/" outside of quotes; lies in the document. False when the token reaches the
+    /// end of the file.
+    bool token(std::string_view& out) {
+        const uint8_t* const start = at_;
         bool quoted = false;
-        for (;;) {
-            const int c = peek();
-            if (c == kEnd) return false;
+        for (; at_ != end_; ++at_) {
+            const int c = *at_;
             if (!quoted && (c == ' ' || c == '\t' || c == '>' || c == '/')) break;
             if (c == '"') quoted = !quoted;
-            out += static_cast<char>(get());
+            if (c == '\n') ++line_;
         }
-        if (out.size() > kLongestToken) {
-            refuse();
-            return false;
-        }
-        return true;
+        out = span(start, at_);
+        if (at_ == end_) return false;
+        if (out.size() <= kLongestToken) return true;
+        refuse();
+        return false;
     }
 
-    static void attribute(cXmlNode& node, const std::string& token) {
+    static std::string_view span(const uint8_t* first, const uint8_t* end) {
+        return {reinterpret_cast<const char*>(first), static_cast<size_t>(end - first)};
+    }
+
+    static void attribute(cXmlNode& node, std::string_view token) {
         const size_t equals = token.find('=');
-        if (equals == std::string::npos || equals == 0) {
-            node.attributes[token] = "TRUE";
+        if (equals == std::string_view::npos || equals == 0) {
+            node.setAttribute(token, "TRUE");
             return;
         }
-        std::string value = token.substr(equals + 1);
+        std::string_view value = token.substr(equals + 1);
         if (!value.empty() && value[0] == '"') {
-            value.erase(0, 1);
-            value.resize(std::min(value.find('"'), value.size()));
+            value.remove_prefix(1);
+            value = value.substr(0, value.find('"'));
         }
-        node.attributes[token.substr(0, equals)] = value;
+        node.setAttribute(token.substr(0, equals), value);
     }
 
     /// After "<": the name, the attributes and the tag's ">". 0, or −1 on a broken tag.
     int tag(cXmlNode& node) {
-        std::string text;
+        std::string_view text;
         node.hasChildren = true;
-        if (!token(node.name)) return fail();
+        const bool whole = token(text);
+        node.name = text;
+        if (!whole) return fail();
         for (;;) {
             const int c = peek();
             if (c == kEnd) return fail();
@@ -118,14 +125,21 @@ private:
         return result;
     }
 
+    static bool isPlainText(uint8_t c) { return c != '<' && c != '>' && c != '\t' && c != '\r' && c != '\n'; }
+
     int content(cXmlNode& node, int depth) {
         for (;;) {
             const int c = get();
             if (c == kEnd) return fail();
             if (c == '\t' || c == '\r' || c == '\n') continue;
+            if (c == '>') {
+                node.text += '>';
+                return 0;
+            }
             if (c != '<') {
-                node.text += static_cast<char>(c);
-                if (c == '>') return 0;
+                const uint8_t* const start = at_ - 1;
+                while (at_ != end_ && isPlainText(*at_)) ++at_;
+                node.text += span(start, at_);
                 continue;
             }
             const int next = peek();
@@ -166,8 +180,26 @@ int cXmlNode::parse(const uint8_t* bytes, size_t size) {
     return result;
 }
 
-const std::string& cXmlNode::getAttribute(const std::string& attribute) const {
+const std::string* cXmlNode::findAttribute(std::string_view attribute) const {
+    for (const auto& [key, value] : attributes) {
+        if (key == attribute) return &value;
+    }
+    return nullptr;
+}
+
+const std::string& cXmlNode::getAttribute(std::string_view attribute) const {
     static const std::string kAbsent;
-    const auto it = attributes.find(attribute);
-    return it == attributes.end() ? kAbsent : it->second;
+    const std::string* const value = findAttribute(attribute);
+    return value ? *value : kAbsent;
+}
+
+/// The last value given stands.
+void cXmlNode::setAttribute(std::string_view attribute, std::string_view value) {
+    for (auto& [key, old] : attributes) {
+        if (key != attribute) continue;
+        old = value;
+        return;
+    }
+    if (attributes.empty()) attributes.reserve(kUsualAttributes);
+    attributes.emplace_back(attribute, value);
 }

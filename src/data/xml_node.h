@@ -1,9 +1,10 @@
 #pragma once
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 /// Element tree of the game's small XML dialect: elements, attributes (quoted, bare, or a name alone that
@@ -22,8 +23,8 @@ public:
     int load(const std::string& fileName);
     int parse(const uint8_t* bytes, size_t size);
     /// Value text, empty when absent. The reference lives as long as the node.
-    const std::string& getAttribute(const std::string& attribute) const;
-    bool hasAttribute(const std::string& attribute) const { return attributes.count(attribute) != 0; }
+    const std::string& getAttribute(std::string_view attribute) const;
+    bool hasAttribute(std::string_view attribute) const { return findAttribute(attribute) != nullptr; }
     int errorLine() const { return errorLine_; } ///< 0 without an error
 
     const Kind kind;
@@ -31,7 +32,7 @@ public:
     int line = 0; ///< of the element's "<", counted from 1
     std::string name;
     std::string text; ///< all segments joined, without tabs and line breaks
-    std::map<std::string, std::string> attributes;
+    std::vector<std::pair<std::string, std::string>> attributes; ///< name and value; each name once
     std::vector<std::unique_ptr<cXmlNode>> children;
 
 protected:
@@ -40,5 +41,7 @@ protected:
 
 private:
     friend class cXmlParser;
+    const std::string* findAttribute(std::string_view attribute) const; ///< null when absent
+    void setAttribute(std::string_view attribute, std::string_view value);
     int errorLine_ = 0;
 };

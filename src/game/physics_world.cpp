@@ -229,9 +229,10 @@ bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
     bool blocked = false;
     for (size_t j = 0; j < bodies_.size(); ++j) {
         cCollisionBody& other = bodies_[j];
-        if (j == index || (other.flags & MOVE_PASSABLE) || !other.owner) continue;
-        cController* controller = other.owner->getController();
-        if (!controller || !controller->isActive() || !capsulesTouch(trial, other.shape)) continue;
+        // The capsules first: they lie in the array, and most are far away.
+        if (j == index || (other.flags & MOVE_PASSABLE) || !capsulesTouch(trial, other.shape)) continue;
+        cController* controller = other.owner ? other.owner->getController() : nullptr;
+        if (!controller || !controller->isActive()) continue;
         post(mover, cEvent::kTouchedBody, controller);
         if (mover.flags & MOVE_SOLID) other.cancelMove();
         if (other.flags & MOVE_SOLID) {

@@ -1,15 +1,13 @@
 #include "game/sweep.h"
 
-#include <algorithm>
+#include <cmath>
 
 namespace {
 constexpr float kParallelToPlane = 0.0001f;
 constexpr float kShortestFraction = 0.1f; ///< shorter partial moves are not made
-constexpr float kBlocked = 0.01f;
 constexpr float kBackStep = 0.001f;   ///< how far before its end the penetration of an edge is measured again
 constexpr float kEdgeSlack = 0.05f;   ///< radius added when an edge contact is confirmed
 constexpr float kVertexSlack = 1.05f; ///< factor on the squared radius
-constexpr float kInsideReach = 0.01f; ///< the inside test reaches less than this part of an edge beyond it
 
 int sign(float v) {
     return v > 0 ? 1 : v < 0 ? -1 : 0;
@@ -97,39 +95,14 @@ struct TriangleSweep {
     }
 };
 
-/// Box around the whole move, to pass over triangles that no test can reach.
-struct Box {
-    cVector3 low, high;
-
-    Box(const cCapsule& k, const cMove& m) {
-        const cVector3 ends[4] = {k.p0, k.p1, k.p0 + m.p0, k.p1 + m.p1};
-        low = high = ends[0];
-        for (const cVector3& p : ends) {
-            for (int axis = 0; axis < 3; ++axis) {
-                low[axis] = std::min(low[axis], p[axis]);
-                high[axis] = std::max(high[axis], p[axis]);
-            }
-        }
-        const cVector3 reach(k.radius + kEdgeSlack, k.radius + kEdgeSlack, k.radius + kEdgeSlack);
-        low -= reach;
-        high += reach;
-    }
-
-    /// Written so that anything that is no number counts as reached.
-    bool misses(const cVector3 (&v)[3]) const {
-        float slack = 0;
-        cVector3 triLow, triHigh;
-        for (int axis = 0; axis < 3; ++axis) {
-            triLow[axis] = std::min({v[0][axis], v[1][axis], v[2][axis]});
-            triHigh[axis] = std::max({v[0][axis], v[1][axis], v[2][axis]});
-            slack += (triHigh[axis] - triLow[axis]) * kInsideReach;
-        }
-        for (int axis = 0; axis < 3; ++axis) {
-            if (triHigh[axis] + slack < low[axis] || triLow[axis] - slack > high[axis]) return true;
-        }
-        return false;
-    }
-};
+/// Around the whole move, as far as any test reaches.
+cBox reachOf(const cCapsule& k, const cMove& m) {
+    cBox box = cBox::around(k.p0, k.p1, k.radius + kEdgeSlack);
+    const cBox end = cBox::around(k.p0 + m.p0, k.p1 + m.p1, k.radius + kEdgeSlack);
+    box.add(end.low);
+    box.add(end.high);
+    return box;
+}
 
 /// 0 no contact, 1 face, 2 edge.
 int staticContact(const cCapsule& k, const cVector3 (&v)[3]) {
@@ -163,14 +136,15 @@ bool sphereTouchesTriangle(const cVector3& c, float r, const cVector3 (&v)[3]) {
     return false;
 }
 
-/// Calls `test` with every triangle until it answers true.
-template <typename Test> bool anyTriangle(const MeshList& meshes, const Test& test) {
+/// Calls `test` with the triangles near the box until it answers true.
+template <typename Test> bool anyTriangle(const MeshList& meshes, const cBox& box, const Test& test) {
     for (const cModel* mesh : meshes) {
         for (const cModelObject& object : mesh->objects) {
-            for (const FaceIndices& f : object.faces) {
-                if (test({object.positions[f[0]], object.positions[f[1]], object.positions[f[2]]}))
-                    return true;
-            }
+            const bool none =
+                object.eachFaceNear(box, [&](const cVector3& a, const cVector3& b, const cVector3& c) {
+                    return !test({a, b, c});
+                });
+            if (!none) return true;
         }
     }
     return false;
@@ -191,29 +165,21 @@ float sweepTriangle(const cCapsule& k, const cMove& m, float f, const cVector3 (
 }
 
 float sweepMeshes(const cCapsule& capsule, const cMove& move, const MeshList& meshes, cVector3& normal) {
-    const Box box(capsule, move);
     float f = 1;
-    for (const cModel* mesh : meshes) {
-        for (const cModelObject& object : mesh->objects) {
-            for (const FaceIndices& face : object.faces) {
-                const cVector3 corners[3] = {object.positions[face[0]], object.positions[face[1]],
-                                             object.positions[face[2]]};
-                if (box.misses(corners)) continue;
-                f = sweepTriangle(capsule, move, f, corners, normal);
-                if (f < kShortestFraction) return 0;
-            }
-        }
-        if (f < kBlocked) return 0;
-    }
-    return f;
+    const bool goesOn = !anyTriangle(meshes, reachOf(capsule, move), [&](const cVector3(&v)[3]) {
+        f = sweepTriangle(capsule, move, f, v, normal);
+        return f < kShortestFraction;
+    });
+    return goesOn ? f : 0;
 }
 
 bool overlapsMeshes(const cCapsule& capsule, const MeshList& meshes) {
-    return anyTriangle(meshes, [&](const cVector3(&v)[3]) { return staticContact(capsule, v) != 0; });
+    return anyTriangle(meshes, reachOf(capsule, {}),
+                       [&](const cVector3(&v)[3]) { return staticContact(capsule, v) != 0; });
 }
 
 bool sphereTouchesMeshes(const cVector3& centre, float radius, const MeshList& meshes) {
-    return anyTriangle(meshes,
+    return anyTriangle(meshes, cBox::around(centre, centre, radius + kEdgeSlack),
                        [&](const cVector3(&v)[3]) { return sphereTouchesTriangle(centre, radius, v); });
 }
 

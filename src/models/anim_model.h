@@ -46,7 +46,12 @@ public:
     int32_t tagBlockSize = 0;              ///< bytes of tags in the source file
     int32_t frameCount = 0;
 
+    cAnimModel() = default;
     virtual ~cAnimModel() = default;
+    cAnimModel(const cAnimModel&) = default;
+    cAnimModel& operator=(const cAnimModel&) = default;
+    cAnimModel(cAnimModel&&) = default; // frames are large: a reader hands them over
+    cAnimModel& operator=(cAnimModel&&) = default;
 
     void setTexture(int32_t texture); ///< of every mesh; negative leaves them untextured
     void scale(float factor);         ///< positions and tag origins of all frames

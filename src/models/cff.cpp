@@ -62,8 +62,7 @@ bool readAnimations(cBinaryReader& in, const Header& h, cAnimModel& part) {
 bool readVectors(cBinaryReader& in, std::vector<cVector3>& vectors, int32_t count) {
     if (!in.canHold(count, 12)) return false;
     vectors.resize(static_cast<size_t>(count));
-    for (cVector3& v : vectors) v = in.vector3();
-    return true;
+    return in.words32(vectors.data(), vectors.size() * 3);
 }
 
 bool readMesh(cBinaryReader& in, cAnimModel& part) {
@@ -77,18 +76,13 @@ bool readMesh(cBinaryReader& in, cAnimModel& part) {
         return false;
     if (!in.canHold(texCoordCount, 8)) return false;
     mesh.texCoords.resize(static_cast<size_t>(texCoordCount));
-    for (TexCoord& t : mesh.texCoords) {
-        t.u = in.f32();
-        t.v = in.f32();
-    }
+    in.words32(mesh.texCoords.data(), mesh.texCoords.size() * 2);
     if (vertexCount % part.frameCount != 0 || !in.canHold(faceCount, 12)) return false;
     mesh.verticesPerFrame = vertexCount / part.frameCount;
     mesh.faces.resize(static_cast<size_t>(faceCount));
-    for (FaceIndices& f : mesh.faces) {
-        for (uint32_t& i : f) {
-            i = in.u32();
-            if (i >= static_cast<uint32_t>(mesh.verticesPerFrame)) return false;
-        }
+    in.words32(mesh.faces.data(), mesh.faces.size() * 3);
+    for (const FaceIndices& f : mesh.faces) {
+        if (std::max({f[0], f[1], f[2]}) >= static_cast<uint32_t>(mesh.verticesPerFrame)) return false;
     }
     if (mesh.positions.empty() || mesh.faces.empty()) return true;
     mesh.faceTexCoords = mesh.faces;

@@ -55,21 +55,17 @@ void writeObject(cBinaryWriter& out, const cModelObject& o, int32_t material) {
 bool readVectors(cBinaryReader& in, std::vector<cVector3>& vectors, int32_t count) {
     if (!in.canHold(count, 12)) return false;
     vectors.resize(static_cast<size_t>(count));
-    for (cVector3& v : vectors) v = in.vector3();
-    return true;
+    return in.words32(vectors.data(), vectors.size() * 3);
 }
 
 /// False when an index lies outside its array of `limit` entries.
 bool readIndices(cBinaryReader& in, std::vector<FaceIndices>& indices, int32_t faceCount, size_t limit) {
     if (!in.canHold(faceCount, 12)) return false;
     indices.resize(static_cast<size_t>(faceCount));
-    for (FaceIndices& f : indices) {
-        for (uint32_t& i : f) {
-            i = in.u32();
-            if (i >= limit) return false;
-        }
-    }
-    return true;
+    in.words32(indices.data(), indices.size() * 3);
+    return std::all_of(indices.begin(), indices.end(), [&](const FaceIndices& f) {
+        return std::max({f[0], f[1], f[2]}) < limit;
+    });
 }
 
 bool readObject(cBinaryReader& in, const cMaterialList& materials, cModelObject& o) {
@@ -88,10 +84,7 @@ bool readObject(cBinaryReader& in, const cMaterialList& materials, cModelObject&
     }
     if (!in.canHold(texCoordCount, 8)) return false;
     o.texCoords.resize(static_cast<size_t>(texCoordCount));
-    for (TexCoord& t : o.texCoords) {
-        t.u = in.f32();
-        t.v = in.f32();
-    }
+    in.words32(o.texCoords.data(), o.texCoords.size() * 2);
     // An imported mesh without coordinates still carries indices for them.
     const auto limit = [](size_t count) { return count == 0 ? size_t{UINT32_MAX} + 1 : count; };
     if (!readIndices(in, o.faces, faceCount, o.positions.size())) return false;

@@ -5,6 +5,7 @@
 #include "platform/files.h"
 #include "render/texture_cache.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <unordered_map>
@@ -86,6 +87,17 @@ private:
     std::unordered_map<std::string, ObjMaterial> materials_;
 };
 
+/// The next number of a line in its plain decimal form, after blanks and before a blank, `separator` or the
+/// end. Null for everything else, which sscanf reads in its own way.
+template <typename Number>
+const char* plainNumber(const char* at, const char* end, Number& out, char separator = ' ') {
+    while (at && at != end && (*at == ' ' || *at == '\t')) ++at;
+    if (!at) return nullptr;
+    const auto [next, error] = std::from_chars(at, end, out);
+    const bool ends = next == end || *next == ' ' || *next == '\t' || *next == separator;
+    return error == std::errc() && ends ? next : nullptr;
+}
+
 class cObjReader {
 public:
     cObjReader(const std::string& path, cModel& model) : directory_(directoryOf(path)), model_(model) {}
@@ -131,28 +143,54 @@ private:
 
     void readVertex(const std::string& line) {
         if (facesRead_) complete();
-        const char* text = line.c_str();
+        const char *text = line.c_str(), *end = text + line.size();
         if (text[1] == ' ') {
             float x = 0, z = 0, y = 0;
-            std::sscanf(text + 2, "%f %f %f", &x, &z, &y);
+            if (!plainNumber(plainNumber(plainNumber(text + 2, end, x), end, z), end, y)) {
+                x = z = y = 0;
+                std::sscanf(text + 2, "%f %f %f", &x, &z, &y);
+            }
             object_.positions.push_back({x, y, -z});
         } else if (text[1] == 't') {
             TexCoord t;
-            std::sscanf(text + 2, " %f %f", &t.u, &t.v);
+            if (!plainNumber(plainNumber(text + 2, end, t.u), end, t.v)) {
+                t = {};
+                std::sscanf(text + 2, " %f %f", &t.u, &t.v);
+            }
             object_.texCoords.push_back(t);
         }
     }
 
     void readFace(const std::string& line) {
         Face f;
+        if (!readPlainFace(line, f)) {
+            f = {};
+            readOddFace(line, f);
+        }
+        faces_.push_back(f);
+        facesRead_ = true;
+    }
+    void readOddFace(const std::string& line, Face& f) const {
         int32_t *p = f.position, *t = f.texCoord;
         if (object_.texCoords.empty()) {
             std::sscanf(line.c_str() + 1, "%d %d %d", &p[0], &p[1], &p[2]);
         } else {
             std::sscanf(line.c_str() + 1, "%d/%d %d/%d %d/%d", &p[0], &t[0], &p[1], &t[1], &p[2], &t[2]);
         }
-        faces_.push_back(f);
-        facesRead_ = true;
+    }
+
+    bool readPlainFace(const std::string& line, Face& f) const {
+        const char *at = line.c_str() + 1, *end = line.c_str() + line.size();
+        for (int k = 0; k < 3 && at; ++k) {
+            if (object_.texCoords.empty()) {
+                at = plainNumber(at, end, f.position[k]);
+            } else {
+                at = plainNumber(at, end, f.position[k], '/');
+                at = at && at != end && *at == '/' && at[1] != ' ' ? plainNumber(at + 1, end, f.texCoord[k])
+                                                                   : nullptr;
+            }
+        }
+        return at != nullptr;
     }
 
     /// Index into this object's own array; false when it belongs to another object or to none.

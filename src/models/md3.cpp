@@ -99,11 +99,9 @@ bool readSurface(cBinaryReader& in, const Header& h, cAnimModel& part) {
     cAnimMesh mesh;
     if (!enterSection(in, start, s, s.ofsTriangles, s.numTriangles, 12)) return false;
     mesh.faces.resize(static_cast<size_t>(s.numTriangles));
-    for (FaceIndices& f : mesh.faces) {
-        for (uint32_t& i : f) {
-            i = in.u32();
-            if (i >= static_cast<uint32_t>(s.numVerts)) return false;
-        }
+    in.words32(mesh.faces.data(), mesh.faces.size() * 3);
+    for (const FaceIndices& f : mesh.faces) {
+        if (std::max({f[0], f[1], f[2]}) >= static_cast<uint32_t>(s.numVerts)) return false;
     }
     if (!enterSection(in, start, s, s.ofsSt, s.numVerts, 8)) return false;
     mesh.texCoords.resize(static_cast<size_t>(s.numVerts));
@@ -114,10 +112,11 @@ bool readSurface(cBinaryReader& in, const Header& h, cAnimModel& part) {
     const int64_t records = static_cast<int64_t>(s.numVerts) * s.numFrames;
     if (!enterSection(in, start, s, s.ofsVertices, records, 8)) return false;
     mesh.positions.resize(static_cast<size_t>(records));
-    for (cVector3& p : mesh.positions) {
-        const float x = in.i16(), y = in.i16(), z = in.i16();
-        p = cVector3(x, y, z) / kUnitsPerWorldUnit;
-        in.skip(2); // packed normal
+    std::vector<std::array<int16_t, 4>> stored(mesh.positions.size()); // and a packed normal
+    in.words16(stored.data(), stored.size() * 4);
+    for (size_t i = 0; i < stored.size(); ++i) {
+        const auto& v = stored[i];
+        mesh.positions[i] = cVector3(v[0], v[1], v[2]) / kUnitsPerWorldUnit;
     }
     in.seek(start + static_cast<size_t>(s.ofsEnd));
     if (!in.good()) return false;
@@ -126,9 +125,11 @@ bool readSurface(cBinaryReader& in, const Header& h, cAnimModel& part) {
     const auto stride = static_cast<size_t>(s.numVerts);
     mesh.verticesPerFrame = s.numVerts;
     mesh.faceTexCoords = mesh.faces;
+    mesh.frameNormals.reserve(mesh.positions.size());
+    cEqualPositions equal;
     for (size_t first = 0; first < mesh.positions.size(); first += stride) {
-        const auto normals = smoothNormals(std::span(mesh.positions).subspan(first, stride), mesh.faces);
-        mesh.frameNormals.insert(mesh.frameNormals.end(), normals.begin(), normals.end());
+        appendSmoothNormals(std::span(mesh.positions).subspan(first, stride), mesh.faces, equal,
+                            mesh.frameNormals);
     }
     part.meshes.push_back(std::move(mesh));
     part.meshTextures.push_back({s.name, {}});

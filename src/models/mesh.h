@@ -1,4 +1,5 @@
 #pragma once
+#include "core/face_boxes.h"
 #include "core/vector3.h"
 
 #include <array>
@@ -50,6 +51,7 @@ struct cModelObject {
         neighbours; ///< face across the edge from corner k to k + 1; faceCount() when none
     std::vector<Plane> facePlanes;
     std::vector<uint8_t> litFaces;
+    cFaceBoxes faceBoxes; ///< filled in the leaves of octrees
 
     int32_t vertexCount() const { return static_cast<int32_t>(positions.size()); }
     int32_t faceCount() const { return static_cast<int32_t>(faces.size()); }
@@ -57,6 +59,19 @@ struct cModelObject {
     /// Normals that can be used: modes 0 and 1 with one a vertex.
     bool hasNormals() const { return mode < kModeTwoTextures && vectors.size() == positions.size(); }
     int32_t secondTexture() const { return colour.r + 256 * colour.g; }
+    /// Calls visit(corner, corner, corner) in the faces' order for those that can touch the shape (cBox,
+    /// cLineReach), for all without `faceBoxes`, until it answers false. False when it did.
+    template <typename Shape, typename Visit>
+    bool eachFaceNear(const Shape& shape, const Visit& visit) const {
+        const auto visitFace = [&](size_t f) {
+            return visit(positions[faces[f][0]], positions[faces[f][1]], positions[faces[f][2]]);
+        };
+        if (faceBoxes.count() == faces.size()) return faceBoxes.eachTouching(shape, visitFace);
+        for (size_t f = 0; f < faces.size(); ++f) {
+            if (!visitFace(f)) return false;
+        }
+        return true;
+    }
     void setSecondTexture(int32_t name) {
         colour.r = static_cast<uint8_t>(name % 256);
         colour.g = static_cast<uint8_t>(name / 256);

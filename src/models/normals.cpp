@@ -1,11 +1,10 @@
 #include "models/normals.h"
 
-#include "core/equal_positions.h"
-
-std::vector<cVector3> smoothNormals(std::span<const cVector3> positions,
-                                    const std::vector<FaceIndices>& faces) {
-    const std::vector<uint32_t> group = firstEqualPositions(positions);
-    std::vector<cVector3> normals(positions.size());
+void appendSmoothNormals(std::span<const cVector3> positions, const std::vector<FaceIndices>& faces,
+                         cEqualPositions& equal, std::vector<cVector3>& all) {
+    const std::vector<uint32_t>& group = equal.find(positions);
+    all.resize(all.size() + positions.size());
+    const std::span<cVector3> normals = std::span(all).last(positions.size());
     // Faces are added in ascending order and once per position: the sums then round as if each vertex had
     // walked over all faces itself.
     for (const FaceIndices& f : faces) {
@@ -22,5 +21,12 @@ std::vector<cVector3> smoothNormals(std::span<const cVector3> positions,
             normals[i] = normals[group[i]]; // its first equal lies before it and is finished
         }
     }
+}
+
+std::vector<cVector3> smoothNormals(std::span<const cVector3> positions,
+                                    const std::vector<FaceIndices>& faces) {
+    cEqualPositions equal;
+    std::vector<cVector3> normals;
+    appendSmoothNormals(positions, faces, equal, normals);
     return normals;
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "core/equal_positions.h"
 #include "models/mesh.h"
 
 #include <span>
@@ -8,3 +9,6 @@
 /// gets (0, 0, 0). Every index of `faces` must lie inside `positions`.
 std::vector<cVector3> smoothNormals(std::span<const cVector3> positions,
                                     const std::vector<FaceIndices>& faces);
+/// The same for one frame of many: appends to `normals`; `equal` is scratch.
+void appendSmoothNormals(std::span<const cVector3> positions, const std::vector<FaceIndices>& faces,
+                         cEqualPositions& equal, std::vector<cVector3>& normals);

@@ -4,6 +4,8 @@
 #include "data/binary_reader.h"
 
 #include <algorithm>
+#include <cstring>
+#include <span>
 
 namespace {
 int fail(const char* format, const std::string& fileName) {
@@ -19,31 +21,80 @@ constexpr const char* kNotFound = "Cannot find image \"%s\"";
 constexpr const char* kCorrupt = "File \"%s\" is invalid or corrupt";
 constexpr const char* kCorruptRaw = "File %s is invalid or corrupt";
 
-/// Appends run-length packets to `pixels` up to `size` bytes; null when all is well, else the row to log. A
-/// packet that runs past the last pixel is clipped. The array grows with what was read: a header alone
-/// reserves nothing.
-const char* decodeRuns(cBinaryReader& in, platform::Bytes& pixels, uint64_t size, size_t pixelBytes) {
-    while (pixels.size() < size) {
-        if (in.left() == 0) return kCorrupt;
-        const uint8_t head = in.u8();
-        const size_t at = pixels.size();
-        const size_t packet = (head < 128 ? head + 1u : head - 127u) * pixelBytes;
-        const auto bytes = static_cast<size_t>(std::min<uint64_t>(packet, size - at));
-        pixels.resize(at + bytes);
-        if (head < 128) {
-            if (!in.raw(pixels.data() + at, bytes)) return kCorruptRaw;
-        } else {
-            if (!in.raw(pixels.data() + at, pixelBytes)) return kCorrupt;
-            // Doubling copies: each copy is as long as what is there already.
-            for (size_t done = pixelBytes; done < bytes;) {
-                const size_t n = std::min(done, bytes - done);
-                std::copy_n(pixels.data() + at, n, pixels.data() + at + done);
-                done += n;
-            }
-        }
-    }
-    return nullptr;
+void swapBytes(std::span<uint8_t> pixels, size_t step, size_t a, size_t b) {
+    for (size_t i = 0; i + step <= pixels.size(); i += step) std::swap(pixels[i + a], pixels[i + b]);
 }
+
+/// Fills with one pixel of 3 or 4 bytes: each copy is as long as what is there already.
+void repeat(const uint8_t* pixel, size_t pixelBytes, std::span<uint8_t> out) {
+    std::copy_n(pixel, pixelBytes, out.data());
+    for (size_t done = pixelBytes; done < out.size();) {
+        const size_t n = std::min(done, out.size() - done);
+        std::memcpy(out.data() + done, out.data(), n);
+        done += n;
+    }
+}
+
+/// Run-length packets into rows, the file's first row last, red and blue exchanged.
+class cRunDecoder {
+public:
+    cRunDecoder(cBinaryReader& in, size_t pixelBytes, size_t rowBytes, size_t rows)
+        : in_(in), pixelBytes_(pixelBytes), rowBytes_(rowBytes), left_(uint64_t{rowBytes} * rows) {}
+
+    /// Null when all is well, else the row to log. A header alone reserves nothing: memory is taken only when
+    /// the packets can fill it.
+    const char* decode(platform::Bytes& pixels) {
+        const uint64_t packets = in_.left() / (1 + pixelBytes_) + 1;
+        writes_ = left_ <= packets * kLongestPacket * pixelBytes_;
+        if (writes_) pixels.resize(static_cast<size_t>(left_));
+        row_ = pixels.data() + pixels.size();
+        while (left_ > 0) {
+            if (const char* problem = packet()) return problem;
+        }
+        return nullptr;
+    }
+
+private:
+    /// One that runs past the last pixel is clipped.
+    const char* packet() {
+        if (in_.left() == 0) return kCorrupt;
+        const uint8_t head = in_.u8();
+        const bool run = head >= 128;
+        const uint64_t length = (run ? head - 127u : head + 1u) * pixelBytes_;
+        uint8_t pixel[4] = {};
+        if (run && !in_.raw(pixel, pixelBytes_)) return kCorrupt;
+        std::swap(pixel[0], pixel[2]);
+        const auto bytes = static_cast<size_t>(std::min<uint64_t>(length, left_));
+        left_ -= bytes;
+        if (!writes_ && !run) in_.skip(bytes);
+        for (size_t done = 0; writes_ && done < bytes && in_.good();) {
+            const std::span<uint8_t> out = next(bytes - done);
+            run ? repeat(pixel, pixelBytes_, out) : copy(out);
+            done += out.size();
+        }
+        return in_.good() ? nullptr : kCorruptRaw;
+    }
+    void copy(std::span<uint8_t> out) {
+        in_.raw(out.data(), out.size());
+        swapBytes(out, pixelBytes_, 0, 2);
+    }
+    /// The next bytes to fill, at most to the end of the row.
+    std::span<uint8_t> next(size_t most) {
+        if (column_ == rowBytes_) column_ = 0;
+        if (column_ == 0) row_ -= rowBytes_;
+        const std::span<uint8_t> out(row_ + column_, std::min(most, rowBytes_ - column_));
+        column_ += out.size();
+        return out;
+    }
+
+    static constexpr uint64_t kLongestPacket = 128; ///< pixels
+    cBinaryReader& in_;
+    const size_t pixelBytes_, rowBytes_;
+    uint64_t left_;
+    bool writes_ = false;
+    uint8_t* row_ = nullptr;
+    size_t column_ = 0;
+};
 } // namespace
 
 int cImage::load(const std::string& fileName) {
@@ -62,10 +113,7 @@ int cImage::load(const std::string& fileName) {
 void cImage::swapChannels(int a, int b) {
     const int channels = bpp_ / 8;
     if (a < 0 || b < 0 || a >= channels || b >= channels || a == b) return;
-    const auto step = static_cast<size_t>(channels);
-    uint8_t* p = pixels_.data();
-    for (size_t i = 0; i + step <= pixels_.size(); i += step)
-        std::swap(p[i + static_cast<size_t>(a)], p[i + static_cast<size_t>(b)]);
+    swapBytes(pixels_, static_cast<size_t>(channels), static_cast<size_t>(a), static_cast<size_t>(b));
 }
 
 int cImage::loadTga(const std::string& fileName) {
@@ -91,12 +139,9 @@ int cImage::loadTga(const std::string& fileName) {
         for (size_t row = 0; row < rows; ++row)
             in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
     } else {
-        if (const char* problem = decodeRuns(in, pixels_, count * pixelBytes, pixelBytes))
+        if (const char* problem = cRunDecoder(in, pixelBytes, rowBytes, rows).decode(pixels_))
             return fail(problem, fileName);
-        for (size_t row = 0; row < rows / 2; ++row) {
-            uint8_t* low = pixels_.data() + row * rowBytes;
-            std::swap_ranges(low, low + rowBytes, pixels_.data() + (rows - 1 - row) * rowBytes);
-        }
+        return 0;
     }
     swapChannels(0, 2);
     return 0;

@@ -5,7 +5,7 @@
 #include "platform/gl_api.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <bit>
 
 namespace shadowVolume {
 namespace {
@@ -21,25 +21,48 @@ uint64_t edgeKey(uint32_t a, uint32_t b) {
     return a < b ? static_cast<uint64_t>(a) << 32 | b : static_cast<uint64_t>(b) << 32 | a;
 }
 
+/// Faces by edge: a hash table with open addressing, never more than half full.
 class cEdgeMap {
 public:
-    explicit cEdgeMap(uint32_t faceCount) : none_(faceCount) { edges_.reserve(size_t{faceCount} * 5); }
+    cEdgeMap(uint32_t noFace, size_t mostEdges)
+        : slots_(std::bit_ceil(mostEdges * 2 + 2), Slot{kFree, {noFace, noFace}}),
+          shift_(64 - std::countr_zero(slots_.size())) {}
 
     void add(uint32_t face, uint32_t a, uint32_t b) {
         if (a == kNoPosition || b == kNoPosition) return;
-        EdgeFaces& e = edges_.try_emplace(edgeKey(a, b), EdgeFaces{face, none_}).first->second;
-        if (e.first != face && e.second == none_) e.second = face;
+        Slot& slot = slots_[slotOf(edgeKey(a, b))];
+        if (slot.key == kFree) slot = {edgeKey(a, b), {face, slot.faces.second}};
+        EdgeFaces& e = slot.faces;
+        if (e.first < face && e.second > face) e.second = face;
     }
+    /// The lowest other face at the edge, `noFace` without one.
     uint32_t other(uint32_t face, uint32_t a, uint32_t b) const {
-        const auto found = a == kNoPosition || b == kNoPosition ? edges_.end() : edges_.find(edgeKey(a, b));
-        if (found == edges_.end()) return none_;
-        return found->second.first != face ? found->second.first : found->second.second;
+        const EdgeFaces& e = slots_[slotOf(edgeKey(a, b))].faces; // a free slot holds no faces
+        return e.first != face ? e.first : e.second;
     }
 
 private:
-    std::unordered_map<uint64_t, EdgeFaces> edges_;
-    uint32_t none_;
+    static constexpr uint64_t kFree = UINT64_MAX; ///< the key of two positions that are no number
+    struct Slot {
+        uint64_t key;
+        EdgeFaces faces;
+    };
+    size_t slotOf(uint64_t key) const {
+        auto at = static_cast<size_t>(key * 0x9E3779B97F4A7C15ull >> shift_);
+        while (slots_[at].key != key && slots_[at].key != kFree) at = (at + 1) & (slots_.size() - 1);
+        return at;
+    }
+    std::vector<Slot> slots_;
+    int shift_;
 };
+
+/// An edge between equal positions.
+bool hasEdgeWithoutLength(const std::vector<FaceIndices>& faces, const std::vector<uint32_t>& group) {
+    return std::any_of(faces.begin(), faces.end(), [&](const FaceIndices& f) {
+        const uint32_t a = group[f[0]], b = group[f[1]], c = group[f[2]];
+        return a == b || b == c || c == a;
+    });
+}
 } // namespace
 
 void computeNeighbours(cModelObject& o) {
@@ -48,12 +71,13 @@ void computeNeighbours(cModelObject& o) {
         used = std::max<size_t>(used, std::max({f[0], f[1], f[2]}) + size_t{1});
     const auto group = firstEqualPositions(std::span<const cVector3>(o.positions).first(used));
     const auto faceCount = static_cast<uint32_t>(o.faces.size());
-    cEdgeMap edges(faceCount);
+    const bool points = hasEdgeWithoutLength(o.faces, group);
+    cEdgeMap edges(faceCount, size_t{faceCount} * (points ? 6 : 3));
     for (uint32_t f = 0; f < faceCount; ++f) {
         for (size_t k = 0; k < 3; ++k) {
             const uint32_t a = group[o.faces[f][k]];
             edges.add(f, a, group[o.faces[f][(k + 1) % 3]]);
-            edges.add(f, a, a); // an edge without length has every face at its point for a neighbour
+            if (points) edges.add(f, a, a); // such an edge has every face at its point for a neighbour
         }
     }
     o.neighbours.resize(faceCount);

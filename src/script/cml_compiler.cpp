@@ -24,8 +24,7 @@ bool classify(cCmlElement& element, cCmlElement* parent, CmlReport& report) {
     }
     element.elementKind = static_cast<CmlKind>(row - rows.begin());
     element.parent = parent;
-    element.key =
-        row->keyAttribute.empty() ? 0 : nameHash(element.getAttribute(std::string(row->keyAttribute)));
+    element.key = row->keyAttribute.empty() ? 0 : nameHash(element.getAttribute(row->keyAttribute));
     for (int32_t i = 0; i < element.childCount(); ++i) {
         if (!classify(*element.childAt(i), &element, report)) return false;
     }

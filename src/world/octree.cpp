@@ -58,6 +58,8 @@ struct NodeReader {
             in.setBad();
             return nullptr;
         }
+        for (cModelObject& object : node->model->objects)
+            object.faceBoxes.build(object.positions, object.faces);
         ++leaves;
         return node;
     }
@@ -89,6 +91,7 @@ cOctree::~cOctree() = default;
 
 void cOctree::clear() {
     root_.reset();
+    queryNodes_.clear();
     totalNodes_ = lastDrawn_ = lastTrace_ = 0;
 }
 
@@ -105,6 +108,7 @@ bool cOctree::read(cBinaryReader& in, const cMaterialList& materials) {
         return false;
     }
     totalNodes_ = reader.leaves;
+    prepareQueries();
     compileDisplayLists();
     return true;
 }

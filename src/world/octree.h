@@ -54,10 +54,21 @@ public:
 
 private:
     struct Builder;
+    /// What queries read of a node. The children of one stand side by side.
+    struct QueryNode {
+        cVector3 centre;
+        float half; ///< edge length of the cube / 2
+        const cModel* model;
+        uint32_t firstChild, childCount;
+    };
+    template <typename Test> void visit(const QueryNode& node, const Test& test, LeafList& out) const;
     template <typename Test> void query(const Test& test, LeafList& out) const;
+    void prepareQueries();
+    void addQueryNode(const Node& node, size_t at);
     void drawNode(const Node& node, bool cull);
 
     std::unique_ptr<Node> root_;
+    std::vector<QueryNode> queryNodes_; ///< root first
     cVolumetricFog fog_;
     int32_t totalNodes_ = 0;
     int32_t lastDrawn_ = 0;

@@ -24,9 +24,12 @@ bool overlapsOnAxis(const cVector3& axis, const Corners& t, float half) {
 bool triangleTouchesCube(Corners t, const cVector3& centre, float half) {
     for (cVector3& corner : t) corner -= centre;
     static constexpr cVector3 kAxes[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-    const cVector3 edges[3] = {t[1] - t[0], t[2] - t[1], t[0] - t[2]};
+    // The cube's own axes first: they part most pairs.
     for (const cVector3& axis : kAxes) {
         if (!overlapsOnAxis(axis, t, half)) return false;
+    }
+    const cVector3 edges[3] = {t[1] - t[0], t[2] - t[1], t[0] - t[2]};
+    for (const cVector3& axis : kAxes) {
         for (const cVector3& edge : edges) {
             if (!overlapsOnAxis(axis.cross(edge), t, half)) return false;
         }
@@ -39,37 +42,45 @@ bool octantHolds(const cVector3& p, const cVector3& centre, int k) {
            (k & 1 ? p.z <= centre.z : centre.z <= p.z);
 }
 
-template <typename Element>
-void compactArray(std::vector<Element>& values, std::vector<FaceIndices>& faces,
-                  std::vector<Element>* alongside) {
-    constexpr uint32_t kUnused = 0xFFFFFFFF;
-    std::vector<uint32_t> renumbered(values.size(), kUnused);
-    for (const FaceIndices& face : faces) {
-        for (const uint32_t index : face) renumbered[index] = 0;
+/// Takes the elements that a leaf's faces use out of a large array, in their order there. The cost follows
+/// the leaf, not the array: a level has as many leaves as the array has hundreds of elements.
+class cGatherer {
+public:
+    /// The used indices in ascending order; the faces then count from 0 within them. Every index must be
+    /// below `size`.
+    const std::vector<uint32_t>& renumber(std::vector<FaceIndices>& faces, size_t size) {
+        if (numbers_.size() < size) numbers_.resize(size, kUnused);
+        used_.clear();
+        for (const FaceIndices& face : faces) {
+            for (const uint32_t index : face) {
+                if (numbers_[index] == kUnused) used_.push_back(index);
+                numbers_[index] = 0;
+            }
+        }
+        std::sort(used_.begin(), used_.end());
+        for (uint32_t n = 0; n < used_.size(); ++n) numbers_[used_[n]] = n;
+        for (FaceIndices& face : faces) {
+            for (uint32_t& index : face) index = numbers_[index];
+        }
+        for (const uint32_t index : used_) numbers_[index] = kUnused;
+        return used_;
     }
-    uint32_t next = 0;
-    for (size_t i = 0; i < values.size(); ++i) {
-        if (renumbered[i] == kUnused) continue;
-        values[next] = values[i];
-        if (alongside && i < alongside->size()) (*alongside)[next] = (*alongside)[i];
-        renumbered[i] = next++;
-    }
-    const bool sameLength = alongside && alongside->size() == values.size();
-    values.resize(next);
-    if (sameLength) alongside->resize(next);
-    for (FaceIndices& face : faces) {
-        for (uint32_t& index : face) index = renumbered[index];
-    }
-}
 
-/// Removes what no face uses and renumbers the indices; the order stays.
-void compact(cModelObject& object) {
-    const bool normals = object.mode < kModeTwoTextures;
-    compactArray<cVector3>(object.positions, object.faces, normals ? &object.vectors : nullptr);
-    if (!object.texCoords.empty()) compactArray<TexCoord>(object.texCoords, object.faceTexCoords, nullptr);
-    if (!normals && !object.faceSecond.empty()) {
-        compactArray<cVector3>(object.vectors, object.faceSecond, nullptr);
+private:
+    static constexpr uint32_t kUnused = UINT32_MAX;
+    std::vector<uint32_t> numbers_; ///< all kUnused between calls
+    std::vector<uint32_t> used_;
+};
+
+/// Elements that the array does not have are left out.
+template <typename Element>
+std::vector<Element> gathered(const std::vector<Element>& from, const std::vector<uint32_t>& used) {
+    std::vector<Element> values;
+    values.reserve(from.empty() ? 0 : used.size());
+    for (const uint32_t index : used) {
+        if (index < from.size()) values.push_back(from[index]);
     }
+    return values;
 }
 } // namespace
 
@@ -84,6 +95,7 @@ struct cOctree::Builder {
 
     const cModel& source;
     float slack; ///< see kRoundingReach
+    cGatherer gatherer = {};
 
     uint8_t childrenOf(const Node& node, const Corners& t) const {
         uint8_t mask = 0;
@@ -140,22 +152,36 @@ struct cOctree::Builder {
         ++leaves;
         for (size_t o = 0; o < selection.size(); ++o) {
             if (selection[o].empty()) continue;
-            const cModelObject& from = source.objects[o];
-            cModelObject object;
-            object.colour = from.colour;
-            object.texture = from.texture;
-            object.mode = from.mode;
-            object.positions = from.positions;
-            object.vectors = from.vectors;
-            object.texCoords = from.texCoords;
-            for (const uint32_t f : selection[o]) {
-                object.faces.push_back(from.faces[f]);
-                if (f < from.faceTexCoords.size()) object.faceTexCoords.push_back(from.faceTexCoords[f]);
-                if (f < from.faceSecond.size()) object.faceSecond.push_back(from.faceSecond[f]);
-            }
-            compact(object);
-            node.model->add(std::move(object));
+            node.model->add(part(source.objects[o], selection[o]));
         }
+    }
+
+    /// A copy that keeps only these faces and what they use.
+    cModelObject part(const cModelObject& from, const std::vector<uint32_t>& faces) {
+        cModelObject object;
+        object.colour = from.colour;
+        object.texture = from.texture;
+        object.mode = from.mode;
+        for (const uint32_t f : faces) {
+            object.faces.push_back(from.faces[f]);
+            if (f < from.faceTexCoords.size()) object.faceTexCoords.push_back(from.faceTexCoords[f]);
+            if (f < from.faceSecond.size()) object.faceSecond.push_back(from.faceSecond[f]);
+        }
+        const auto& corners = gatherer.renumber(object.faces, from.positions.size());
+        object.positions = gathered(from.positions, corners);
+        object.faceBoxes.build(object.positions, object.faces);
+        if (from.mode < kModeTwoTextures) object.vectors = gathered(from.vectors, corners);
+        // Indices into an empty array may be anything.
+        if (!from.texCoords.empty()) {
+            object.texCoords =
+                gathered(from.texCoords, gatherer.renumber(object.faceTexCoords, from.texCoords.size()));
+        }
+        if (from.mode < kModeTwoTextures || from.vectors.empty()) return object;
+        object.vectors =
+            object.faceSecond.empty()
+                ? from.vectors
+                : gathered(from.vectors, gatherer.renumber(object.faceSecond, from.vectors.size()));
+        return object;
     }
 };
 
@@ -174,5 +200,6 @@ void cOctree::build(const cModel& model, int minFaces, int maxGenerations, bool 
     root_->size = 2 * model.extent();
     builder.split(*root_, all, model.totalFaces(), 0);
     totalNodes_ = builder.leaves;
+    prepareQueries();
     compileDisplayLists();
 }

@@ -4,6 +4,7 @@
 #include "support/temp_game.h"
 
 #include <gtest/gtest.h>
+#include <map>
 
 namespace {
 int parse(cXmlNode& node, const std::string& text) {
@@ -15,7 +16,8 @@ std::string describe(const cXmlNode& node) {
     std::string out = node.name;
     if (!node.attributes.empty()) {
         out += '{';
-        for (const auto& [name, value] : node.attributes) out += name + '=' + value + ',';
+        for (const auto& [name, value] : std::map(node.attributes.begin(), node.attributes.end()))
+            out += name + '=' + value + ',';
         out += '}';
     }
     if (!node.text.empty()) out += '[' + node.text + ']';

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <span>
 
 namespace {
 constexpr float kRoot2 = 1.41421356f;
@@ -15,7 +16,7 @@ cCapsule sphere(const cVector3& at, float radius) {
     return {at, at, radius};
 }
 
-/// The sweep without its box: every triangle, in order.
+/// The sweep without boxes: every triangle, in order.
 float plainSweep(const cCapsule& k, const cMove& m, const MeshList& meshes, cVector3& normal) {
     float f = 1;
     for (const cModel* mesh : meshes) {
@@ -28,6 +29,14 @@ float plainSweep(const cCapsule& k, const cMove& m, const MeshList& meshes, cVec
         }
     }
     return f;
+}
+
+/// As the leaves of an octree have them.
+void addBoxes(std::span<TestLevel> levels) {
+    for (TestLevel& level : levels) {
+        cModelObject& o = level.model.objects[0];
+        o.faceBoxes.build(o.positions, o.faces);
+    }
 }
 
 bool sameBits(const cVector3& a, const cVector3& b) {
@@ -52,6 +61,7 @@ TEST(Sweep, PassingOverFarTrianglesChangesNoBit) {
             levels[i % 2].addTriangle(at, b, c);
         }
         const MeshList meshes = {&levels[0].model, &levels[1].model};
+        addBoxes(levels);
         for (int i = 0; i < 50; ++i) {
             const cVector3 at = random.vector(5), move = random.vector(i % 2 ? 0.2f : 4);
             const cCapsule k(at, at + (i % 3 ? random.vector(1.5f) : cVector3()), random.number(0.05f, 1));
@@ -68,6 +78,29 @@ TEST(Sweep, PassingOverFarTrianglesChangesNoBit) {
     }
     EXPECT_GT(blocked, 1000);
     EXPECT_GT(partial, 1000);
+}
+
+TEST(StandingShapes, PassingOverFarTrianglesChangesNoAnswer) {
+    TestRandom random;
+    int touching = 0;
+    for (int scene = 0; scene < 3000; ++scene) {
+        TestLevel plain[1];
+        for (int i = 0; i < 9; ++i) {
+            const cVector3 at = random.vector(5);
+            plain[0].addTriangle(at, at + random.vector(3), at + random.vector(3));
+        }
+        if (scene % 7 == 0) plain[0].model.objects[0].positions[4].z = NAN;
+        TestLevel boxed[1] = {plain[0]};
+        addBoxes(boxed);
+        const cVector3 at = random.vector(5);
+        const cCapsule k(at, at + random.vector(1.5f), random.number(0.05f, 1));
+        const bool overlaps = overlapsMeshes(k, {&plain[0].model});
+        const bool touches = sphereTouchesMeshes(at, k.radius, {&plain[0].model});
+        ASSERT_EQ(overlapsMeshes(k, {&boxed[0].model}), overlaps) << scene;
+        ASSERT_EQ(sphereTouchesMeshes(at, k.radius, {&boxed[0].model}), touches) << scene;
+        touching += overlaps + touches;
+    }
+    EXPECT_GT(touching, 400);
 }
 
 TEST(Sweep, FractionsAgainstOneFace) {

@@ -4,8 +4,12 @@
 #include "models/model.h"
 #include "render/texture_cache.h"
 #include "support/temp_game.h"
+#include "support/test_level.h"
 
 #include <SDL.h>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
@@ -232,4 +236,92 @@ TEST_F(Import, ObjReadsSoManyLibrariesAndNoMore) {
         ASSERT_EQ(readObj(text + "mtllib two.mtl\n" + group), 0);
         EXPECT_EQ(model.objects[0].colour.r, red) << before;
     }
+}
+
+namespace {
+/// What may stand where a number belongs.
+std::string oddNumber(TestRandom& random) {
+    constexpr const char* kOdd[] = {"1e",   "+3",   ".5",    "-.25", "0x1F",       "nan", "inf",
+                                    "1e99", "-",    "1e-50", "5.",   "1.5f",       "--1", "1,5",
+                                    "7\v",  "12/3", "/",     "",     "99999999999"};
+    if (random.index(3)) return std::to_string(random.number(-900, 900));
+    return kOdd[static_cast<size_t>(random.index(std::size(kOdd)))];
+}
+std::string oddIndex(TestRandom& random) {
+    constexpr const char* kOdd[] = {"1", "+2",  "0",  "-1",   "4294967297", "3x",
+                                    "",  "2.0", " 3", "1//1", "1/",         "2/1/1"};
+    if (random.index(3)) return std::to_string(1 + random.index(3));
+    return kOdd[static_cast<size_t>(random.index(std::size(kOdd)))];
+}
+const char* blank(TestRandom& random) {
+    constexpr const char* kBlanks[] = {" ", " ", " ", "  ", "\t", "", "/"};
+    return kBlanks[static_cast<size_t>(random.index(std::size(kBlanks)))];
+}
+} // namespace
+
+TEST(Obj, NumbersReadAsScanfReadsThem) {
+    TempGame game;
+    TestRandom random;
+    for (int round = 0; round < 300; ++round) {
+        std::string text;
+        std::vector<cVector3> expected;
+        for (int i = 0; i < 60; ++i) {
+            std::string line;
+            for (int k = 0; k < 3; ++k) line += oddNumber(random) + blank(random);
+            float x = 0, z = 0, y = 0;
+            std::sscanf(line.c_str(), "%f %f %f", &x, &z, &y);
+            expected.push_back({x, y, -z});
+            text += "v " + line + "\n";
+        }
+        game.write("odd.obj", text + "f 1 2 3\n");
+        cModel model;
+        ASSERT_EQ(loadObj("odd.obj", model), 0);
+        ASSERT_EQ(model.objects.at(0).positions.size(), expected.size());
+        ASSERT_EQ(std::memcmp(model.objects[0].positions.data(), expected.data(),
+                              expected.size() * sizeof(cVector3)),
+                  0)
+            << round;
+    }
+}
+
+TEST(Obj, FacesReadAsScanfReadsThem) {
+    TempGame game;
+    TestRandom random;
+    int kept = 0;
+    for (int round = 0; round < 600; ++round) {
+        const bool textured = round % 2;
+        std::string text = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+        if (textured) text += "vt 0 0\nvt 1 0\nvt 0 1\n";
+        text += textured ? "f 1/1 2/2 3/3\n" : "f 1 2 3\n";
+        std::vector<FaceIndices> faces = {{0, 1, 2}},
+                                 coords = {textured ? FaceIndices{0, 1, 2} : FaceIndices{}};
+        for (int i = 0; i < 40; ++i) {
+            std::string line = blank(random);
+            for (int k = 0; k < 3; ++k)
+                line += oddIndex(random) + (textured ? "/" + oddIndex(random) : "") + blank(random);
+            text += "f" + line + "\n";
+            int32_t p[3] = {}, t[3] = {};
+            if (textured) {
+                std::sscanf(line.c_str(), "%d/%d %d/%d %d/%d", &p[0], &t[0], &p[1], &t[1], &p[2], &t[2]);
+            } else {
+                std::sscanf(line.c_str(), "%d %d %d", &p[0], &p[1], &p[2]);
+            }
+            const auto inside = [](const int32_t(&n)[3]) {
+                return std::all_of(n, n + 3, [](int32_t index) { return index >= 1 && index <= 3; });
+            };
+            if (!inside(p) || (textured && !inside(t))) continue;
+            const auto indices = [](const int32_t(&n)[3]) {
+                return FaceIndices{uint32_t(n[0] - 1), uint32_t(n[1] - 1), uint32_t(n[2] - 1)};
+            };
+            faces.push_back(indices(p));
+            coords.push_back(textured ? indices(t) : FaceIndices{});
+            ++kept;
+        }
+        game.write("odd.obj", text);
+        cModel model;
+        ASSERT_EQ(loadObj("odd.obj", model), 0);
+        ASSERT_EQ(model.objects.at(0).faces, faces) << text;
+        ASSERT_EQ(model.objects[0].faceTexCoords, coords) << text;
+    }
+    EXPECT_GT(kept, 500);
 }

@@ -2,6 +2,7 @@
 
 #include "support/damage.h"
 #include "support/temp_game.h"
+#include "support/test_level.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -167,4 +168,46 @@ TEST_F(Image, SwappingTouchesOnlyChannelsThatExist) {
     EXPECT_EQ(image.pixels(), (Bytes{3, 2, 1, 6, 5, 4}));
     image.swapChannels(0, 1);
     EXPECT_EQ(image.pixels(), (Bytes{2, 3, 1, 5, 6, 4}));
+}
+
+namespace {
+/// Random packets of `size` bytes of pixels in all, or a few more; what they mean goes to `pixels`.
+Bytes randomPackets(TestRandom& random, size_t pixelBytes, size_t size, Bytes& pixels) {
+    Bytes packets;
+    while (pixels.size() < size) {
+        const bool run = random.index(2);
+        const int count = 1 + random.index(random.index(2) ? 128 : 3);
+        packets.push_back(static_cast<uint8_t>((run ? 128 : 0) + count - 1));
+        Bytes pixel(pixelBytes);
+        for (int i = 0; i < count; ++i) {
+            if (i == 0 || !run) {
+                for (uint8_t& c : pixel) c = static_cast<uint8_t>(random.index(256));
+                packets.insert(packets.end(), pixel.begin(), pixel.end());
+            }
+            pixels.insert(pixels.end(), pixel.begin(), pixel.end());
+        }
+    }
+    return packets;
+}
+} // namespace
+
+TEST_F(Image, RunsDecodeAsPixelByPixelOnRandomPackets) {
+    TestRandom random;
+    for (int round = 0; round < 2000; ++round) {
+        const int width = 1 + random.index(40), height = 1 + random.index(12),
+                  bpp = random.index(2) ? 24 : 32;
+        const size_t step = static_cast<size_t>(bpp) / 8, rowBytes = static_cast<size_t>(width) * step;
+        Bytes linear, expected;
+        const Bytes packets = randomPackets(random, step, rowBytes * static_cast<size_t>(height), linear);
+        for (int y = height - 1; y >= 0; --y) {
+            for (size_t x = 0; x < rowBytes; ++x) {
+                const size_t c = x % step, swapped = c == 0 ? 2 : c == 2 ? 0 : c;
+                expected.push_back(linear[static_cast<size_t>(y) * rowBytes + x - c + swapped]);
+            }
+        }
+        const Bytes file = tga(10, width, height, bpp, packets);
+        game.write("runs.tga", std::string(file.begin(), file.end()));
+        ASSERT_EQ(image.load("runs.tga"), 0) << round;
+        ASSERT_EQ(image.pixels(), expected) << round;
+    }
 }

@@ -1,0 +1,128 @@
+// The first level: loading it, and its frames without the frame cap. What the frame costs without rasterising
+// and without any drawing tells the driver's share apart. Needs a display.
+#include "core/application.h"
+#include "game/physics_world.h"
+#include "platform/clock.h"
+#include "platform/gl_api.h"
+#include "platform/random.h"
+#include "render/renderer.h"
+#include "support/temp_game.h"
+#include "world/model_objects.h"
+#include "world/object_mgr.h"
+#include "world/world.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdio>
+
+namespace {
+constexpr const char* kLevel = "testlevel.xml";
+constexpr int kCharacters = 50, kPerRow = 10;
+
+RunOptions firstLevel() {
+    RunOptions options;
+    options.level = kLevel;
+    options.spawn = "pier";
+    return options;
+}
+
+/// The running game, on the made data.
+struct Game {
+    TempGame files{GAME_DATA};
+    cApplication app{firstLevel()};
+    bool started = false;
+
+    Game() {
+        platform::useFixedStep(16); // virtual time: nobody sleeps
+        platform::lockRandomSeed(1);
+        started = app.start() && cRenderer::instance().hasScreen();
+        frames(10);
+    }
+    ~Game() { app.shutdown(); }
+    void frames(int count) {
+        for (int i = 0; i < count; ++i) app.gameFrame();
+    }
+};
+
+Game& game() {
+    static Game running;
+    return running;
+}
+
+/// What of the frame is drawn.
+enum Drawing : int64_t { kEverything, kNotRasterised, kNothing };
+
+void draw(Drawing drawing) {
+    platform::setGlContext(drawing != kNothing);
+    cRenderer::instance().setFast(drawing == kNotRasterised);
+    if (drawing == kEverything) glDisable(GL_RASTERIZER_DISCARD);
+}
+
+void measureFrames(benchmark::State& state) {
+    constexpr const char* kLabels[] = {"everything", "not rasterised", "nothing drawn"};
+    draw(static_cast<Drawing>(state.range(0)));
+    state.SetLabel(kLabels[state.range(0)]);
+    for (auto _ : state) game().frames(1);
+    draw(kEverything);
+}
+
+/// With textures and pictures in their caches, everything else read anew.
+void levelLoad(benchmark::State& state) {
+    for (auto _ : state) {
+        cWorld& world = cWorld::instance();
+        cObjectMgr::instance().clear();
+        cPhysicsWorld::destroy();
+        world.appearanceFile.clear();
+        world.environmentFile.clear();
+        if (world.loadLevel(kLevel) < 0) state.SkipWithError("the level does not load");
+    }
+}
+
+void levelFrame(benchmark::State& state) {
+    measureFrames(state);
+}
+
+/// Fifty guards that walk on the spot before the hero, each with its shadow volume.
+void shadowedCharacters(benchmark::State& state) {
+    cWorld& world = cWorld::instance();
+    if (world.loadLevel(kLevel) < 0) state.SkipWithError("the level does not load");
+    const cVector3 hero = cObjectMgr::instance().hero()->getPosition();
+    for (int i = 0; i < kCharacters; ++i) {
+        auto guard = std::make_unique<cAnimatedObject>(
+            world.animatedModels.load("chars\\guard", "guard", false, true), &world.animatedModels);
+        guard->setController(std::make_unique<cSceneryController>(guard.get()));
+        guard->setPosition(hero + cVector3(static_cast<float>(i % kPerRow) * 0.8f - 3.6f, 0,
+                                           -4 - 1.5f * static_cast<float>(i / kPerRow)));
+        guard->pose().setAnimation("BOTH_WALK", "BOTH_WALK");
+        guard->pose().setLooping(true);
+        guard->pose().setPlaying(true);
+        cObjectMgr::instance().add(std::move(guard));
+    }
+    const bool before = cObjectMgr::instance().shadowsEnabled;
+    cObjectMgr::instance().shadowsEnabled = true;
+    game().frames(3);
+    int near = 0;
+    for (size_t i = cObjectMgr::instance().count() - kCharacters; i < cObjectMgr::instance().count(); ++i)
+        near += cObjectMgr::instance().get(i)->isDrawnNear();
+    if (near != kCharacters) state.SkipWithError("not all characters are in view");
+    measureFrames(state);
+    cObjectMgr::instance().shadowsEnabled = before;
+    world.loadLevel(kLevel);
+}
+
+BENCHMARK(levelLoad)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(levelFrame)->DenseRange(kEverything, kNothing)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(shadowedCharacters)
+    ->DenseRange(kEverything, kNothing)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (!game().started) {
+        std::fputs("No window with OpenGL could be opened: DISPLAY must name a running X server.\n", stderr);
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
