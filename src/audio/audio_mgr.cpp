@@ -1,6 +1,203 @@
 #include "audio/audio_mgr.h"
 
+#include "audio/music_stream.h"
+#include "core/config_mgr.h"
+#include "core/log_mgr.h"
+#include "core/name_hash.h"
+#include "platform/files.h"
+#include "render/renderer.h"
+
+#include <AL/al.h>
+#include <AL/alut.h>
+#include <cstdlib>
+
 cAudioMgr& cAudioMgr::instance() {
     static cAudioMgr manager;
     return manager;
+}
+
+cAudioMgr::cAudioMgr() = default;
+cAudioMgr::~cAudioMgr() = default;
+
+void cAudioMgr::initialise() {
+    if (audible_) return;
+    distanceMod_ = cConfigMgr::instance().getFloat("MASTER_DISTANCE_MOD", "sound");
+    audible_ = alutInit(nullptr, nullptr) == AL_TRUE;
+    if (!audible_) cLogMgr::instance().info("There is no sound: %s", alutGetErrorString(alutGetError()));
+}
+
+void cAudioMgr::shutdown() {
+    pending_.clear();
+    byId_.clear();
+    music_.reset();
+    streaming_ = false;
+    for (const auto& [name, sound] : byName_) {
+        if (sound->source != 0) alDeleteSources(1, &sound->source);
+        if (sound->buffer != 0) alDeleteBuffers(1, &sound->buffer);
+    }
+    byName_.clear();
+    effects_ = 0;
+    if (audible_) alutExit();
+    audible_ = false;
+}
+
+void cAudioMgr::setListener(const Listener* listener) {
+    hasListener_ = listener != nullptr;
+    listener_ = listener ? *listener : Listener();
+}
+
+// --- Effects
+// --------------------------------------------------------------------------------------------------
+
+cSound* cAudioMgr::getSound(std::string_view baseName, bool positional, bool) {
+    if (const auto known = byName_.find(baseName); known != byName_.end()) return known->second.get();
+    auto sound = std::make_unique<cSound>();
+    sound->mode = positional ? cSound::kPositional : cSound::kFlat;
+    const std::string name(baseName);
+    if (audible_) loadEffect(name + ".wav", *sound);
+    cSound* made = sound.get();
+    byName_[name] = std::move(sound);
+    byId_[nameHash(name)] = made;
+    return made;
+}
+
+/// One buffer and one source, or none.
+bool cAudioMgr::makeNames(cSound& sound) {
+    alGetError();
+    alGenBuffers(1, &sound.buffer);
+    if (const ALenum error = alGetError(); error != AL_NO_ERROR) {
+        cLogMgr::instance().error("Error generating buffer: %d", error);
+        sound.buffer = 0;
+        return false;
+    }
+    alGenSources(1, &sound.source);
+    if (const ALenum error = alGetError(); error != AL_NO_ERROR) {
+        cLogMgr::instance().error("Error generating buffer: %d", error);
+        alDeleteBuffers(1, &sound.buffer);
+        sound.buffer = sound.source = 0;
+        return false;
+    }
+    return true;
+}
+
+void cAudioMgr::loadEffect(const std::string& fileName, cSound& sound) {
+    if (effects_ >= kMostEffects) {
+        cLogMgr::instance().error("More than %d sounds: %s stays silent", kMostEffects, fileName.c_str());
+        return;
+    }
+    if (!makeNames(sound)) return;
+    ++effects_;
+    platform::Bytes file;
+    const bool found = platform::readFile(fileName, file);
+    ALenum format = 0;
+    ALsizei size = 0;
+    ALfloat rate = 0;
+    alutGetError();
+    void* samples = found ? alutLoadMemoryFromFileImage(file.data(), static_cast<ALsizei>(file.size()),
+                                                        &format, &size, &rate)
+                          : nullptr;
+    if (!samples) {
+        const int error = found ? static_cast<int>(alutGetError()) : ALUT_ERROR_IO_ERROR;
+        cLogMgr::instance().error("Failed to load : %s  OpenAL error: %d", fileName.c_str(), error);
+        alDeleteBuffers(1, &sound.buffer);
+        sound.buffer = 0;
+        return;
+    }
+    alGetError();
+    alBufferData(sound.buffer, format, samples, size, static_cast<ALsizei>(rate));
+    std::free(samples);
+    alSourcei(sound.source, AL_BUFFER, static_cast<ALint>(sound.buffer));
+    if (const ALenum error = alGetError(); error != AL_NO_ERROR)
+        cLogMgr::instance().error("Failed to load : %s  OpenAL error: %d", fileName.c_str(), error);
+    alSourcef(sound.source, AL_PITCH, 1);
+    alSourcef(sound.source, AL_GAIN, 1);
+    if (sound.mode == cSound::kFlat) alSourcei(sound.source, AL_SOURCE_RELATIVE, AL_TRUE);
+}
+
+void cAudioMgr::playSound(std::string_view baseName) {
+    cSound* sound = getSound(baseName, false, false);
+    if (audible_ && sound->mode == cSound::kFlat) pending_.push_back(sound);
+}
+
+void cAudioMgr::playSoundIdAt(int32_t id, const cVector3& position) {
+    const auto known = byId_.find(id);
+    if (!audible_ || known == byId_.end() || known->second->mode != cSound::kPositional) return;
+    const cVector3 p = position * distanceMod_;
+    alSource3f(known->second->source, AL_POSITION, p.x, p.y, p.z);
+    placeListener();
+    pending_.push_back(known->second);
+}
+
+void cAudioMgr::setEffectsVolume(float gain) {
+    for (const auto& [name, sound] : byName_)
+        if (sound->source != 0) alSourcef(sound->source, AL_GAIN, gain);
+}
+
+// --- Music
+// ----------------------------------------------------------------------------------------------------
+
+void cAudioMgr::playMusic(std::string_view baseName) {
+    if (!audible_ || byName_.find(baseName) != byName_.end()) return;
+    auto stream = std::make_unique<cMusicStream>();
+    if (!stream->open(std::string(baseName) + ".ogg")) return;
+    music_ = std::move(stream);
+    music_->setGain(musicVolume_);
+    streaming_ = true;
+}
+
+void cAudioMgr::stopMusic() {
+    music_.reset();
+    streaming_ = false;
+}
+
+void cAudioMgr::setMusicVolume(float gain) {
+    musicVolume_ = gain;
+    if (music_) music_->setGain(gain);
+}
+
+// --- Frame
+// ----------------------------------------------------------------------------------------------------
+
+void cAudioMgr::update() {
+    if (hasListener_) reportListener();
+    if (!audible_) return;
+    if (streaming_) feedMusic();
+    if (!pending_.empty()) startPending();
+}
+
+void cAudioMgr::feedMusic() {
+    if (!music_->refill()) {
+        music_->close();
+        streaming_ = false;
+    }
+    if (streaming_ && music_->isPlaying()) return;
+    if (!streaming_ || !music_->start()) {
+        cLogMgr::instance().error("Something stopped the audio playback!");
+        streaming_ = false;
+    }
+}
+
+void cAudioMgr::placeListener() const {
+    const cVector3 p = listener_.position * distanceMod_;
+    alListener3f(AL_POSITION, p.x, p.y, p.z);
+}
+
+void cAudioMgr::startPending() {
+    const cVector3 &d = listener_.direction, &u = listener_.up;
+    const ALfloat orientation[] = {d.x, d.y, d.z, u.x, u.y, u.z};
+    alListenerfv(AL_ORIENTATION, orientation);
+    placeListener();
+    if (const ALuint source = pending_.front()->source; source != 0) alSourcePlay(source);
+    pending_.pop_front();
+}
+
+void cAudioMgr::reportListener() const {
+    const auto report = [](const char* what, const cVector3& v) {
+        cRenderer::instance().addDebugText("%s: %2.2f %2.2f %2.2f", what, static_cast<double>(v.x),
+                                           static_cast<double>(v.y), static_cast<double>(v.z));
+    };
+    report("Listener pos", listener_.position);
+    report("Source dir vector", listener_.direction);
+    report("Source up vector", listener_.up);
+    report("Source pos", {});
 }

@@ -72,6 +72,15 @@ void tellLosses() {
                            " says what.");
 }
 
+/// The hero is who listens; there is none between levels.
+void placeListener() {
+    const cObject* hero = cObjectMgr::instance().hero();
+    const cAudioMgr::Listener listener =
+        hero ? cAudioMgr::Listener{hero->getPosition(), hero->getDirection(), hero->getUp()}
+             : cAudioMgr::Listener();
+    cAudioMgr::instance().setListener(hero ? &listener : nullptr);
+}
+
 void drawStartBackground() {
     if (!platform::hasGlContext()) return;
     glDisable(GL_TEXTURE_2D);
@@ -239,6 +248,7 @@ void cApplication::gameFrame() {
     takePictures();
     renderer.beginFrame();
     cFrustum::instance().update();
+    placeListener();
     world.update(dt_, &state_);                  // poses first: objects read them
     cObjectMgr::instance().update(dt_, &state_); // controllers post their moves
     cPhysicsWorld::instance().step(dt_, state_); // moves are resolved, touches become events

@@ -30,7 +30,8 @@ constexpr struct {
     {"input.cfg",
      "CONSOLE_HEIGHT 16\nCONSOLE_SCROLL_SPEED 6\nCMD_SHOWCONSOLE 96\nCMD_SCROLLUP 280\nCMD_SCROLLDOWN 281\n"
      "MAX_HOLD 1200\n"},
-    {"inventory.cfg", "SHOW_TIME 200\n"},
+    {"inventory.cfg", "SHOW_TIME 200\nSHOW_INFO 180\nWIDTH 327\n"},
+    {"window.cfg", "WINDOW_HEIGHT 600\n"},
     {"messages.cfg", "X_POSITION 100\nY_POSITION 210\nHEIGHT 120\n"},
 };
 cModelObject tetrahedron(float size) {

@@ -1,0 +1,264 @@
+// Sound through OpenAL's wave driver: what was written is measured. Each test is a process of its own, as the
+// driver is chosen once.
+
+#include "audio/audio_mgr.h"
+
+#include "audio/music_stream.h"
+#include "core/config_mgr.h"
+#include "core/name_hash.h"
+#include "data/binary_reader.h"
+#include "platform/clock.h"
+#include "support/temp_game.h"
+
+#include <AL/alut.h>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vorbis/vorbisenc.h>
+
+namespace {
+constexpr int kRate = 44100;
+
+platform::Bytes wav(double seconds, double hertz) {
+    const auto samples = static_cast<uint32_t>(seconds * kRate);
+    cBinaryWriter out;
+    out.raw("RIFF", 4);
+    out.u32(36 + 2 * samples);
+    out.raw("WAVEfmt ", 8);
+    out.u32(16);
+    out.u16(1);
+    out.u16(1);
+    out.u32(kRate);
+    out.u32(kRate * 2);
+    out.u16(2);
+    out.u16(16);
+    out.raw("data", 4);
+    out.u32(2 * samples);
+    for (uint32_t i = 0; i < samples; ++i)
+        out.u16(static_cast<uint16_t>(static_cast<int16_t>(12000 * std::sin(6.2831853 * hertz * i / kRate))));
+    return out.bytes();
+}
+
+/// A tone as Ogg Vorbis, stereo.
+platform::Bytes ogg(double seconds) {
+    platform::Bytes file;
+    vorbis_info info;
+    vorbis_comment comment;
+    vorbis_dsp_state dsp;
+    vorbis_block block;
+    ogg_stream_state stream;
+    vorbis_info_init(&info);
+    vorbis_encode_init_vbr(&info, 2, kRate, 0.2f);
+    vorbis_comment_init(&comment);
+    vorbis_analysis_init(&dsp, &info);
+    vorbis_block_init(&dsp, &block);
+    ogg_stream_init(&stream, 1);
+    ogg_packet packets[3];
+    vorbis_analysis_headerout(&dsp, &comment, &packets[0], &packets[1], &packets[2]);
+    for (ogg_packet& p : packets) ogg_stream_packetin(&stream, &p);
+    const auto drain = [&](auto next) {
+        ogg_page page;
+        while (next(&stream, &page)) {
+            file.insert(file.end(), page.header, page.header + page.header_len);
+            file.insert(file.end(), page.body, page.body + page.body_len);
+        }
+    };
+    drain(ogg_stream_flush);
+    const int total = static_cast<int>(seconds * kRate), piece = 4096;
+    for (int at = 0; at < total + piece; at += piece) {
+        const int n = std::clamp(total - at, 0, piece); // 0 ends the stream
+        float** buffer = vorbis_analysis_buffer(&dsp, piece);
+        for (int i = 0; i < n; ++i)
+            buffer[0][i] = buffer[1][i] =
+                0.3f * std::sin(6.2831853f * 330 * static_cast<float>(at + i) / kRate);
+        vorbis_analysis_wrote(&dsp, n);
+        while (vorbis_analysis_blockout(&dsp, &block) == 1) {
+            vorbis_analysis(&block, nullptr);
+            vorbis_bitrate_addblock(&block);
+            ogg_packet packet;
+            while (vorbis_bitrate_flushpacket(&dsp, &packet)) {
+                ogg_stream_packetin(&stream, &packet);
+                drain(ogg_stream_pageout);
+            }
+        }
+    }
+    drain(ogg_stream_flush);
+    ogg_stream_clear(&stream);
+    vorbis_block_clear(&block);
+    vorbis_dsp_clear(&dsp);
+    vorbis_comment_clear(&comment);
+    vorbis_info_clear(&info);
+    return file;
+}
+
+class Audio : public ::testing::Test {
+protected:
+    Audio() {
+        path = game.dir() + "/out.wav";
+        const std::string conf = game.dir() + "/alsoft.conf";
+        std::ofstream(conf) << "drivers = wave\n[wave]\nfile = " << path << "\n";
+        setenv("ALSOFT_CONF", conf.c_str(), 1);
+        setenv("ALSOFT_DRIVERS", "wave", 1);
+        game.write("sound.cfg", "MASTER_DISTANCE_MOD 1.0\n");
+        platform::writeFile("tone.wav", wav(0.4, 440));
+        platform::writeFile("other.wav", wav(0.2, 880));
+    }
+    ~Audio() override {
+        audio.shutdown();
+        cConfigMgr::destroy();
+    }
+    void start() {
+        audio.initialise();
+        ASSERT_TRUE(audio.isAudible());
+        const cAudioMgr::Listener hero{{0, 0, 0}, {0, 0, -1}, {0, 1, 0}};
+        audio.setListener(&hero);
+    }
+    void frames(int count) {
+        for (int i = 0; i < count; ++i) {
+            audio.update();
+            std::this_thread::sleep_for(std::chrono::milliseconds(16));
+        }
+    }
+    /// Loudness (root mean square) of left and right over what the driver wrote; the file is whole after
+    /// shutdown.
+    std::pair<double, double> loudness() {
+        audio.shutdown();
+        std::ifstream in(path, std::ios::binary);
+        const std::string file((std::istreambuf_iterator<char>(in)), {});
+        const size_t data = file.find("data");
+        EXPECT_NE(data, std::string::npos);
+        double sum[2] = {0, 0};
+        size_t count = 0;
+        for (size_t at = data + 8; at + 8 <= file.size(); at += 8, ++count)
+            for (size_t side = 0; side < 2; ++side) {
+                float v = 0;
+                std::memcpy(&v, file.data() + at + 4 * side, 4);
+                sum[side] += static_cast<double>(v) * static_cast<double>(v);
+            }
+        EXPECT_GT(count, 0u);
+        return {std::sqrt(sum[0] / static_cast<double>(count)),
+                std::sqrt(sum[1] / static_cast<double>(count))};
+    }
+
+    TempGame game;
+    std::string path;
+    cAudioMgr& audio = cAudioMgr::instance();
+};
+} // namespace
+
+TEST_F(Audio, LeftIsLeft) {
+    start();
+    audio.getSound("tone", true, false);
+    audio.playSoundIdAt(nameHash("tone"), {-4, 0, 0});
+    frames(20);
+    const auto [left, right] = loudness();
+    EXPECT_GT(left, 0.01);
+    EXPECT_GT(left, 4 * right);
+}
+
+TEST_F(Audio, FarIsQuiet) {
+    start();
+    audio.getSound("tone", true, false);
+    audio.playSoundIdAt(nameHash("tone"), {0, 0, -60});
+    frames(20);
+    const auto [left, right] = loudness();
+    EXPECT_LT(left, 0.01);
+    EXPECT_GT(left, 0.00001);
+    EXPECT_NEAR(left, right, 0.3 * left);
+}
+
+TEST_F(Audio, OneWaitingSoundStartsAFrame) {
+    start();
+    for (int i = 0; i < 10; ++i) audio.playSound(i % 2 ? "tone" : "other");
+    EXPECT_EQ(audio.pendingCount(), 10u);
+    for (size_t left = 10; left-- > 0;) {
+        audio.update();
+        EXPECT_EQ(audio.pendingCount(), left);
+    }
+    audio.update();
+    audio.getSound("tone", true, false);
+    audio.playSoundIdAt(nameHash("tone"), {});
+    EXPECT_EQ(audio.pendingCount(), 0u) << "first loaded flat, it has no place";
+    audio.playSound("missing");
+    EXPECT_EQ(TempGame::errorCount("Failed to load : missing.wav  OpenAL error: " +
+                                   std::to_string(ALUT_ERROR_IO_ERROR)),
+              1);
+    audio.playSound("missing");
+    frames(3);
+    EXPECT_EQ(TempGame::errors().size(), 1u) << "said once, then silent";
+    platform::writeFile("short.wav", {'R', 'I', 'F', 'F'});
+    audio.playSound("short");
+    EXPECT_EQ(TempGame::errors().size(), 2u);
+}
+
+TEST_F(Audio, TheStreamFlowsAndEndsOnce) {
+    platform::writeFile("music.ogg", ogg(3));
+    start();
+    audio.setMusicVolume(0.8f);
+    audio.playMusic("music");
+    EXPECT_TRUE(audio.isStreaming());
+    int playing = 0;
+    for (; playing < 400 && audio.isStreaming(); ++playing) frames(1);
+    EXPECT_GT(playing, 100) << "at least two of its three seconds";
+    EXPECT_LT(playing, 300);
+    frames(5);
+    EXPECT_EQ(TempGame::errorCount("Something stopped the audio playback!"), 1);
+    EXPECT_EQ(TempGame::errors().size(), 1u);
+    audio.setMusicVolume(0.5f);
+    audio.playMusic("nowhere");
+    EXPECT_EQ(TempGame::errorCount("Audio System: Error loading nowhere.ogg"), 1);
+    audio.playMusic("music");
+    EXPECT_TRUE(audio.isStreaming());
+    audio.stopMusic();
+    audio.stopMusic();
+    const auto [left, right] = loudness();
+    EXPECT_GT(left, 0.05);
+    EXPECT_NEAR(left, right, 0.02 * left);
+}
+
+TEST_F(Audio, DamagedMusicIsRefusedOrEnds) {
+    const platform::Bytes good = ogg(2);
+    start();
+    for (size_t cut = 0; cut < good.size(); cut += good.size() / 40) {
+        platform::writeFile("cut.ogg", platform::Bytes(good.begin(), good.begin() + static_cast<long>(cut)));
+        cMusicStream stream;
+        if (!stream.open("cut.ogg")) continue;
+        std::vector<char> block;
+        for (int i = 0; i < 50 && stream.decode(block) && !block.empty(); ++i) {
+        }
+        EXPECT_TRUE(block.empty() || block.size() <= cMusicStream::kBlockBytes);
+    }
+    platform::Bytes flipped = good;
+    for (size_t i = 100; i < flipped.size(); i += 97) flipped[i] ^= 0x55;
+    platform::writeFile("flipped.ogg", flipped);
+    audio.playMusic("flipped");
+    frames(3);
+    platform::writeFile("whole.ogg", good);
+    audio.playMusic("whole");
+    EXPECT_TRUE(audio.isStreaming()) << "what came before does no harm";
+}
+
+TEST(AudioWithoutDevice, IsSilentAndSaysSoOnce) {
+    setenv("ALSOFT_DRIVERS", "nosuchdriver", 1);
+    TempGame game;
+    static int rows = 0;
+    cLogMgr::setListener(
+        [](cLogMgr::Level level, const std::string&) { rows += level == cLogMgr::Level::info; });
+    cAudioMgr& audio = cAudioMgr::instance();
+    audio.initialise();
+    EXPECT_FALSE(audio.isAudible());
+    for (int i = 0; i < 20; ++i) {
+        audio.playSound("sounds/hopp");
+        audio.playMusic("sounds\\quorvane");
+        audio.update();
+    }
+    cLogMgr::setListener(nullptr);
+    EXPECT_EQ(rows, 1);
+    EXPECT_EQ(audio.pendingCount(), 0u);
+    EXPECT_TRUE(TempGame::errors().empty());
+    audio.shutdown();
+}
