@@ -2,7 +2,9 @@
 
 #include "platform/files.h"
 
+#include <algorithm>
 #include <cctype>
+#include <iterator>
 
 namespace {
 constexpr int kDeepest = 256;         ///< nesting that the recursive parser accepts
@@ -118,13 +120,20 @@ private:
         return result;
     }
 
+    void addText(cXmlNode& node, char c) const {
+        auto& lines = node.textLines_;
+        if (line_ != (lines.empty() ? node.line : lines.back().line))
+            lines.push_back({static_cast<uint32_t>(node.text.size()), line_});
+        node.text += c;
+    }
+
     int content(cXmlNode& node, int depth) {
         for (;;) {
             const int c = get();
             if (c == kEnd) return fail();
             if (c == '\t' || c == '\r' || c == '\n') continue;
             if (c != '<') {
-                node.text += static_cast<char>(c);
+                addText(node, static_cast<char>(c));
                 if (c == '>') return 0;
                 continue;
             }
@@ -160,6 +169,7 @@ int cXmlNode::load(const std::string& fileName) {
 }
 
 int cXmlNode::parse(const uint8_t* bytes, size_t size) {
+    textLines_.clear();
     cXmlParser parser(bytes, size);
     const int result = parser.document(*this);
     errorLine_ = result == 0 ? 0 : parser.line();
@@ -170,4 +180,18 @@ const std::string& cXmlNode::getAttribute(const std::string& attribute) const {
     static const std::string kAbsent;
     const auto it = attributes.find(attribute);
     return it == attributes.end() ? kAbsent : it->second;
+}
+
+int cXmlNode::textLine(size_t position) const {
+    const auto next = std::upper_bound(textLines_.begin(), textLines_.end(), position,
+                                       [](size_t p, const TextLine& start) { return p < start.position; });
+    return next == textLines_.begin() ? line : std::prev(next)->line;
+}
+
+std::vector<size_t> cXmlNode::textBreaks() const {
+    std::vector<size_t> breaks;
+    for (const TextLine& start : textLines_) {
+        if (start.position > 0) breaks.push_back(start.position);
+    }
+    return breaks;
 }

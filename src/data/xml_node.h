@@ -25,6 +25,10 @@ public:
     const std::string& getAttribute(const std::string& attribute) const;
     bool hasAttribute(const std::string& attribute) const { return attributes.count(attribute) != 0; }
     int errorLine() const { return errorLine_; } ///< 0 without an error
+    /// Line of the file on which the character at this position of the text, as it was read, stands.
+    int textLine(size_t position) const;
+    /// Positions in the text, as it was read, before which it went on to another line.
+    std::vector<size_t> textBreaks() const;
 
     const Kind kind;
     bool hasChildren = false;
@@ -40,5 +44,10 @@ protected:
 
 private:
     friend class cXmlParser;
+    struct TextLine {
+        uint32_t position;
+        int line;
+    };
+    std::vector<TextLine> textLines_; ///< where the text goes on to another line; the element's own at first
     int errorLine_ = 0;
 };
