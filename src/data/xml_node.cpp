@@ -120,11 +120,11 @@ private:
         return result;
     }
 
-    void addText(cXmlNode& node, char c) const {
+    /// Before text is added: notes where it goes on to another line.
+    void markLine(cXmlNode& node) const {
         auto& lines = node.textLines_;
         if (line_ != (lines.empty() ? node.line : lines.back().line))
             lines.push_back({static_cast<uint32_t>(node.text.size()), line_});
-        node.text += c;
     }
 
     int content(cXmlNode& node, int depth) {
@@ -133,7 +133,8 @@ private:
             if (c == kEnd) return fail();
             if (c == '\t' || c == '\r' || c == '\n') continue;
             if (c != '<') {
-                addText(node, static_cast<char>(c));
+                markLine(node);
+                node.text += static_cast<char>(c);
                 if (c == '>') return 0;
                 continue;
             }

@@ -1,5 +1,7 @@
 #include "script/cml_check.h"
 
+#include "core/name_hash.h"
+
 cCmlCheck::cCmlCheck(const cCmlElement& document, const CmlCheckData& gameData, CmlReport& report)
     : root(document), data(gameData), warnings_(report) {
     for (int32_t i = 0; i < root.childCount(); ++i) {
@@ -28,13 +30,17 @@ void cCmlCheck::checkAnimation(int line, const std::string& model, const std::st
                                bool upper) {
     const CmlCheckData::Animations* known = data.animations(model);
     if (!known) return;
-    const auto missing = [&](bool asked, const std::set<std::string>& names, const char* part) {
-        if (asked && names.count(name) == 0)
-            warn(line, "the " + std::string(part) + " body of the model " + model + " has no animation " +
-                           quoted(name));
+    const auto look = [&](bool asked, const std::set<std::string>& names, const char* part) {
+        if (!asked) return;
+        const std::string who = "the " + std::string(part) + " body of the model " + model;
+        if (names.count(name) == 0) warn(line, who + " has no animation " + quoted(name));
+        for (const std::string& other : names) {
+            if (names.count(name) != 0 && other != name && nameHash(other) == nameHash(name))
+                warn(line, who + " has " + quoted(other) + " with the hash of " + quoted(name));
+        }
     };
-    missing(lower, known->lower, "lower");
-    missing(upper, known->upper, "upper");
+    look(lower, known->lower, "lower");
+    look(upper, known->upper, "upper");
 }
 
 std::string quoted(std::string_view name) {

@@ -24,7 +24,7 @@ CmlCheckData gameData() {
                    .count(file) != 0;
     };
     data.animations = [](const std::string& model) -> const CmlCheckData::Animations* {
-        static const CmlCheckData::Animations kMan{{"IDLE", "CROUCH"}, {"IDLE"}};
+        static const CmlCheckData::Animations kMan{{"IDLE", "CROUCH", "BA", "AB"}, {"IDLE"}};
         return model == "man" || model == "maincharfinal\\mainchar_noweapon" ? &kMan : nullptr;
     };
     data.itemExists = [](const std::string& name) { return name == "bow"; };
@@ -174,6 +174,8 @@ TEST(CmlChecker, WarnsOfObjectsThatAreNeverFoundMadeOrSetGoing) {
         {level(person("a", "on_set=\"set_animation(IDLE);set_animation_legs(CROUCH)\"")), ""},
         {level(person("a", "on_set=\"set_animation(CROUCH)\"")),
          "2: the upper body of the model man has no animation \"CROUCH\""},
+        {level(person("a", "on_set=\"set_animation_legs(AB)\"")),
+         "2: the lower body of the model man has \"BA\" with the hash of \"AB\""},
         {level(person("a", "on_set=\"set_speed(20)\"")),
          "2: set_speed(20): the object \"a\" has no boundingvolume, so it cannot be moved"},
         {level("<object name=\"a\" on_set=\"set_animation(FLY)\"><appearance type=\"animated\"><model "
