@@ -1,4 +1,4 @@
-#include "script/cml_element.h"
+#include "script/cml_checker.h"
 #include "script/cml_vocabulary.h"
 #include "support.h"
 
@@ -10,6 +10,34 @@ CmlLookups lookups() {
     lookups.itemAt = [](int32_t) { return nullptr; };
     lookups.preloadSound = [](const std::string&) {};
     return lookups;
+}
+
+/// Some of everything exists.
+CmlCheckData checkData() {
+    CmlCheckData data;
+    data.fileExists = [](const std::string& name) { return name.size() % 2 != 0; };
+    data.animations = [](const std::string& model) -> const CmlCheckData::Animations* {
+        static const CmlCheckData::Animations kSome{{"RUN"}, {"WALK"}};
+        return model.empty() ? nullptr : &kSome;
+    };
+    data.itemExists = [](const std::string& name) { return name == "stone"; };
+    data.kindExists = [](const std::string&, const std::string&, const std::string&) { return false; };
+    data.spawnPointExists = [](const std::string&, const std::string&) { return true; };
+    return data;
+}
+
+/// The check says what the compiler says, and something about lines of the document.
+void check(const CmlReport& report, int result, fuzz::cDigest& digest) {
+    CmlReport errors, warnings;
+    errors.quiet = warnings.quiet = true;
+    fuzz::require(checkCmlDocument("in.xml", lookups(), checkData(), errors, warnings) == result &&
+                      errors.rows.size() == report.rows.size(),
+                  "the check has the compiler's errors");
+    fuzz::require(result == 0 || warnings.rows.empty(), "there are no warnings of what is not compiled");
+    for (const CmlReport::Row& row : warnings.rows) {
+        fuzz::require(row.line >= 1 && !row.message.empty(), "a warning has a line and a text");
+        digest.add(row.message);
+    }
 }
 
 void addCalls(const std::vector<cCmlCall>& calls, fuzz::cDigest& digest) {
@@ -39,8 +67,9 @@ FUZZ_TARGET(cml) {
     report.quiet = true;
     const int result = document.load("in.xml", lookups(), report);
     fuzz::require(result == 0 || !report.rows.empty(), "a document that is refused has a reason");
-    if (result != 0) return 0;
     fuzz::cDigest digest;
+    check(report, result, digest);
+    if (result != 0) return 0;
     walk(document, digest);
     return digest.addValue(report.rows.size()).value();
 }

@@ -5,6 +5,8 @@
 #include "platform/console_streams.h"
 #include "platform/files.h"
 #include "platform/random.h"
+#include "script/cml_check_data.h"
+#include "script/cml_checker.h"
 #include "script/cml_lookups.h"
 #include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
@@ -31,7 +33,8 @@ void declare(CLI::App& app, CommandLine& line) {
     app.add_option("--exec", line.exec, "Run a console line without a window; may be repeated")
         ->take_all()
         ->expected(1);
-    app.add_option("--check", line.check, "Compile level documents and print every message");
+    app.add_option("--check", line.check,
+                   "Compile level documents, print every error, and warn of what would fail silently");
     app.add_option("--data", line.data, "Directory or archive with game data; may be repeated")
         ->take_all()
         ->expected(1);
@@ -78,19 +81,34 @@ int execLines(const std::vector<std::string>& lines) {
     return status;
 }
 
+void printRows(const std::string& file, const CmlReport& report, const char* kind) {
+    for (const CmlReport::Row& row : report.rows)
+        std::printf("%s:%d: %s%s\n", file.c_str(), row.line, kind, row.message.c_str());
+}
+
+std::string counted(size_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+/// Errors set the exit status, warnings do not.
 int checkDocuments(const std::vector<std::string>& files) {
     cInputMgr::instance().saveOnExit = false;
-    int status = 0;
+    const CmlCheckData data = gameCheckData();
+    size_t errorCount = 0, warningCount = 0;
     for (const std::string& file : files) {
-        cCmlElement document;
-        CmlReport report;
-        report.quiet = true;
-        document.load(file, cmlLookups(), report);
-        for (const CmlReport::Row& row : report.rows)
-            std::printf("%s:%d: %s\n", file.c_str(), row.line, row.message.c_str());
-        if (!report.rows.empty()) status = 1;
+        CmlReport errors, warnings;
+        errors.quiet = warnings.quiet = true;
+        checkCmlDocument(file, cmlLookups(), data, errors, warnings);
+        printRows(file, errors, "");
+        printRows(file, warnings, "warning: ");
+        errorCount += errors.rows.size();
+        warningCount += warnings.rows.size();
     }
-    return status;
+    if (errorCount + warningCount != 0) {
+        std::printf("%s, %s\n", counted(errorCount, "error").c_str(),
+                    counted(warningCount, "warning").c_str());
+    }
+    return errorCount == 0 ? 0 : 1;
 }
 
 bool parseWindow(const std::string& text, RunOptions& run) {

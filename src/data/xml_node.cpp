@@ -2,7 +2,9 @@
 
 #include "platform/files.h"
 
+#include <algorithm>
 #include <cctype>
+#include <iterator>
 
 namespace {
 constexpr int kDeepest = 256;         ///< nesting that the recursive parser accepts
@@ -127,18 +129,27 @@ private:
 
     static bool isPlainText(uint8_t c) { return c != '<' && c != '>' && c != '\t' && c != '\r' && c != '\n'; }
 
+    /// Before text is added: notes where it goes on to another line.
+    void markLine(cXmlNode& node) const {
+        auto& lines = node.textLines_;
+        if (line_ != (lines.empty() ? node.line : lines.back().line))
+            lines.push_back({static_cast<uint32_t>(node.text.size()), line_});
+    }
+
     int content(cXmlNode& node, int depth) {
         for (;;) {
             const int c = get();
             if (c == kEnd) return fail();
             if (c == '\t' || c == '\r' || c == '\n') continue;
             if (c == '>') {
+                markLine(node);
                 node.text += '>';
                 return 0;
             }
             if (c != '<') {
                 const uint8_t* const start = at_ - 1;
                 while (at_ != end_ && isPlainText(*at_)) ++at_;
+                markLine(node);
                 node.text += span(start, at_);
                 continue;
             }
@@ -174,6 +185,7 @@ int cXmlNode::load(const std::string& fileName) {
 }
 
 int cXmlNode::parse(const uint8_t* bytes, size_t size) {
+    textLines_.clear();
     cXmlParser parser(bytes, size);
     const int result = parser.document(*this);
     errorLine_ = result == 0 ? 0 : parser.line();
@@ -202,4 +214,18 @@ void cXmlNode::setAttribute(std::string_view attribute, std::string_view value) 
     }
     if (attributes.empty()) attributes.reserve(kUsualAttributes);
     attributes.emplace_back(attribute, value);
+}
+
+int cXmlNode::textLine(size_t position) const {
+    const auto next = std::upper_bound(textLines_.begin(), textLines_.end(), position,
+                                       [](size_t p, const TextLine& start) { return p < start.position; });
+    return next == textLines_.begin() ? line : std::prev(next)->line;
+}
+
+std::vector<size_t> cXmlNode::textBreaks() const {
+    std::vector<size_t> breaks;
+    for (const TextLine& start : textLines_) {
+        if (start.position > 0) breaks.push_back(start.position);
+    }
+    return breaks;
 }

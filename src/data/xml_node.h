@@ -26,6 +26,10 @@ public:
     const std::string& getAttribute(std::string_view attribute) const;
     bool hasAttribute(std::string_view attribute) const { return findAttribute(attribute) != nullptr; }
     int errorLine() const { return errorLine_; } ///< 0 without an error
+    /// Line of the file on which the character at this position of the text, as it was read, stands.
+    int textLine(size_t position) const;
+    /// Positions in the text, as it was read, before which it went on to another line.
+    std::vector<size_t> textBreaks() const;
 
     const Kind kind;
     bool hasChildren = false;
@@ -43,5 +47,10 @@ private:
     friend class cXmlParser;
     const std::string* findAttribute(std::string_view attribute) const; ///< null when absent
     void setAttribute(std::string_view attribute, std::string_view value);
+    struct TextLine {
+        uint32_t position;
+        int line;
+    };
+    std::vector<TextLine> textLines_; ///< where the text goes on to another line; the element's own at first
     int errorLine_ = 0;
 };

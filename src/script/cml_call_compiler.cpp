@@ -2,6 +2,7 @@
 
 #include "core/name_hash.h"
 #include "core/parse.h"
+#include "script/cml_call_text.h"
 #include "script/cml_vocabulary.h"
 
 #include <algorithm>
@@ -10,31 +11,6 @@ namespace {
 constexpr size_t kLeastArgs = 3;
 constexpr int kBestSkill = 100;
 
-std::vector<std::string> splitAt(const std::string& text, char separator) {
-    std::vector<std::string> pieces;
-    size_t start = 0;
-    for (size_t at = text.find(separator); at != std::string::npos; at = text.find(separator, start)) {
-        pieces.push_back(text.substr(start, at - start));
-        start = at + 1;
-    }
-    pieces.push_back(text.substr(start));
-    return pieces;
-}
-
-/// Pieces of a call list; a trailing ';' adds none.
-std::vector<std::string> splitList(const std::string& list) {
-    if (list.empty()) return {};
-    std::vector<std::string> pieces = splitAt(list, ';');
-    if (pieces.back().empty()) pieces.pop_back();
-    return pieces;
-}
-
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-bool isNumberStart(char c) {
-    return c == '-' || (c >= '0' && c <= '9');
-}
 bool contains(const std::string& text, const char* part) {
     return text.find(part) != std::string::npos;
 }
@@ -44,7 +20,7 @@ int32_t convertArgument(const std::string& text) {
     for (const CmlKeywordRow& row : cmlKeywords()) {
         if (row.word == text) return row.value;
     }
-    return !text.empty() && isLetter(text[0]) ? nameHash(text) : toInt(text);
+    return startsWithLetter(text) ? nameHash(text) : toInt(text);
 }
 
 cCmlElement* enclosingObject(cCmlElement& holder) {
@@ -62,36 +38,14 @@ int32_t localIndex(cCmlElement& object, const std::string& name) {
 }
 } // namespace
 
-struct CmlCallCompiler::Written {
-    std::string name; ///< without the object prefix
-    int32_t objectId = 0;
-    std::vector<std::string> args;
+struct CmlCallCompiler::Written : CmlCallText {
+    using CmlCallText::CmlCallText;
 
-    explicit Written(const std::string& piece) {
-        const size_t open = piece.find('(');
-        name = piece.substr(0, open);
-        if (open != std::string::npos) {
-            const size_t close = piece.rfind(')');
-            const size_t end = close == std::string::npos || close < open ? piece.size() : close;
-            const std::string inside = piece.substr(open + 1, end - open - 1);
-            if (!inside.empty()) args = splitAt(inside, ',');
-        }
-        if (args.size() > 255) args.resize(255);
-        if (const size_t dot = name.find('.'); dot != std::string::npos) {
-            objectId = nameHash(name.substr(0, dot));
-            name.erase(0, dot + 1);
-        }
-    }
-
-    const std::string& arg(size_t i) const {
-        static const std::string kNone;
-        return i < args.size() ? args[i] : kNone;
-    }
     cCmlCall call() const {
         cCmlCall c;
         c.argCount = static_cast<uint8_t>(args.size());
         c.args.assign(std::max(args.size(), kLeastArgs), 0);
-        c.objectId = objectId;
+        c.objectId = prefixed ? nameHash(object) : 0;
         return c;
     }
     void convertAll(cCmlCall& c) const {
@@ -100,11 +54,13 @@ struct CmlCallCompiler::Written {
 };
 
 void CmlCallCompiler::procedures(cCmlElement& holder, const std::string& list) {
-    for (const std::string& piece : splitList(list)) holder.calls.push_back(compileProcedure(holder, piece));
+    for (const std::string& piece : splitCmlList(list))
+        holder.calls.push_back(compileProcedure(holder, piece));
 }
 
 void CmlCallCompiler::functions(cCmlElement& holder, const std::string& list) {
-    for (const std::string& piece : splitList(list)) holder.tests.push_back(compileFunction(holder, piece));
+    for (const std::string& piece : splitCmlList(list))
+        holder.tests.push_back(compileFunction(holder, piece));
 }
 
 void CmlCallCompiler::dialogue(cCmlElement& holder) {
@@ -246,7 +202,7 @@ void CmlCallCompiler::toVariable(const Written& written, cCmlCall& call, const I
     call.args[0] = indexOf(written.args[0]);
     if (written.args.size() < 2) return;
     const std::string& second = written.args[1];
-    if (!second.empty() && isNumberStart(second[0])) {
+    if (startsLikeNumber(second)) {
         call.args[1] = toInt(second);
     } else if (second == "param") {
         relook(written.name + "_p");

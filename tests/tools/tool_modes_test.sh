@@ -35,6 +35,13 @@ expect 0 '' --check testlevel.xml intro.xml
 printf '<level name="a">\n<object name="o"\n on_set="fly()" />\n<object name="p" on_set="swim(1)" /></level>' >"$user/bad.xml"
 expect 1 'bad.xml:4: Unrecognised procedure "swim" in CML file' --check bad.xml
 expect 1 'CML file contains errors' --check missing.xml
+printf '<level name="a">\n<object name="o" on_set="set_animation(BOTH_FLY)">\n<appearance type="animated"><model file="chars\\hen\\hen" /></appearance><physics />\n<dialogue name="d">\nHello ^1\nthere. ^7 </dialogue></object></level>' >"$user/odd.xml"
+expect 0 'odd.xml:2: warning: the lower body of the model chars.hen.hen has no animation "BOTH_FLY"' --check odd.xml
+expect 0 'odd.xml:5: warning: dialogue "d": a blank is missing after the tag "\^1"' --check odd.xml
+expect 0 'odd.xml:6: warning: dialogue "d": \^7 on the same page as text' --check odd.xml
+expect 1 '^[0-9]+ errors, [0-9]+ warnings$' --check bad.xml odd.xml
+output=$("$game" --data "$data" --user "$user" --check testlevel.xml intro.xml 2>&1)
+[ -z "$output" ] || { echo "FAILED: the shipped levels: $output"; failures=$((failures + 1)); }
 expect 1 'wants a size' --window 10x10
 [ -e "$user/quorvane.html" ] && { echo 'FAILED: tool modes write no log page'; failures=$((failures + 1)); }
 [ -e "$user/settings.cfl" ] && { echo 'FAILED: tool modes save no settings'; failures=$((failures + 1)); }
