@@ -8,7 +8,7 @@ using namespace forge;
 // A push off the ground and a breath of cloth.
 FORGE_RECIPE(sound_hopp) {
     Sound s(0.3f);
-    s.add(0, Sound::tone(0.09f, {{0, 130}, {0.09f, 70}}).strike(0.004f, 0.03f), 0.7f);
+    s.add(0, Sound::tone(0.09f, {{0, 130}, {0.09f, 70}}).strike(0.004f, 0.03f), 0.35f);
     s.add(0, Sound::hiss(0.05f, 11).low({{0, 1600}}).strike(0.002f, 0.012f), 0.6f);
     s.add(0.03f, Sound::hiss(0.24f, 12).band({{0, 500}, {0.24f, 1500}}, 1.4f).strike(0.06f, 0.06f), 0.8f);
     out.put("sounds/hopp.wav", wavFile(s, -6));
@@ -18,7 +18,7 @@ FORGE_RECIPE(sound_hopp) {
 FORGE_RECIPE(sound_landa) {
     Sound s(0.4f);
     for (const float start : {0.0f, 0.035f}) {
-        s.add(start, Sound::tone(0.15f, {{0, 95}, {0.15f, 45}}).strike(0.003f, 0.045f), 1.0f);
+        s.add(start, Sound::tone(0.15f, {{0, 95}, {0.15f, 45}}).strike(0.003f, 0.045f), 0.6f);
         s.add(start, Sound::hiss(0.08f, start > 0 ? 21u : 22u).low({{0, 900}}).strike(0.001f, 0.018f), 0.8f);
     }
     s.add(0.04f, Sound::grains(0.25f, 220, 0.008f, 23).high({{0, 1500}}).strike(0.01f, 0.08f), 0.25f);

@@ -13,7 +13,7 @@ FORGE_RECIPE(sound_pistol) {
     Sound bang = Sound::hiss(0.5f, 102)
                      .low({{0, 9000}, {0.03f, 4000}, {0.2f, 700}, {0.5f, 250}})
                      .strike(0.0006f, 0.06f);
-    bang.add(0, Sound::tone(0.3f, {{0, 180}, {0.06f, 75}, {0.3f, 48}}).strike(0.001f, 0.08f), 0.9f);
+    bang.add(0, Sound::tone(0.3f, {{0, 180}, {0.06f, 75}, {0.3f, 48}}).strike(0.001f, 0.08f), 0.5f);
     s.add(0.045f, bang.peak(1).drive(2.2f));
     s.add(0.25f, Sound::hiss(0.6f, 103).low({{0, 600}, {0.6f, 200}}).strike(0.08f, 0.18f), 0.35f);
     out.put("sounds/pistol.wav", wavFile(s.room(0.9f, 0.35f), -3));
@@ -28,7 +28,7 @@ FORGE_RECIPE(sound_reload) {
               Sound::hiss(0.16f, 111)
                   .band({{0, 1200}, {0.16f, 2300}}, 3)
                   .shape({{0, 0}, {0.03f, 0.7f}, {0.14f, 0.5f}, {0.16f, 0}}),
-              0.9f);
+              2.2f);
     const float clicks[][2] = {{0.72f, 0.7f}, {0.8f, 1}};
     for (const auto& [start, gain] : clicks) {
         s.add(start, Sound::struck(0.12f, {{1500, 0.5f, 0.01f}, {2720, 0.4f, 0.02f}, {4650, 0.2f, 0.01f}}),
@@ -68,11 +68,11 @@ FORGE_RECIPE(sound_throw) {
 FORGE_RECIPE(sound_explosion) {
     Sound s(2.2f);
     s.add(0, Sound::hiss(0.05f, 151).strike(0.0006f, 0.012f), 0.9f);
-    s.add(0, Sound::tone(0.9f, {{0, 110}, {0.1f, 52}, {0.9f, 30}}).strike(0.004f, 0.25f), 1.3f);
+    s.add(0, Sound::tone(0.9f, {{0, 110}, {0.1f, 52}, {0.9f, 30}}).strike(0.004f, 0.35f), 1.0f);
     s.add(0,
           Sound::hiss(1.8f, 152)
-              .low({{0, 5000}, {0.1f, 1500}, {0.6f, 420}, {1.8f, 160}}, 0.9f)
-              .strike(0.006f, 0.35f),
+              .low({{0, 5000}, {0.1f, 1800}, {0.6f, 700}, {1.8f, 260}}, 0.9f)
+              .strike(0.006f, 0.6f),
           1.6f);
     s.peak(1).drive(2.4f);
     s.add(0.5f, Sound::grains(1.5f, 45, 0.03f, 153).low({{0, 1800}}).shape({{0, 0}, {0.2f, 1}, {1.5f, 0}}),
@@ -83,7 +83,7 @@ FORGE_RECIPE(sound_explosion) {
 // A blow that somebody takes: flesh, cloth, no ring.
 FORGE_RECIPE(sound_hitbody) {
     Sound s(0.28f);
-    s.add(0, Sound::tone(0.16f, {{0, 150}, {0.16f, 62}}).strike(0.002f, 0.04f), 1.0f);
+    s.add(0, Sound::tone(0.16f, {{0, 150}, {0.16f, 62}}).strike(0.002f, 0.04f), 0.55f);
     s.add(0, Sound::hiss(0.09f, 161).low({{0, 1900}, {0.09f, 500}}).strike(0.001f, 0.02f), 1.0f);
     s.add(0.012f, Sound::hiss(0.1f, 162).band({{0, 750}}, 2).strike(0.004f, 0.03f), 0.5f);
     out.put("sounds/hitbody.wav", wavFile(s, -4));

@@ -11,6 +11,9 @@ namespace forge {
 namespace {
 constexpr float kTwoPi = 2 * std::numbers::pi_v<float>;
 constexpr float kTop = 0.45f * Sound::kRate; ///< nothing is made above this frequency
+constexpr float kRadiated = 0.92f;           ///< lips pass on high tones more easily than low ones
+constexpr float kThroat = 5500;              ///< little is heard above
+constexpr float kBreath = 0.3f;              ///< full breath against a full voice
 constexpr float kFadeIn = 0.001f, kFadeOut = 0.012f;
 
 float white(size_t i, uint32_t seed) {
@@ -93,7 +96,7 @@ Sound Sound::grains(float seconds, float perSecond, float grainSeconds, uint32_t
 /// Pulses of the vocal cords through three resonances that glide with the mouth.
 Sound Sound::spoken(float seconds, const Voice& voice, uint32_t seed) {
     Sound source(seconds);
-    float phase = 0;
+    float phase = 0, before = 0;
     size_t period = 0;
     for (size_t i = 0; i < source.samples.size(); ++i) {
         const float wobble = 1 + voice.rough * (latticeValue(static_cast<int>(period), 5, seed) - 0.5f);
@@ -104,7 +107,9 @@ Sound Sound::spoken(float seconds, const Voice& voice, uint32_t seed) {
         }
         // Opens slowly, shuts fast: a soft saw whose upper harmonics fall.
         const float open = phase < 0.6f ? std::sin(kTwoPi * phase / 1.2f) : 0;
-        source.samples[i] = open * open - 0.3f + voice.breath * white(i, seed);
+        const float pulse = open * open - 0.3f;
+        source.samples[i] = pulse - kRadiated * before + kBreath * voice.breath * white(i, seed);
+        before = pulse;
     }
     static constexpr std::array<float, 3> kGain = {1, 0.6f, 0.3f}, kResonance = {6, 9, 11};
     Sound sound(seconds);
@@ -114,7 +119,7 @@ Sound Sound::spoken(float seconds, const Voice& voice, uint32_t seed) {
         Sound part = source;
         sound.add(0, part.band(course, kResonance[f]), kGain[f]);
     }
-    return sound.shape(voice.loudness);
+    return sound.low({{0, kThroat}}).shape(voice.loudness);
 }
 
 Sound& Sound::shape(const Curve& gain) {

@@ -10,7 +10,8 @@
 namespace forge {
 namespace {
 /// Names that the program itself asks for.
-constexpr const char* kAlwaysNeeded[] = {"sounds/hopp.wav", "sounds/landa.wav"};
+constexpr const char* kAlwaysNeeded[] = {"sounds/hopp.wav", "sounds/landa.wav", "sounds/quorvane.ogg",
+                                         "sounds/action.ogg"};
 constexpr size_t kMostEffects = 252; ///< sources that a sound device lends
 constexpr size_t kHeadBytes = 44;
 constexpr float kShortest = 0.1f, kLongest = 4.5f;  ///< seconds
