@@ -1,6 +1,7 @@
 #include "forge/checks.h"
 #include "forge/preview.h"
 #include "forge/recipes.h"
+#include "forge/sound_checks.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -54,6 +55,7 @@ int make(const std::string& content, const std::string& target, const char* prev
     std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     for (const forge::Recipe& recipe : all) recipe.make(out);
     forge::checkDataSet(out);
+    forge::checkSounds(out);
     for (const std::string& sentence : out.problems()) std::fprintf(stderr, "forge: %s\n", sentence.c_str());
     if (previews && !forge::writePreviews(out, previews)) return 1;
     if (!out.problems().empty() || !out.writeAll(target)) return 1;
