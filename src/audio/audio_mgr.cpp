@@ -4,12 +4,47 @@
 #include "core/config_mgr.h"
 #include "core/log_mgr.h"
 #include "core/name_hash.h"
+#include "data/binary_reader.h"
 #include "platform/files.h"
 #include "render/renderer.h"
 
 #include <AL/al.h>
 #include <AL/alut.h>
+#include <algorithm>
 #include <cstdlib>
+
+namespace {
+constexpr size_t kRiffHead = 12, kChunkHead = 8, kFormatBytes = 16;
+
+/// Whether every chunk lies within the file and format and samples are there: the toolkit's reader trusts the
+/// sizes that a file gives.
+bool isWholeWav(const platform::Bytes& file) {
+    cBinaryReader in(file);
+    const bool head = in.fixedText(4) == "RIFF" && (in.skip(4), in.fixedText(4) == "WAVE");
+    if (!head || in.size() < kRiffHead) return false;
+    bool format = false;
+    while (in.left() >= kChunkHead) {
+        const std::string name = in.fixedText(4);
+        const uint32_t size = in.u32();
+        if (size > in.left()) return false;
+        if (name == "fmt ") format = size >= kFormatBytes;
+        if (name == "data") return format && size > 0;
+        in.skip(std::min<size_t>(size + (size & 1), in.left()));
+    }
+    return false;
+}
+
+/// 16-bit samples of a WAV file, to be freed with free(); null with the toolkit's error.
+void* decodeWav(const platform::Bytes& file, ALenum& format, ALsizei& size, ALfloat& rate, int& error) {
+    error = ALUT_ERROR_CORRUPT_OR_TRUNCATED_DATA;
+    if (!isWholeWav(file)) return nullptr;
+    alutGetError();
+    void* samples =
+        alutLoadMemoryFromFileImage(file.data(), static_cast<ALsizei>(file.size()), &format, &size, &rate);
+    error = static_cast<int>(alutGetError());
+    return samples;
+}
+} // namespace
 
 cAudioMgr& cAudioMgr::instance() {
     static cAudioMgr manager;
@@ -88,16 +123,12 @@ void cAudioMgr::loadEffect(const std::string& fileName, cSound& sound) {
     if (!makeNames(sound)) return;
     ++effects_;
     platform::Bytes file;
-    const bool found = platform::readFile(fileName, file);
     ALenum format = 0;
     ALsizei size = 0;
     ALfloat rate = 0;
-    alutGetError();
-    void* samples = found ? alutLoadMemoryFromFileImage(file.data(), static_cast<ALsizei>(file.size()),
-                                                        &format, &size, &rate)
-                          : nullptr;
+    int error = ALUT_ERROR_IO_ERROR;
+    void* samples = platform::readFile(fileName, file) ? decodeWav(file, format, size, rate, error) : nullptr;
     if (!samples) {
-        const int error = found ? static_cast<int>(alutGetError()) : ALUT_ERROR_IO_ERROR;
         cLogMgr::instance().error("Failed to load : %s  OpenAL error: %d", fileName.c_str(), error);
         alDeleteBuffers(1, &sound.buffer);
         sound.buffer = 0;
@@ -107,8 +138,8 @@ void cAudioMgr::loadEffect(const std::string& fileName, cSound& sound) {
     alBufferData(sound.buffer, format, samples, size, static_cast<ALsizei>(rate));
     std::free(samples);
     alSourcei(sound.source, AL_BUFFER, static_cast<ALint>(sound.buffer));
-    if (const ALenum error = alGetError(); error != AL_NO_ERROR)
-        cLogMgr::instance().error("Failed to load : %s  OpenAL error: %d", fileName.c_str(), error);
+    if (const ALenum refused = alGetError(); refused != AL_NO_ERROR)
+        cLogMgr::instance().error("Failed to load : %s  OpenAL error: %d", fileName.c_str(), refused);
     alSourcef(sound.source, AL_PITCH, 1);
     alSourcef(sound.source, AL_GAIN, 1);
     if (sound.mode == cSound::kFlat) alSourcei(sound.source, AL_SOURCE_RELATIVE, AL_TRUE);

@@ -195,6 +195,29 @@ TEST_F(Audio, OneWaitingSoundStartsAFrame) {
     EXPECT_EQ(TempGame::errors().size(), 2u);
 }
 
+TEST_F(Audio, DamagedEffectsAreSilent) {
+    const platform::Bytes good = wav(0.01, 440);
+    start();
+    int files = 0;
+    const auto load = [&](const platform::Bytes& bytes) {
+        const std::string name = "w" + std::to_string(files++);
+        platform::writeFile(name + ".wav", bytes);
+        audio.playSound(name);
+    };
+    for (size_t cut = 0; cut < 60; ++cut)
+        load(platform::Bytes(good.begin(), good.begin() + static_cast<long>(cut)));
+    for (size_t at = 0; at < 44; ++at) {
+        platform::Bytes flipped = good;
+        flipped[at] ^= 0xff;
+        load(flipped);
+    }
+    EXPECT_GE(TempGame::errors().size(), 70u) << "the cut ones, and those whose head says what cannot be";
+    audio.playSound("tone");
+    while (audio.pendingCount() > 0) audio.update();
+    frames(10);
+    EXPECT_GT(loudness().first, 0.0001) << "a whole one still sounds";
+}
+
 TEST_F(Audio, TheStreamFlowsAndEndsOnce) {
     platform::writeFile("music.ogg", ogg(3));
     start();
