@@ -135,6 +135,7 @@ bool cApplication::start() {
         glDepthFunc(GL_LEQUAL);
     }
     convertModels();
+    cItemDefs::instance().loadItemDefs(); // now that the models which items throw are there
     makeRamp();
     if (platform::hasGlContext()) glEnable(GL_CULL_FACE);
     cWorld::instance().attachState(&state_);

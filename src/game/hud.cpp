@@ -25,7 +25,6 @@ int32_t loadOrFail(const char* fileName) {
 } // namespace
 
 void cHud::loadHud() {
-    cItemDefs::instance().loadItemDefs();
     cItemDefs::instance().loadAtlas();
     interfaceTexture = loadOrFail("img\\interface.tga");
     crosshairTexture = loadOrFail("img\\crosshair.tga");

@@ -105,6 +105,8 @@ private:
             const std::string file = (*i)[2];
             if (file.find('.') != std::string::npos) {
                 need(file, name);
+            } else if (out_.has(dataName(file) + ".ogg")) {
+                continue; // what an object's play_stream plays
             } else {
                 for (const char* part : {"_head.cff", "_upper.cff", "_lower.cff"}) need(file + part, name);
             }
