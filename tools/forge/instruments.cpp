@@ -159,9 +159,9 @@ const Orchestra::Waves& Orchestra::waves(const Instrument& in, int pitch) {
 void Orchestra::blown(const Instrument& in, const Note& note, Mix& mix) {
     const Waves& wave = waves(in, static_cast<int>(std::lround(note.pitch)));
     const auto held = static_cast<size_t>(note.length * kMusicRate);
-    const size_t count = held + static_cast<size_t>(5 * in.release * kMusicRate);
+    const size_t count = held + static_cast<size_t>(4 * in.release * kMusicRate);
     const float rise = 1 - std::exp(-3 / (in.attack * kMusicRate)),
-                fall = 1 - std::exp(-1.4f / (in.release * kMusicRate));
+                fall = 1 - std::exp(-2.4f / (in.release * kMusicRate));
     for (int player = 0; player < in.players; ++player) {
         const uint32_t seed = note.seed * 31u + static_cast<uint32_t>(player);
         const float side =
