@@ -54,7 +54,7 @@ private:
 void plucked(const Instrument& in, const Note& note, Mix& mix) {
     const float hertz = hertzOf(note.pitch), period = kMusicRate / hertz;
     const float dull = 0.5f - 0.35f * in.brightness; // delay of the loss filter, in samples
-    const auto whole = static_cast<size_t>(period - dull - 0.3f);
+    const auto whole = static_cast<size_t>(std::max(2.0f, period - dull - 0.3f));
     const float rest = period - dull - static_cast<float>(whole), tune = (1 - rest) / (1 + rest);
     const float keep = std::pow(0.001f, 1 / (hertz * in.ring));
     std::vector<float> line(whole);
