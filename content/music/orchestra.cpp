@@ -78,7 +78,7 @@ Instrument strings() {
     i.attack = 0.28f;
     i.release = 0.35f;
     i.vibratoCents = 6;
-    i.players = 3;
+    i.players = 2;
     i.spread = 0.75f;
     i.detuneCents = 7;
     i.hall = 0.55f;
@@ -104,6 +104,7 @@ Instrument violins() {
     i.name = "violins";
     i.gain = 0.19f;
     i.pan = -0.3f;
+    i.players = 3;
     i.attack = 0.12f;
     i.release = 0.16f;
     i.vibratoCents = 13;
