@@ -385,7 +385,8 @@ FORGE_RECIPE(thing_trolley) {
              {{"box", kPlanks, {}, box}, {"rims", kBeams, {}, rims}, {"iron", "", kIron, iron}});
 }
 
-// The two that the game turns into models of its own at every start.
+// The two that the game turns into models of its own at every start; tools, which start no game, find them
+// made.
 FORGE_RECIPE(thing_hand_arms) {
     // Pistol: grip at the origin, barrel to the north.
     const Mesh steel = [] {
@@ -398,9 +399,12 @@ FORGE_RECIPE(thing_hand_arms) {
     const Mesh grip = boxOf(-0.026f, -0.11f, -0.03f, 0.026f, 0.1f, 0.035f).tilted(18);
     const Parts pistol = {{"steel", "", kSteel, steel}, {"grip", "", kBark, grip}};
     out.put("3ds/pistoltest.3ds", threeDsFile(pistol));
+    out.put("s_mdl/pistol.cpm", cpmFile(pistol));
     // Grenade: an egg with a cap, centred.
     Mesh egg = ball(0.11f, 12, 9).scaled({1, 1.2f, 1});
     Mesh cap = lathe({{0, 0.11f}, {0.045f, 0.11f}, {0.045f, 0.17f}, {0, 0.18f}}, 10);
     cap.append(boxOf(0.03f, 0.02f, -0.012f, 0.05f, 0.17f, 0.012f).rolled(-24).moved({0.035f, 0.02f, 0}));
-    out.put("3ds/grenade.3ds", threeDsFile({{"shell", "", kGreen, egg}, {"cap", "", kSteel, cap}}));
+    const Parts grenade = {{"shell", "", kGreen, egg}, {"cap", "", kSteel, cap}};
+    out.put("3ds/grenade.3ds", threeDsFile(grenade));
+    out.put("s_mdl/grenade.cpm", cpmFile(grenade));
 }

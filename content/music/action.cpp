@@ -14,14 +14,14 @@ const Section kFight = {
     "Cm | Ab | Fm | G | Cm | Ab | Fm G | Cm",
     {{"melody", "c5:1.5 g4:.5 eb5:1 d5 | c5:1.5 ab4:.5 eb4:2 | f4:1 ab4 c5:1.5 bb4:.5 | b4:2 g4:1 d5 |"
                 "eb5:1.5 d5:.5 c5:1 g4 | ab4:1.5 c5:.5 eb5:2 | f5:1 eb5 d5 b4 | c5:3 r:1"},
-     {"counter", "eb4:2 g4 | ab4:2 eb4 | f4:2 ab4 | g4:2 f4 | eb4:2 g4 | c5:2 ab4 | ab4:2 g4 | eb4:3 r:1"}}};
+     {"counter", "eb4:2 g4 | eb4:2 c5 | ab4:2 f4 | g4:2 f4 | eb4:2 g4 | c5:2 ab4 | ab4:2 g4 | eb4:3 r:1"}}};
 
 const Section kHope = {
     8,
     "Eb | Bb/D | Cm | Gm | Ab | Fm | Ddim | G",
     {{"melody", "g4:1 bb4 eb5:2 | f5:1.5 eb5:.5 d5:1 bb4 | eb5:1 g5:2 f5:.5 eb5 | d5:2 bb4:1 g4 |"
                 "c5:1.5 bb4:.5 ab4:1 c5 | f4:1 ab4 c5 f5 | f5:1 d5 ab4 f4 | g4:1 b4 d5 g5"},
-     {"counter", "bb3:2 g3 | f4:2 d4 | g3:2 c4 | bb3:2 d4 | c4:2 eb4 | ab3:2 c4 | d4:2 f4 | d4:2 b3"}}};
+     {"counter", "bb3:2 g3 | d4:2 f4 | g3:2 c4 | bb3:2 d4 | c4:2 eb4 | ab3:2 c4 | d4:2 f4 | d4:2 b3"}}};
 
 const Section kBreath = {
     4,
@@ -59,7 +59,7 @@ FORGE_RECIPE(music_action) {
          {{"violins", "line melody", 1},
           {"bows", kBlades, 0.8f},
           {"basses", kFeet, 0.8f},
-          {"drum", kDrums, 0.8f},
+          {"drum", kDrums, 0.65f},
           {"strings", "chords", 0.35f}}},
         {"fight",
          0.8f,
@@ -68,7 +68,7 @@ FORGE_RECIPE(music_action) {
           {"horn", "line counter", 0.9f},
           {"bows", kBlades, 0.8f},
           {"basses", kFeet, 0.85f},
-          {"drum", kDrums, 0.85f},
+          {"drum", kDrums, 0.65f},
           {"snare", kSnare, 0.5f},
           {"strings", "chords", 0.35f}}},
         {"hope",
@@ -88,7 +88,7 @@ FORGE_RECIPE(music_action) {
           {"horn", "line melody", 0.8f},
           {"bows", kBlades, 0.75f},
           {"basses", kFeet, 0.85f},
-          {"drum", kDrums, 0.9f},
+          {"drum", kDrums, 0.65f},
           {"snare", kSnare, 0.6f},
           {"strings", "chords", 0.4f}}},
         {"breath",
@@ -107,7 +107,7 @@ FORGE_RECIPE(music_action) {
           {"oboe", "line melody", 0.4f},
           {"bows", kBlades, 0.75f},
           {"basses", kFeet, 0.9f},
-          {"drum", kDrums, 0.9f},
+          {"drum", kDrums, 0.65f},
           {"snare", kSnare, 0.65f},
           {"strings", "chords", 0.4f}}},
     };

@@ -19,7 +19,7 @@ const Section kAnswer = {
     "Am | F | Dm | E | F | Dm | Am/E E7 | Am",
     {{"melody", "a3:3 b3:.5 c4 | c4:2 a3 | d4:2 f4:1 e4:.5 d4 | e4:3 b3:1 |"
                 "c4:1.5 d4:.5 a3:2 | f4:1.5 e4:.5 d4:1 a3 | c4:1.5 a3:.5 b3:1 g#3 | a3:4"},
-     {"counter", "a2:2 e3 | f3:2 c3 | d3:2 f3:1 a3 | g#3:2 e3 |"
+     {"counter", "a2:2 e3 | f3:2 c3 | f3:2 d3:1 a3 | g#3:2 e3 |"
                  "f3:2 a3:1 f3 | d3:2 a3:1 f3 | e3:3 d3:1 | c3:2 a2"}}};
 
 const Section kClearing = {
@@ -68,7 +68,7 @@ FORGE_RECIPE(music_deepwood) {
           {"choir", "chords", 0.7f},
           {"harp", kDrops, 0.8f},
           {"basses", "bass 0 - - -", 0.6f},
-          {"drum", kHeart, 0.6f}}},
+          {"drum", kHeart, 1.1f}}},
         {"answer",
          0.55f,
          0.7f,
@@ -77,7 +77,7 @@ FORGE_RECIPE(music_deepwood) {
           {"choir", "chords", 0.6f},
           {"strings", "chords", 0.35f},
           {"harp", kDrops, 0.7f},
-          {"drum", kHeart, 0.7f}}},
+          {"drum", kHeart, 1.1f}}},
         {"clearing",
          0.5f,
          0.7f,
@@ -97,7 +97,7 @@ FORGE_RECIPE(music_deepwood) {
           {"strings", "chords", 0.5f},
           {"harp", kDrops, 0.8f},
           {"basses", "bass 0 - - -", 0.6f},
-          {"drum", kHeart, 0.9f}}},
+          {"drum", kHeart, 1.2f}}},
         {"night",
          0.55f,
          0.42f,

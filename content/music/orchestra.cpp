@@ -17,7 +17,7 @@ Instrument blown(const char* name, float gain, float pan, const std::vector<floa
 }
 
 Instrument flute() {
-    Instrument i = blown("flute", 0.26f, 0.18f, {1, 0.42f, 0.16f, 0.06f, 0.03f});
+    Instrument i = blown("flute", 0.21f, 0.18f, {1, 0.42f, 0.16f, 0.06f, 0.03f});
     i.attack = 0.06f;
     i.release = 0.1f;
     i.vibratoCents = 14;
@@ -29,7 +29,7 @@ Instrument flute() {
 // Low and woody: odd harmonics.
 Instrument reed() {
     Instrument i =
-        blown("reed", 0.24f, -0.2f, {1, 0.05f, 0.5f, 0.06f, 0.28f, 0.05f, 0.16f, 0.04f, 0.09f, 0.02f, 0.05f});
+        blown("reed", 0.24f, 0.05f, {1, 0.05f, 0.5f, 0.06f, 0.28f, 0.05f, 0.16f, 0.04f, 0.09f, 0.02f, 0.05f});
     i.attack = 0.07f;
     i.release = 0.12f;
     i.vibratoCents = 6;
@@ -40,7 +40,7 @@ Instrument reed() {
 
 Instrument oboe() {
     Instrument i =
-        blown("oboe", 0.15f, -0.15f, {0.6f, 0.9f, 1, 0.8f, 0.5f, 0.3f, 0.22f, 0.14f, 0.08f, 0.05f});
+        blown("oboe", 0.16f, -0.15f, {0.6f, 0.9f, 1, 0.8f, 0.5f, 0.3f, 0.22f, 0.14f, 0.08f, 0.05f});
     i.attack = 0.05f;
     i.release = 0.1f;
     i.vibratoCents = 12;
@@ -51,7 +51,7 @@ Instrument oboe() {
 
 Instrument horn() {
     Instrument i =
-        blown("horn", 0.24f, 0.3f, {1, 0.85f, 0.6f, 0.42f, 0.28f, 0.18f, 0.12f, 0.07f, 0.04f, 0.02f});
+        blown("horn", 0.12f, 0.3f, {1, 0.85f, 0.6f, 0.42f, 0.28f, 0.18f, 0.12f, 0.07f, 0.04f, 0.02f});
     i.attack = 0.08f;
     i.release = 0.14f;
     i.vibratoCents = 5;
@@ -74,11 +74,11 @@ std::vector<float> bowedWave(int count, float fall) {
 }
 
 Instrument strings() {
-    Instrument i = blown("strings", 0.085f, 0, bowedWave(16, 1.35f));
+    Instrument i = blown("strings", 0.13f, 0, bowedWave(16, 1.35f));
     i.attack = 0.28f;
     i.release = 0.35f;
     i.vibratoCents = 6;
-    i.players = 3;
+    i.players = 2;
     i.spread = 0.75f;
     i.detuneCents = 7;
     i.hall = 0.55f;
@@ -89,7 +89,7 @@ Instrument strings() {
 Instrument bows() {
     Instrument i = strings();
     i.name = "bows";
-    i.gain = 0.12f;
+    i.gain = 0.17f;
     i.attack = 0.035f;
     i.release = 0.08f;
     i.vibratoCents = 0;
@@ -102,8 +102,9 @@ Instrument bows() {
 Instrument violins() {
     Instrument i = strings();
     i.name = "violins";
-    i.gain = 0.15f;
+    i.gain = 0.19f;
     i.pan = -0.3f;
+    i.players = 3;
     i.attack = 0.12f;
     i.release = 0.16f;
     i.vibratoCents = 13;
@@ -113,7 +114,7 @@ Instrument violins() {
 }
 
 Instrument cello() {
-    Instrument i = blown("cello", 0.2f, -0.38f, bowedWave(14, 1.25f));
+    Instrument i = blown("cello", 0.18f, -0.3f, bowedWave(14, 1.25f));
     i.attack = 0.1f;
     i.release = 0.16f;
     i.vibratoCents = 10;
@@ -122,7 +123,7 @@ Instrument cello() {
 }
 
 Instrument basses() {
-    Instrument i = blown("basses", 0.3f, 0.1f, {1, 0.6f, 0.32f, 0.2f, 0.12f, 0.07f, 0.04f});
+    Instrument i = blown("basses", 0.15f, 0.1f, {1, 0.6f, 0.32f, 0.2f, 0.12f, 0.07f, 0.04f});
     i.attack = 0.07f;
     i.release = 0.14f;
     i.hall = 0.15f;
@@ -131,7 +132,7 @@ Instrument basses() {
 
 // Voices on "oo" behind the trees.
 Instrument choir() {
-    Instrument i = blown("choir", 0.1f, 0, {1, 0.55f, 0.22f, 0.1f, 0.06f, 0.02f});
+    Instrument i = blown("choir", 0.11f, 0, {1, 0.55f, 0.22f, 0.1f, 0.06f, 0.02f});
     i.attack = 0.45f;
     i.release = 0.5f;
     i.vibratoCents = 12;
@@ -180,7 +181,7 @@ Instrument drum(const char* name, float gain, float pan, float hertz, float skin
 }
 
 Instrument lowDrum() {
-    Instrument i = drum("drum", 0.55f, 0, 62, 0.22f);
+    Instrument i = drum("drum", 0.6f, 0, 62, 0.22f);
     i.drop = 0.8f;
     i.noise = 0.25f;
     i.noiseDecay = 0.03f;
@@ -190,7 +191,7 @@ Instrument lowDrum() {
 
 // A hoop and a goatskin, struck with the hand.
 Instrument frame() {
-    Instrument i = drum("frame", 0.34f, 0.25f, 118, 0.12f);
+    Instrument i = drum("frame", 0.55f, 0.25f, 118, 0.12f);
     i.drop = 0.4f;
     i.noise = 0.5f;
     i.noiseDecay = 0.035f;
@@ -199,7 +200,7 @@ Instrument frame() {
 }
 
 Instrument snare() {
-    Instrument i = drum("snare", 0.26f, -0.15f, 185, 0.06f);
+    Instrument i = drum("snare", 0.65f, -0.15f, 185, 0.06f);
     i.drop = 0.3f;
     i.skin = 0.7f;
     i.noise = 1.2f;
@@ -210,7 +211,7 @@ Instrument snare() {
 }
 
 Instrument shaker() {
-    Instrument i = drum("shaker", 0.16f, -0.4f, 100, 0.01f);
+    Instrument i = drum("shaker", 1.4f, -0.4f, 100, 0.01f);
     i.skin = 0;
     i.noise = 1;
     i.noiseDecay = 0.028f;
@@ -233,11 +234,11 @@ const std::vector<Instrument>& orchestra() {
         cello(),
         basses(),
         choir(),
-        plucked("harp", 0.3f, 0.4f, 2.6f, 0.5f, 0.4f),
-        plucked("lute", 0.3f, -0.35f, 1.3f, 0.8f, 0.3f),
-        plucked("pizzicato", 0.42f, 0.1f, 0.7f, 0.35f, 0.3f),
-        bars("bells", 0.16f, 0.35f, {{1, 1, 0.7f}, {2.76f, 0.3f, 0.25f}, {5.4f, 0.12f, 0.1f}}),
-        bars("tower", 0.22f, -0.2f,
+        plucked("harp", 0.95f, 0.4f, 2.6f, 0.5f, 0.4f),
+        plucked("lute", 0.85f, -0.35f, 1.3f, 0.8f, 0.3f),
+        plucked("pizzicato", 1.3f, 0.1f, 0.7f, 0.35f, 0.3f),
+        bars("bells", 0.4f, 0.35f, {{1, 1, 0.7f}, {2.76f, 0.3f, 0.25f}, {5.4f, 0.12f, 0.1f}}),
+        bars("tower", 0.45f, -0.2f,
              {{0.5f, 0.5f, 2.4f},
               {1, 1, 1.6f},
               {1.19f, 0.45f, 1.1f},

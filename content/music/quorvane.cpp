@@ -21,7 +21,7 @@ const Section kTheme = {
      {"counter", "f3:2 a3 | c4:2 g3 | a3:2 f3 | e3:2 g3:1 c4 |"
                  "d4:2 bb3 | c4:2 a3:1 c4 | d4:2 c4:1 bb3 | c#4:2 a3:1 g3 |"
                  "f3:2 a3 | c4:2 g3 | a3:2 c4 | f4:2 d4 |"
-                 "d4:2 bb3 | a3:2 f3:1 a3 | bb3:2 a3:1 g3 | f3:4"}}};
+                 "d4:2 bb3 | d4:2 a3:1 f3 | bb3:2 a3:1 g3 | f3:4"}}};
 
 const Section kMiddle = {
     16,
@@ -85,7 +85,7 @@ FORGE_RECIPE(music_quorvane) {
          {{"violins", "line melody", 1, 1},
           {"horn", "line melody", 0.9f},
           {"cello", "line counter", 1},
-          {"strings", "chords", 0.75f},
+          {"strings", "chords", 0.55f},
           {"harp", kWave, 0.6f},
           {"basses", "bass 0 - 2 -", 0.75f},
           {"drum", "beat X . . o x . . . | X . . o x . o o", 0.7f}}},
@@ -95,7 +95,7 @@ FORGE_RECIPE(music_quorvane) {
          {{"flute", "line melody", 0.9f, 1},
           {"horn", "line melody", 0.4f},
           {"harp", kWave, 0.9f},
-          {"strings", "chords", 0.75f},
+          {"strings", "chords", 0.55f},
           {"basses", "bass 0 - - -", 0.6f},
           {"bells", "figure . . . . 6 . . .", 0.4f, 1}},
          0.7f},

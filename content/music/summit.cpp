@@ -31,8 +31,8 @@ const Section kView = {
                 "g4:1 d5:2 c5:.5 b4 | c5:1.5 d5:.5 a4:2 | b4:1 g5:2 f#5:.5 e5 | d5:2 f#5:1 d5 |"
                 "e5:1.5 d5:.5 c5:1 e5 | d5:1.5 c5:.5 b4:1 g4 | a4:2 c5:1 a4 | b4:2 f#4:1 d#4"},
      {"counter", "b3:2 d4 | a3:2 f#3 | g3:2 b3 | c4:2 g3 | e4:2 c4:1 e4 | g3:2 d4 | g3:2 e4 |"
-                 "f#4:2 a3:1 c4 | b3:2 d4 | a3:2 f#3 | g3:2 b3 | f#4:2 b3 | g3:2 c4:1 e4 |"
-                 "d4:2 b3 | c4:2 f#4 | d#4:2 b3"}}};
+                 "f#4:2 a3:1 c4 | b3:2 d4 | a3:2 f#3 | g3:2 b3 | f#4:2 b3 | g3:2 e4:1 c4 |"
+                 "g3:2 d4 | c4:2 f#4 | d#4:2 b3"}}};
 
 const Section kPeak = {8,
                        "Em | C | Am | B | C | Am B | Em | Em",
@@ -62,13 +62,13 @@ FORGE_RECIPE(music_summit) {
          0.62f,
          {{"bows", kRunning, 0.8f},
           {"strings", "chords", 0.5f},
-          {"horn", "line call", 0.9f},
+          {"horn", "line call", 1.4f},
           {"basses", "bass 0 - - -", 0.7f},
           {"drum", "beat x . . . . . . .", 0.7f}}},
         {"climb",
          0.62f,
          0.78f,
-         {{"horn", "line melody", 1},
+         {{"horn", "line melody", 1.3f},
           {"oboe", "line melody", 0.35f},
           {"bows", kRunning, 0.75f},
           {"strings", "chords", 0.45f},
@@ -89,7 +89,7 @@ FORGE_RECIPE(music_summit) {
          0.82f,
          1,
          {{"violins", "line melody", 1, 1},
-          {"horn", "line melody", 1},
+          {"horn", "line melody", 1.3f},
           {"bows", kStorm, 0.6f},
           {"strings", "chords", 0.55f},
           {"cello", "line counter", 0.8f},
@@ -99,7 +99,7 @@ FORGE_RECIPE(music_summit) {
         {"peak",
          0.92f,
          0.6f,
-         {{"horn", "line melody", 1},
+         {{"horn", "line melody", 1.3f},
           {"violins", "line melody", 0.8f},
           {"bows", kRunning, 0.7f},
           {"strings", "chords", 0.6f},

@@ -29,7 +29,7 @@ Voice speaker(float pitch, const Curve& melody, const Curve& syllables, const st
 // "Oh-ah?", a friendly fall and rise.
 const Curve kGreetMelody = {{0, 1}, {0.12f, 1.12f}, {0.26f, 0.92f}, {0.4f, 0.95f}, {0.58f, 1.25f}};
 const Curve kGreetSyllables = {{0, 0},        {0.04f, 1},    {0.18f, 0.8f}, {0.25f, 0.15f},
-                               {0.31f, 0.9f}, {0.48f, 0.7f}, {0.6f, 0}};
+                               {0.31f, 1.5f}, {0.48f, 1.1f}, {0.6f, 0}};
 const std::vector<Vowel> kGreetVowels = {{0, kMm},     {0.06f, kOh}, {0.2f, kOh},
                                          {0.26f, kMm}, {0.33f, kAh}, {0.6f, kEh}};
 } // namespace

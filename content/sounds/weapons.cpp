@@ -72,7 +72,7 @@ FORGE_RECIPE(sound_explosion) {
     s.add(0,
           Sound::hiss(1.8f, 152)
               .low({{0, 5000}, {0.1f, 1800}, {0.6f, 700}, {1.8f, 260}}, 0.9f)
-              .strike(0.006f, 0.6f),
+              .strike(0.006f, 0.9f),
           1.6f);
     s.peak(1).drive(2.4f);
     s.add(0.5f, Sound::grains(1.5f, 45, 0.03f, 153).low({{0, 1800}}).shape({{0, 0}, {0.2f, 1}, {1.5f, 0}}),

@@ -45,8 +45,6 @@ constexpr const char* kAlwaysNeeded[] = {"window.cfg",
                                          "maincharfinal/mainchar_noweapon_head.cff",
                                          "maincharfinal/mainchar_noweapon_upper.cff",
                                          "maincharfinal/mainchar_noweapon_lower.cff"};
-/// Made by the game at every start.
-constexpr const char* kMadeByGame[] = {"s_mdl/pistol.cpm", "s_mdl/grenade.cpm"};
 constexpr int kIntroFrames = 4781; ///< 76.5 s that the opening plays
 
 constexpr const char* kFloatSections[] = {"movement.cfg", "camera.cfg", "sound.cfg"};
@@ -93,7 +91,6 @@ private:
         const std::string name = dataName(file);
         const auto& promised = out_.promised();
         if (out_.has(name) || std::find(promised.begin(), promised.end(), name) != promised.end()) return;
-        if (std::find(std::begin(kMadeByGame), std::end(kMadeByGame), name) != std::end(kMadeByGame)) return;
         out_.problem(who + " names " + name + ", which nobody makes");
     }
 

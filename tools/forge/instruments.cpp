@@ -54,7 +54,7 @@ private:
 void plucked(const Instrument& in, const Note& note, Mix& mix) {
     const float hertz = hertzOf(note.pitch), period = kMusicRate / hertz;
     const float dull = 0.5f - 0.35f * in.brightness; // delay of the loss filter, in samples
-    const auto whole = static_cast<size_t>(period - dull - 0.3f);
+    const auto whole = static_cast<size_t>(std::max(2.0f, period - dull - 0.3f));
     const float rest = period - dull - static_cast<float>(whole), tune = (1 - rest) / (1 + rest);
     const float keep = std::pow(0.001f, 1 / (hertz * in.ring));
     std::vector<float> line(whole);
@@ -159,9 +159,9 @@ const Orchestra::Waves& Orchestra::waves(const Instrument& in, int pitch) {
 void Orchestra::blown(const Instrument& in, const Note& note, Mix& mix) {
     const Waves& wave = waves(in, static_cast<int>(std::lround(note.pitch)));
     const auto held = static_cast<size_t>(note.length * kMusicRate);
-    const size_t count = held + static_cast<size_t>(5 * in.release * kMusicRate);
+    const size_t count = held + static_cast<size_t>(4 * in.release * kMusicRate);
     const float rise = 1 - std::exp(-3 / (in.attack * kMusicRate)),
-                fall = 1 - std::exp(-1.4f / (in.release * kMusicRate));
+                fall = 1 - std::exp(-2.4f / (in.release * kMusicRate));
     for (int player = 0; player < in.players; ++player) {
         const uint32_t seed = note.seed * 31u + static_cast<uint32_t>(player);
         const float side =

@@ -13,7 +13,7 @@ namespace {
 constexpr int kChordsFrom = 50; ///< lowest pitch of the chords' voices
 constexpr int kFiguresFrom = 48, kBassFrom = 31;
 constexpr float kLoose = 0.006f;         ///< seconds by which players miss the beat
-constexpr float kCeiling = 0.79f;        ///< -2 dBFS: the encoder rounds peaks upwards
+constexpr float kCeiling = 0.75f;        ///< -2.5 dBFS: the encoder rounds peaks upwards
 constexpr float kSilentSecond = 0.0032f; ///< -50 dBFS
 constexpr float kTail = 3;               ///< seconds that the hall rings on
 

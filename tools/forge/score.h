@@ -40,8 +40,8 @@ struct Piece {
     std::vector<Row> form;
     float hallSeconds = 2, hallGain = 0.3f;
     float lufs = -16;
-    float quality = 0.3f; ///< of the encoder
-    float atLeast = 0;    ///< seconds that it must last
+    float quality = 0.15f; ///< of the encoder
+    float atLeast = 0;     ///< seconds that it must last
 };
 
 /// A note of a line, in beats.

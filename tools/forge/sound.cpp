@@ -111,7 +111,7 @@ Sound Sound::spoken(float seconds, const Voice& voice, uint32_t seed) {
         source.samples[i] = pulse - kRadiated * before + kBreath * voice.breath * white(i, seed);
         before = pulse;
     }
-    static constexpr std::array<float, 3> kGain = {1, 0.6f, 0.3f}, kResonance = {6, 9, 11};
+    static constexpr std::array<float, 3> kGain = {1, 1.4f, 1.1f}, kResonance = {6, 9, 11};
     Sound sound(seconds);
     for (size_t f = 0; f < 3; ++f) {
         Curve course;

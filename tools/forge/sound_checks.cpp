@@ -14,10 +14,10 @@ constexpr const char* kAlwaysNeeded[] = {"sounds/hopp.wav", "sounds/landa.wav", 
                                          "sounds/action.ogg"};
 constexpr size_t kMostEffects = 252; ///< sources that a sound device lends
 constexpr size_t kHeadBytes = 44;
-constexpr float kShortest = 0.1f, kLongest = 4.5f;  ///< seconds
-constexpr int kFullScale = 32767, kLoudest = 23300; ///< -3 dBFS and a little
-constexpr int kEdge = 200, kOffset = 60;            ///< first and last sample; mean
-constexpr double kSilent = 300;                     ///< root mean square
+constexpr float kShortest = 0.1f, kLongest = 4.5f; ///< seconds
+constexpr int kLoudest = 23300;                    ///< -3 dBFS and a little
+constexpr int kEdge = 200, kOffset = 60;           ///< first and last sample; mean
+constexpr double kSilent = 300;                    ///< root mean square
 
 struct Wave {
     uint32_t rate = 0;
