@@ -64,7 +64,7 @@ public:
             chords_ = readChords(section_->chords, section_->bars, piece_.beatsPerBar,
                                  piece_.file + ", section " + row.section, out_);
             if (chords_.empty()) continue;
-            for (const Part& part : row.parts) play(part);
+            for (const ScorePart& part : row.parts) play(part);
         }
         mix_.setLength(static_cast<size_t>((barStarts_.back() + kTail) * kMusicRate));
         return std::move(mix_);
@@ -102,7 +102,7 @@ private:
         return (row_->from + (row_->to - row_->from) * beat / beats) * swell * (within < 0.01f ? 1.06f : 1);
     }
 
-    void note(const Instrument& instrument, const Part& part, float start, float length, int pitch,
+    void note(const Instrument& instrument, const ScorePart& part, float start, float length, int pitch,
               float weight = 1) {
         const uint32_t seed = ++played_;
         const float loose = instrument.kind == Instrument::Kind::kDrum ? 0.3f * kLoose : kLoose;
@@ -116,7 +116,7 @@ private:
                      mix_);
     }
 
-    void play(const Part& part) {
+    void play(const ScorePart& part) {
         const auto at = std::find_if(orchestra_.begin(), orchestra_.end(),
                                      [&](const Instrument& i) { return i.name == part.instrument; });
         if (at == orchestra_.end()) return problem(*row_, "nobody plays the " + part.instrument);
@@ -137,7 +137,7 @@ private:
             problem(*row_, part.task + " is no task");
     }
 
-    void line(const Instrument& instrument, const Part& part, const std::string& name) {
+    void line(const Instrument& instrument, const ScorePart& part, const std::string& name) {
         const auto at = section_->lines.find(name);
         if (at == section_->lines.end()) return problem(*row_, "there is no line " + name);
         const std::string where = piece_.file + ", section " + row_->section + ", " + name;
@@ -146,7 +146,7 @@ private:
     }
 
     /// Voices that keep their pitch are held over.
-    void held(const Instrument& instrument, const Part& part) {
+    void held(const Instrument& instrument, const ScorePart& part) {
         const auto led = leadVoices(chords_, kChordsFrom);
         for (size_t voice = 0; voice < 4; ++voice)
             for (size_t i = 0; i < chords_.size();) {
@@ -166,7 +166,7 @@ private:
     }
 
     /// Digits count the tones of the chord upwards, from its root or, in the bass, from its bass note.
-    void figure(const Instrument& instrument, const Part& part, const std::string& text, int low,
+    void figure(const Instrument& instrument, const ScorePart& part, const std::string& text, int low,
                 bool fromBass) {
         for (const Stepped& s : steps(text, section_->bars, piece_.beatsPerBar)) {
             if (s.value < '0' || s.value > '9') return problem(*row_, "figures are made of digits, . and -");
@@ -184,7 +184,7 @@ private:
         }
     }
 
-    void beat(const Instrument& instrument, const Part& part, const std::string& text) {
+    void beat(const Instrument& instrument, const ScorePart& part, const std::string& text) {
         for (const Stepped& s : steps(text, section_->bars, piece_.beatsPerBar)) {
             if (s.value != 'X' && s.value != 'x' && s.value != 'o')
                 return problem(*row_, "beats are made of X, x, o and .");

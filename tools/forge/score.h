@@ -9,7 +9,7 @@
 /// Music as data. content/music/README.md shows how a score is written.
 namespace forge {
 /// One instrument's task in one row of the form.
-struct Part {
+struct ScorePart {
     std::string instrument;
     /// "line NAME", "chords", "figure STEPS", "bass STEPS" or "beat STEPS"
     std::string task;
@@ -28,7 +28,7 @@ struct Section {
 struct Row {
     std::string section;
     float from, to; ///< loudness, 0..1
-    std::vector<Part> parts;
+    std::vector<ScorePart> parts;
     float slower = 1; ///< tempo factor that its last two bars sink to
 };
 
