@@ -1,10 +1,9 @@
 // A level document as the game takes it: objects are made, their scripts run, some frames pass.
-#include "core/config_mgr.h"
+#include "core/application.h"
 #include "data/binary_reader.h"
 #include "game/physics_world.h"
 #include "platform/clock.h"
 #include "platform/random.h"
-#include "render/particles.h"
 #include "render/renderer.h"
 #include "script/event_mgr.h"
 #include "support.h"
@@ -51,17 +50,6 @@ void moveFigures(uint32_t now) {
             static_cast<cAnimatedObject*>(object)->advance(now);
     }
 }
-
-void destroyManagers() {
-    cObjectMgr::instance().setForgetListener({});
-    cEventMgr::destroy();
-    cInputMgr::destroy();
-    cObjectMgr::destroyInstance();
-    cPhysicsWorld::destroy();
-    cConfigMgr::destroy();
-    cWorld::destroy();
-    destroyEffects();
-}
 } // namespace
 
 FUZZ_TARGET(level) {
@@ -92,6 +80,6 @@ FUZZ_TARGET(level) {
     for (size_t i = 0; i < cObjectMgr::instance().count(); ++i)
         digest.addValue(cObjectMgr::instance().get(i)->getPosition());
     digest.addValue(cObjectMgr::instance().count()).addValue(state);
-    destroyManagers();
+    cApplication::destroyGame();
     return result == 0 ? digest.value() : 0;
 }

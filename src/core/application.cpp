@@ -304,6 +304,11 @@ void cApplication::destroyManagers() {
     cObjectMgr::instance().setForgetListener({});
     cRenderer::destroy();
     cFrustum::destroy();
+    destroyGame();
+}
+
+void cApplication::destroyGame() {
+    cObjectMgr::instance().setForgetListener({});
     cDialogue::destroy();
     cEventMgr::destroy();
     cInputMgr::destroy();

@@ -41,6 +41,8 @@ public:
     void shutdown();
     /// Everything but sound and log, in the order in which nobody misses what is gone.
     static void destroyManagers();
+    /// The part of it that a level fills; window and textures stay.
+    static void destroyGame();
     GameState state() const { return state_; }
     void setState(GameState state) { state_ = state; }
 
