@@ -1,6 +1,7 @@
 #include "levels/island_ground.h"
 
 #include "forge/noise.h"
+#include "levels/parts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +15,8 @@ constexpr float kShelfRadius = 24, kDeepRadius = 30.5f; // between them the bed 
 constexpr float kGentle = 0.404f;                       // 22 degrees
 constexpr float kCliff = 1.733f;                        // 60 degrees
 
-struct Pad {
-    float x0, z0, x1, z1;
-};
 /// Places that stay level for what stands on them.
-constexpr Pad kPads[] = {
+constexpr parts::Pad kPads[] = {
     {-7, -8, 7, 7},   // hut and yard
     {6, -8, 20, 5},   // stairs and terrace
     {-15, 5, -8, 12}, // ledge
@@ -26,21 +24,12 @@ constexpr Pad kPads[] = {
     {6, 4, 13, 18},   // ramp
 };
 
-float distanceToPads(float x, float z) {
-    float best = 1e9f;
-    for (const Pad& p : kPads) {
-        const float dx = std::max({p.x0 - x, x - p.x1, 0.0f}), dz = std::max({p.z0 - z, z - p.z1, 0.0f});
-        best = std::min(best, std::hypot(dx, dz));
-    }
-    return best;
-}
-
 float baseHeight(float x, float z) {
     const float r = std::hypot(x, z);
     const float coast = 2.2f * (fractalNoise(x * 0.11f, z * 0.11f, 5, 3) - 0.5f) * smoothStep(15, 22, r);
     const float beach = kMeadow - kBeachSlope * std::max(0.0f, r + coast - kFlatRadius);
     const float bumps = 0.5f * (fractalNoise(x * 0.22f, z * 0.22f, 9, 3) - 0.5f);
-    return beach + bumps * smoothStep(0.5f, 3.5f, distanceToPads(x, z));
+    return beach + bumps * smoothStep(0.5f, 3.5f, parts::distanceToPads(kPads, x, z));
 }
 
 /// A ramp that rises to the west and breaks off on its other three sides.
@@ -63,14 +52,10 @@ float height(float x, float z) {
 }
 
 float path(float x, float z) {
-    const auto along = [&](float x0, float z0, float x1, float z1, float width) {
-        const float dx = x1 - x0, dz = z1 - z0;
-        const float t = clamp01(((x - x0) * dx + (z - z0) * dz) / (dx * dx + dz * dz));
-        const float wobble = 0.5f * (fractalNoise(x * 0.7f, z * 0.7f, 77, 2) - 0.5f);
-        return 1 - smoothStep(width * 0.6f, width, std::hypot(x - x0 - t * dx, z - z0 - t * dz) + wobble);
-    };
-    return std::max({along(0, -4, 0, -8, 1.3f), along(0, -8, 7, -6, 1.1f), along(7, -6, 7.5f, 0, 1.1f),
-                     along(0, -8, -6, -10, 1.1f), along(-6, -10, -17, -10, 1.0f), along(7, -2, 6, 10, 1.0f),
-                     along(6, 10, 0, 21, 1.0f), along(6, 10, 9.5f, 17, 1.0f), along(-6, -9, -9, 3, 0.9f)});
+    constexpr parts::Stretch kPath[] = {
+        {0, -4, 0, -8, 1.3f},   {0, -8, 7, -6, 1.1f},   {7, -6, 7.5f, 0, 1.1f},
+        {0, -8, -6, -10, 1.1f}, {-6, -10, -17, -10, 1}, {7, -2, 6, 10, 1},
+        {6, 10, 0, 21, 1},      {6, 10, 9.5f, 17, 1},   {-6, -9, -9, 3, 0.9f}};
+    return parts::trodden(kPath, x, z);
 }
 } // namespace island

@@ -1,6 +1,7 @@
 // What grows: grass and flowers on the meadow, reeds on the beach, the kitchen garden behind the hut.
 
 #include "forge/noise.h"
+#include "levels/growth.h"
 #include "levels/island_parts.h"
 
 #include <algorithm>
@@ -10,45 +11,8 @@ using namespace forge;
 
 namespace island {
 namespace {
-constexpr float kTurn = 6.28318531f;
-
-/// A blade that bends to one side, seen from both.
-void addBlade(Mesh& m, const cVector3& foot, float angle, float tall, float width, float bend) {
-    const cVector3 side(std::cos(angle) * width / 2, 0, std::sin(angle) * width / 2);
-    const cVector3 lean(std::sin(angle) * bend, 0, -std::cos(angle) * bend);
-    const uint32_t a = m.addVertex(foot - side, 0.3f, 0);
-    m.addVertex(foot + side, 0.7f, 0);
-    m.addVertex(foot + lean + cVector3(0, tall, 0), 0.5f, 1);
-    m.addTriangle(a, a + 1, a + 2);
-    m.addTriangle(a + 1, a, a + 2);
-}
-
-Mesh tuft(float x, float z, uint32_t seed, float tall, int blades) {
-    Mesh m;
-    for (int i = 0; i < blades; ++i) {
-        const float angle = kTurn * latticeValue(i, 1, seed), away = 0.14f * latticeValue(i, 2, seed);
-        const float px = x + away * std::sin(angle * 3), pz = z + away * std::cos(angle * 3);
-        addBlade(m, {px, height(px, pz) - 0.03f, pz}, angle, tall * (0.6f + 0.6f * latticeValue(i, 3, seed)),
-                 0.11f, tall * (0.2f + 0.5f * latticeValue(i, 4, seed)));
-    }
-    return m;
-}
-
-/// Five petals round a heart, on a stalk.
-void addFlower(Scenery& s, float x, float z, float tall, Tint tint, uint32_t seed) {
-    const cVector3 foot(x, height(x, z) - 0.02f, z);
-    Mesh stalk;
-    for (float turn : {0.0f, kTurn / 4})
-        addBlade(stalk, foot, turn + static_cast<float>(seed), tall, 0.045f, 0.02f);
-    s.add(kStalks, tinted(stalk, Tint::kLeaf), Scenery::kSeen);
-    const Mesh head = lathe({{0, -0.03f}, {0.10f, 0.0f}, {0.13f, 0.05f}, {0.04f, 0.03f}, {0, 0.05f}}, 6);
-    s.add(kTints,
-          tinted(head, tint)
-              .tilted(18)
-              .turned(57 * static_cast<float>(seed))
-              .moved(foot + cVector3(0, tall, 0)),
-          Scenery::kSeen);
-}
+using growth::addFlower;
+using growth::tuft;
 
 bool isMeadow(float x, float z) {
     const float y = height(x, z), step = 0.3f;
@@ -71,13 +35,14 @@ void scatter(Scenery& s) {
             const auto seed = static_cast<uint32_t>((i + 100) * 331 + j + 100);
             if (latticeValue(i, j, 804) < lush * 1.1f) {
                 const float high = 0.22f + 0.28f * lush;
-                blades.append(tinted(tuft(x, z, seed, high, 4), Tint::kBlade));
+                blades.append(tinted(tuft(height, x, z, seed, high, 4), Tint::kBlade));
             }
             // Flowers keep to their own kind: each noise patch has one colour.
             const float patch = fractalNoise(x * 0.16f, z * 0.16f, 805, 2);
             if (latticeValue(i, j, 806) < 2.6f * (patch - 0.44f)) {
                 const auto kind = static_cast<size_t>(4 * fractalNoise(x * 0.07f + 40, z * 0.07f, 807, 1));
-                addFlower(s, x + 0.2f, z, 0.22f + 0.14f * lush, tints[std::min<size_t>(kind, 3)], seed);
+                addFlower(s, height, x + 0.2f, z, 0.22f + 0.14f * lush, tints[std::min<size_t>(kind, 3)],
+                          seed);
             }
         }
     s.addGround(kGrass, blades, Scenery::kSeen);
@@ -95,33 +60,9 @@ void addReeds(Scenery& s) {
         for (int k = 0; k < 5; ++k) {
             const float x = p.x + 1.1f * (latticeValue(k, 1, ++seed) - 0.5f),
                         z = p.z + 1.1f * (latticeValue(k, 2, seed) - 0.5f);
-            if (height(x, z) > 0.22f) m.append(tuft(x, z, seed, 0.75f, 6));
+            if (height(x, z) > 0.22f) m.append(tuft(height, x, z, seed, 0.75f, 6));
         }
     s.add(kStalks, tinted(m, Tint::kReed), Scenery::kSeen);
-}
-
-void addFence(Scenery& s, float x0, float z0, float x1, float z1) {
-    const float length = std::hypot(x1 - x0, z1 - z0);
-    const int posts = std::max(2, static_cast<int>(std::lround(length / 1.1f)) + 1);
-    cVector3 before;
-    for (int i = 0; i < posts; ++i) {
-        const float t = static_cast<float>(i) / static_cast<float>(posts - 1);
-        const float x = mix(x0, x1, t), z = mix(z0, z1, t), y = height(x, z);
-        const float lean = 0.05f * (latticeValue(i, static_cast<int>(x0 * 10), 95) - 0.5f);
-        s.add(kPlanks, timber({x, y - 0.2f, z}, {x + lean, y + 0.85f, z - lean}, 0.11f), Scenery::kSeen);
-        const cVector3 at(x, y, z);
-        if (i > 0)
-            for (float up : {0.35f, 0.68f})
-                s.add(kPlanks,
-                      timber(before + cVector3(0, up, 0), at + cVector3(0, up + lean * 0.6f, 0), 0.06f),
-                      Scenery::kSeen);
-        before = at;
-    }
-    const float y = std::min(height(x0, z0), height(x1, z1));
-    s.add(kPlanks,
-          box({std::min(x0, x1) - 0.06f, y - 0.3f, std::min(z0, z1) - 0.06f},
-              {std::max(x0, x1) + 0.06f, y + 0.9f, std::max(z0, z1) + 0.06f}),
-          Scenery::kSolid);
 }
 
 void addSunflower(Scenery& s, float x, float z, float tall) {
@@ -159,9 +100,9 @@ bool isFree(float x, float z, float margin) {
 void addGarden(Scenery& s) {
     // Open to the hut in the north, fenced on the other sides.
     constexpr float kWest = -3.6f, kEast = 3.6f, kNorth = 7, kSouth = 11;
-    addFence(s, kWest, kNorth, kWest, kSouth);
-    addFence(s, kWest, kSouth, kEast, kSouth);
-    addFence(s, kEast, kSouth, kEast, kNorth);
+    addFence(s, height, kWest, kNorth, kWest, kSouth);
+    addFence(s, height, kWest, kSouth, kEast, kSouth);
+    addFence(s, height, kEast, kSouth, kEast, kNorth);
     for (int row = 0; row < 3; ++row) {
         const float z = 7.6f + 0.95f * static_cast<float>(row);
         s.add(kTints,
@@ -174,7 +115,8 @@ void addGarden(Scenery& s) {
             if (row == 1) {
                 for (int k = 0; k < 3; ++k)
                     s.add(kTints,
-                          tinted(tuft(x, z, static_cast<uint32_t>(970 + i * 3 + k), 0.35f, 3), Tint::kLeaf)
+                          tinted(tuft(height, x, z, static_cast<uint32_t>(970 + i * 3 + k), 0.35f, 3),
+                                 Tint::kLeaf)
                               .moved({0, 0.07f, 0}),
                           Scenery::kSeen);
             } else {

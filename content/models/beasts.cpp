@@ -21,6 +21,8 @@ struct BeastGait {
     float bob;   ///< of the body, units
     float nod;   ///< of the head, degrees down at the deepest
     float poke;  ///< how sharply it nods: 1 a wave, more: a quick peck and a rest
+    float fall =
+        0; ///< of the body onto its side in the course of the gait, degrees; such a gait does not loop
 };
 /// Facing −z, the middle of its body at the origin.
 struct Beast {
@@ -45,6 +47,13 @@ CharacterPart part(const char* name, const Mesh& shape) {
     return p;
 }
 
+/// Its middle sinks to the ground as it rolls over.
+float sunk(const Beast& b, float roll) {
+    constexpr float kDegree = 57.29578f;
+    const float lying = -b.legs.front().hip.y - b.leg.low().y + b.body.low().x;
+    return -lying * std::sin(roll / kDegree);
+}
+
 Mesh legsAt(const Beast& b, float t, float swing) {
     Mesh m;
     for (const Beast::Leg& leg : b.legs)
@@ -59,10 +68,16 @@ void putBeast(Output& out, const std::string& base, const Beast& b) {
         const AnimationRow row{g.name, static_cast<int>(lower.frames.size()), g.frames, g.fps};
         lower.animations.push_back(row);
         upper.animations.push_back(row);
-        for (int i = 0; i < g.frames; ++i) {
+        // One that does not loop ends with its last pose twice: the game blends towards the frame after it.
+        const int poses = g.fall != 0 ? g.frames + 1 : g.frames;
+        for (int i = 0; i < poses; ++i) {
             const float t = static_cast<float>(i) / static_cast<float>(g.frames);
-            lower.frames.push_back(legsAt(b, t, g.swing).positions);
-            lower.tags.push_back({{"tag_torso", {0, g.bob * std::sin(2 * kTurn * t), 0}}});
+            const float gone = std::min(1.0f, static_cast<float>(i + 1) / static_cast<float>(g.frames));
+            const float roll = g.fall * gone * gone, sink = g.fall != 0 ? sunk(b, roll) : 0;
+            lower.frames.push_back(legsAt(b, t, g.swing).rolled(roll).moved({0, sink, 0}).positions);
+            const Joint side = turnZ(roll);
+            lower.tags.push_back(
+                {{"tag_torso", {0, sink + g.bob * std::sin(2 * kTurn * t), 0}, {side.x, side.y, side.z}}});
             upper.frames.push_back(b.body.positions);
             const float down = std::pow(0.5f - 0.5f * std::cos(kTurn * t), g.poke) * g.nod;
             const Joint j = turnX(-down);
@@ -167,4 +182,61 @@ FORGE_RECIPE(model_tortoise) {
     addEyes(beast.head, {0.15f, 0.34f, -0.56f}, 0.055f);
     beast.gaits = {{"BOTH_IDLE", 36, 10, 0, 0.008f, 14, 1}, {"BOTH_WALK", 24, 21, 30, 0.03f, 8, 1}};
     putBeast(out, "chars/tortoise/tortoise", beast);
+}
+
+// A wild boar, chest high; its feet stand 0.55 below its middle.
+FORGE_RECIPE(model_boar) {
+    Beast boar;
+    boar.leg = tinted(tube({{0, 0.06f, 0}, {0, -0.16f, 0.02f}, {0, -0.33f, 0}}, {0.085f, 0.06f, 0.045f}, 7),
+                      Tint::kBook);
+    boar.leg.append(
+        tinted(lathe({{0, -0.36f}, {0.06f, -0.36f}, {0.05f, -0.28f}, {0, -0.28f}}, 6), Tint::kIron));
+    boar.legs = {{{-0.17f, -0.19f, -0.30f}, 0},
+                 {{0.17f, -0.19f, -0.30f}, 0.5f},
+                 {{-0.16f, -0.19f, 0.34f}, 0.5f},
+                 {{0.16f, -0.19f, 0.34f}, 0}};
+    boar.body =
+        tinted(ball(0.34f, 13, 9).scaled({0.86f, 0.98f, 1.05f}), Tint::kBook).moved({0, 0.06f, -0.16f});
+    boar.body.append(
+        tinted(ball(0.29f, 12, 8).scaled({0.86f, 0.95f, 1.2f}), Tint::kBook).moved({0, 0.0f, 0.24f}));
+    // Bristles along the back, a tail.
+    for (int i = 0; i < 7; ++i) {
+        const float z = -0.42f + 0.14f * static_cast<float>(i),
+                    y = 0.36f - 0.035f * static_cast<float>(i) - (i == 0 ? 0.05f : 0.0f);
+        boar.body.append(
+            tinted(
+                lathe({{0.06f, -0.06f}, {0.035f, 0.06f}, {0, 0.15f}}, 5).scaled({0.5f, 1, 1.2f}).tilted(28),
+                Tint::kIron)
+                .moved({0, y, z}));
+    }
+    boar.body.append(tinted(
+        tube({{0, 0.08f, 0.56f}, {0.03f, 0.02f, 0.66f}, {-0.02f, -0.12f, 0.69f}}, {0.025f, 0.02f, 0.03f}, 5),
+        Tint::kIron));
+    boar.neck = {0, 0.02f, -0.42f};
+    boar.head =
+        tinted(tube({{0, 0.06f, 0.14f}, {0, 0.02f, -0.14f}, {0, -0.10f, -0.38f}}, {0.25f, 0.20f, 0.10f}, 10),
+               Tint::kBook);
+    boar.head.append(
+        tinted(lathe({{0, 0}, {0.095f, 0}, {0.10f, 0.05f}, {0, 0.06f}}, 9).tilted(-112), Tint::kClay)
+            .moved({0, -0.115f, -0.385f}));
+    for (float side : {-1.0f, 1.0f}) {
+        boar.head.append(tinted(tube({{side * 0.09f, -0.14f, -0.28f},
+                                      {side * 0.16f, -0.08f, -0.36f},
+                                      {side * 0.17f, 0.05f, -0.39f}},
+                                     {0.03f, 0.025f, 0.006f}, 6),
+                                Tint::kCream));
+        boar.head.append(tinted(lathe({{0.075f, 0}, {0.06f, 0.1f}, {0, 0.19f}}, 6)
+                                    .scaled({1, 1, 0.4f})
+                                    .tilted(18)
+                                    .rolled(-side * 26),
+                                Tint::kBook)
+                             .moved({side * 0.15f, 0.17f, 0.02f}));
+    }
+    addEyes(boar.head, {0.125f, 0.085f, -0.17f}, 0.035f);
+    boar.gaits = {{"BOTH_IDLE", 36, 12, 0, 0.006f, 26, 3},
+                  {"BOTH_WALK", 14, 21, 26, 0.012f, 8, 1},
+                  {"BOTH_RUN", 8, 25, 48, 0.04f, 14, 1},
+                  {"BOTH_PAW", 12, 18, 16, 0.02f, 34, 1},
+                  {"BOTH_DEATH1", 12, 18, 20, 0, 10, 1, 82}};
+    putBeast(out, "chars/boar/boar", boar);
 }

@@ -158,6 +158,25 @@ Skin upperSkin(const Build& b) {
 
 constexpr TexCoord kHairLow{0, 0}, kHairHigh{0.5f, 0.5f}, kHatLow{0.5f, 0}, kHatHigh{1, 0.5f};
 
+/// A cloth tied round the head, its knot and ends behind.
+void addScarf(Skin& skin) {
+    skin.addBody({{{0, 0.535f, 0.012f}, 0.236f, 0.240f, 0, 0, 0},
+                  {{0, 0.600f, 0.010f}, 0.236f, 0.244f, 0, 0, 0},
+                  {{0, 0.680f, 0.012f}, 0.190f, 0.208f, 0, 0, 0},
+                  {{0, 0.735f, 0.016f}, 0.100f, 0.116f, 0, 0, 0}},
+                 16, kHatLow, kHatHigh, Along::kUp, -0.01f, 0.015f);
+    skin.addPiece(
+        ball(0.06f, 8, 5).mapped(kHatLow.u, kHatLow.v, kHatHigh.u, kHatHigh.v).moved({0, 0.545f, 0.255f}), 0);
+    for (float side : {-1.0f, 1.0f})
+        skin.addPiece(lathe({{0.012f, -0.22f}, {0.055f, -0.2f}, {0.02f, 0}}, 6)
+                          .scaled({1, 1, 0.4f})
+                          .rolled(side * 16)
+                          .tilted(-14)
+                          .mapped(kHatLow.u, kHatLow.v, kHatHigh.u, kHatHigh.v)
+                          .moved({side * 0.03f, 0.54f, 0.27f}),
+                      0);
+}
+
 void addHat(Skin& skin, Hat hat) {
     if (hat == Hat::kFelt)
         skin.addBody({{{0, 0.560f, 0.01f}, 0.330f, 0.340f, 0, 0, 0},
@@ -166,6 +185,7 @@ void addHat(Skin& skin, Hat hat) {
                       {{0, 0.690f, 0.010f}, 0.190f, 0.208f, 0, 0, 0},
                       {{0, 0.740f, 0.010f}, 0.120f, 0.135f, 0, 0, 0}},
                      16, kHatLow, kHatHigh, Along::kUp, -0.01f, 0.01f);
+    if (hat == Hat::kScarf) addScarf(skin);
     // Its brim hangs down to the neck behind and is short in front.
     if (hat == Hat::kSouwester)
         skin.addBody({{{0, 0.440f, 0.115f}, 0.270f, 0.300f, 0, 0, 0},

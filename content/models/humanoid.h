@@ -38,7 +38,7 @@ struct Move {
 const std::vector<Move>& moves();
 
 enum class Hair { kShort, kPonytail, kLong, kTousled };
-enum class Hat { kNone, kFelt, kSouwester };
+enum class Hat { kNone, kFelt, kSouwester, kScarf };
 /// Measures in units from the feet's plane upwards are absolute: the soles lie at −1.25, the crown at 0.75,
 /// before everything is multiplied by `scale`.
 struct Build {

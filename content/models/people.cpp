@@ -82,3 +82,70 @@ FORGE_RECIPE(model_child) {
     dress.freckled = true;
     humanoid::make(out, "chars/child", "child", build, dress, true);
 }
+
+// Edda gathers herbs in the deep wood.
+FORGE_RECIPE(model_herbwoman) {
+    Build build;
+    build.scale = 0.96f;
+    build.girth = 1.04f;
+    build.waist = 1.02f;
+    build.limbs = 0.92f;
+    build.shoulders = 0.22f;
+    build.jaw = 0.94f;
+    build.nose = 1.25f;
+    build.skirt = 0.60f;
+    build.hair = Hair::kLong;
+    build.hat = Hat::kScarf;
+    Dress dress{0xdba27c, 0xb9b3a8, 0x5d7a4a, 0xd98a3d, 0xe9e0c8, 0x5a5044, 0x5d4630, 0x4d351f, 0x4f6f8a};
+    dress.apron = 0xcfc09a;
+    humanoid::make(out, "chars/herbwoman", "herbwoman", build, dress, true);
+}
+
+// Outlanders of the camp: lean, hooded in red, never in the light.
+FORGE_RECIPE(model_raider) {
+    Build build;
+    build.girth = 1.0f;
+    build.waist = 0.94f;
+    build.limbs = 1.04f;
+    build.shoulders = 0.265f;
+    build.jaw = 1.04f;
+    build.nose = 1.1f;
+    build.skirt = 0.26f;
+    build.hat = Hat::kScarf;
+    build.beard = true;
+    Dress dress{0xc58e68, 0x3a2a20, 0x4a4038, 0x9c2f2c, 0x7b6a55, 0x3a3630, 0x2b241e, 0x6b3f22, 0x5a4a3a};
+    humanoid::make(out, "chars/raider", "raider", build, dress, true);
+}
+
+// Corvin takes toll at a bridge that is not his.
+FORGE_RECIPE(model_smuggler) {
+    Build build;
+    build.girth = 1.24f;
+    build.waist = 1.16f;
+    build.limbs = 1.1f;
+    build.shoulders = 0.27f;
+    build.jaw = 1.12f;
+    build.nose = 1.5f;
+    build.skirt = 0.40f;
+    build.hat = Hat::kFelt;
+    Dress dress{0xd7a078, 0x8a4a24, 0x6a4a6e, 0xd0b050, 0xefe2c4, 0x40384a, 0x2e2622, 0x7b5a2a, 0x4a7a5a};
+    dress.striped = true;
+    humanoid::make(out, "chars/smuggler", "smuggler", build, dress, true);
+}
+
+// Marn leads the outlanders and keeps the beacon dark.
+FORGE_RECIPE(model_captain) {
+    Build build;
+    build.scale = 1.08f;
+    build.girth = 1.12f;
+    build.waist = 0.96f;
+    build.limbs = 1.14f;
+    build.shoulders = 0.29f;
+    build.jaw = 1.06f;
+    build.nose = 1.15f;
+    build.skirt = 0.52f;
+    build.hair = Hair::kPonytail;
+    build.beard = true;
+    Dress dress{0xcf9a72, 0x1f1a1a, 0x7a1f26, 0xd9b54a, 0xf0e6d2, 0x2c2a30, 0x1f1a18, 0xa8803a, 0x6a8a9a};
+    humanoid::make(out, "chars/captain", "captain", build, dress, true);
+}

@@ -2,10 +2,13 @@
 #include "forge/preview.h"
 #include "forge/recipes.h"
 #include "forge/writers.h"
+#include "levels/growth.h"
 
 #include <cmath>
 
 using namespace forge;
+using growth::foliage;
+using growth::skirt;
 
 // Things that stand about: static models in units, standing on y 0. The level scales them to half their
 // longest side.
@@ -35,47 +38,6 @@ void putModel(Output& out, const std::string& name, const Parts& parts) {
 
 Mesh boxOf(float x0, float y0, float z0, float x1, float y1, float z1, float repeats = 0.8f) {
     return faceted(box({x0, y0, z0}, {x1, y1, z1}, repeats));
-}
-
-/// A ball of leaves: lumpy, flat below. The strokes of its picture hang down from the crown.
-Mesh foliage(float radius, uint32_t seed) {
-    Mesh m = ball(radius, 14, 9);
-    for (cVector3& p : m.positions) {
-        const float k =
-            0.82f + 0.36f * noise(p.x / radius * 2 + 7, p.z / radius * 2 + p.y / radius * 3 + 7, seed);
-        p = {p.x * k, p.y * k * (p.y < 0 ? 0.62f : 0.95f), p.z * k};
-    }
-    const float repeats = std::max(1.0f, std::round(radius * 3));
-    for (TexCoord& t : m.texCoords) t = {t.u * repeats, t.v * repeats * 0.5f};
-    return m;
-}
-
-/// One skirt of a conifer: points droop round its rim.
-Mesh skirt(float radius, float foot, float tall, float turn) {
-    constexpr int kPoints = 9;
-    Mesh m;
-    const auto ring = [&](float r, float y, float v, bool jagged) {
-        for (int i = 0; i <= 2 * kPoints; ++i) {
-            const float a = 6.28318531f * (static_cast<float>(i % (2 * kPoints)) / (2 * kPoints)) + turn;
-            const bool tip = i % 2 == 0;
-            const float far = jagged ? (tip ? 1.0f : 0.78f) : 1.0f,
-                        drop = jagged && tip ? 0.16f * radius : 0.0f;
-            m.addVertex({r * far * std::sin(a), y - drop, r * far * std::cos(a)},
-                        static_cast<float>(i) / (2 * kPoints) * std::max(1.0f, std::round(radius * 3)), v);
-        }
-    };
-    ring(0, foot + 0.30f * tall, 0.4f, false);
-    ring(radius, foot, 0, true);
-    ring(radius * 0.55f, foot + 0.42f * tall, 0.5f, false);
-    ring(0, foot + tall, 1, false);
-    constexpr uint32_t kRow = 2 * kPoints + 1;
-    for (uint32_t j = 0; j < 3; ++j)
-        for (uint32_t i = 0; i + 1 < kRow; ++i) {
-            const uint32_t k = j * kRow + i;
-            m.addTriangle(k, k + 1, k + kRow + 1);
-            m.addTriangle(k, k + kRow + 1, k + kRow);
-        }
-    return m;
 }
 } // namespace
 
@@ -407,4 +369,74 @@ FORGE_RECIPE(thing_hand_arms) {
     const Parts grenade = {{"shell", "", kGreen, egg}, {"cap", "", kSteel, cap}};
     out.put("3ds/grenade.3ds", threeDsFile(grenade));
     out.put("s_mdl/grenade.cpm", cpmFile(grenade));
+}
+
+// What flies: a bolt, a stone, a flask; all point along −z.
+FORGE_RECIPE(thing_missiles) {
+    Mesh shaft = tube({{0, 0, 0.5f}, {0, 0, -0.4f}}, {0.028f, 0.028f}, 6);
+    Mesh head = tube({{0, 0, -0.38f}, {0, 0, -0.44f}, {0, 0, -0.6f}}, {0.03f, 0.06f, 0.004f}, 6);
+    Mesh vanes;
+    for (float turn : {0.0f, 120.0f, 240.0f})
+        vanes.append(boxOf(-0.008f, 0.02f, 0.26f, 0.008f, 0.12f, 0.5f).rolled(turn));
+    putModel(out, "bolt",
+             {{"shaft", kBeams, {}, shaft}, {"head", "", kSteel, head}, {"vanes", "", kRed, vanes}});
+    putModel(out, "rock", {{"stone", kStone, {}, faceted(parts::boulder(0.5f, 77))}});
+    Mesh glass = lathe(
+        {{0, 0}, {0.3f, 0.04f}, {0.36f, 0.3f}, {0.26f, 0.52f}, {0.1f, 0.62f}, {0.1f, 0.82f}, {0, 0.82f}}, 10);
+    Mesh cork = lathe({{0, 0.8f}, {0.085f, 0.8f}, {0.075f, 0.95f}, {0, 0.95f}}, 8);
+    putModel(out, "flask", {{"glass", "", kRed, glass}, {"cork", kBeams, {}, cork}});
+}
+
+// The beacon's iron bowl on three legs, and its fire.
+FORGE_RECIPE(thing_beacon) {
+    Mesh bowl = lathe({{0, 0.7f},
+                       {0.5f, 0.8f},
+                       {0.85f, 1.25f},
+                       {0.92f, 1.25f},
+                       {0.92f, 1.35f},
+                       {0.78f, 1.3f},
+                       {0.42f, 0.95f},
+                       {0, 0.9f}},
+                      14);
+    for (float a : {30.0f, 150.0f, 270.0f})
+        bowl.append(tube({{0.62f, 0, 0}, {0.4f, 0.8f, 0}}, {0.06f, 0.07f}, 6).turned(a));
+    Mesh wood;
+    for (int i = 0; i < 5; ++i)
+        wood.append(tube({{-0.55f, 1.15f, 0}, {0.5f, 1.38f, 0}}, {0.09f, 0.08f}, 7)
+                        .turned(72 * static_cast<float>(i)));
+    putModel(out, "beacon", {{"iron", "", kIron, bowl}, {"wood", kBeams, {}, wood}});
+    Mesh outer, inner;
+    for (int i = 0; i < 8; ++i) {
+        const float a = 0.785f * static_cast<float>(i), tall = 1.1f + 0.7f * latticeValue(i, 1, 781);
+        const Mesh tongue =
+            lathe({{0, 0}, {0.24f, 0.12f}, {0.2f, 0.35f * tall}, {0.08f, 0.75f * tall}, {0, tall}}, 6);
+        (i % 2 == 0 ? outer : inner).append(tongue.moved({0.38f * std::sin(a), 0, 0.38f * std::cos(a)}));
+    }
+    inner.append(lathe({{0, 0}, {0.3f, 0.2f}, {0.22f, 0.9f}, {0.1f, 1.6f}, {0, 2.2f}}, 8));
+    putModel(out, "flame", {{"outer", "", {240, 138, 36, 0}, outer}, {"inner", "", kGlow, inner}});
+}
+
+// A heap of stones to throw, a powder box, the toll gate.
+FORGE_RECIPE(thing_supplies) {
+    Mesh heap;
+    uint32_t seed = 790;
+    for (const auto& [x, y, z] : {std::tuple{-0.16f, 0.09f, 0.1f},
+                                  {0.15f, 0.09f, 0.12f},
+                                  {0.0f, 0.09f, -0.15f},
+                                  {0.0f, 0.25f, 0.02f}})
+        heap.append(parts::boulder(0.17f, ++seed).moved({x, y, z}));
+    putModel(out, "stones", {{"stone", kStone, {}, faceted(heap)}});
+    Mesh boards = boxOf(-0.32f, 0, -0.2f, 0.32f, 0.3f, 0.2f, 1.4f);
+    Mesh frame;
+    for (float x : {-0.34f, 0.28f}) frame.append(boxOf(x, -0.01f, -0.22f, x + 0.06f, 0.33f, 0.22f));
+    Mesh mark = boxOf(-0.1f, 0.08f, 0.2f, 0.1f, 0.22f, 0.215f);
+    putModel(out, "powder",
+             {{"boards", kPlanks, {}, boards}, {"frame", kBeams, {}, frame}, {"mark", "", kRed, mark}});
+    Mesh rails;
+    for (float y : {0.25f, 0.75f, 1.25f}) rails.append(boxOf(-1.5f, y, -0.05f, 1.5f, y + 0.14f, 0.05f));
+    for (int i = 0; i < 7; ++i) {
+        const float x = -1.42f + 0.44f * static_cast<float>(i);
+        rails.append(boxOf(x, 0.05f, -0.09f, x + 0.16f, 1.6f + 0.12f * static_cast<float>(i % 2), -0.04f));
+    }
+    putModel(out, "tollgate", {{"rails", kPlanks, {}, rails}});
 }

@@ -59,12 +59,76 @@ void drawApple(Canvas& c, float x, float y) {
     rimmed(c, ellipse(x + 43, y + 17, 8, 4), rgb(0x62a542));
 }
 
-void drawRounds(Canvas& c, float x, float y) {
-    for (int i = 0; i < 3; ++i) {
-        const float px = x + 12 + 15 * static_cast<float>(i);
-        rimmed(c, rectangle(px, y + 26, 10, 26, 2), kGold);
-        rimmed(c, ellipse(px + 5, y + 22, 5, 10), rgb(0xb77a4a));
+void drawCoin(Canvas& c, float x, float y) {
+    for (const auto& [px, py] : {std::pair{24.0f, 42.0f}, {42.0f, 38.0f}, {31.0f, 22.0f}}) {
+        rimmed(c, ellipse(x + px, y + py, 13, 12), kGold);
+        c.fill(outline(ellipse(x + px, y + py, 9, 8), 1.6f), shaded(kGold, 0.72f));
+        c.fill(stroke(x + px, y + py - 4, x + px, y + py + 4, 2), shaded(kGold, 0.65f));
     }
+}
+
+void drawSabre(Canvas& c, float x, float y) {
+    rimmed(c, polyline({{x + 19, y + 44}, {x + 33, y + 33}, {x + 45, y + 20}, {x + 53, y + 7}}, 7), kSteel);
+    c.fill(polyline({{x + 21, y + 42}, {x + 34, y + 31}, {x + 45, y + 19}}, 1.6f), rgb(0xe9eef2));
+    rimmed(c, stroke(x + 10, y + 55, x + 18, y + 46, 7), kWood);
+    c.fill(outline(ellipse(x + 17, y + 49, 9, 7), 3.4f), kGold);
+    rimmed(c, stroke(x + 12, y + 38, x + 25, y + 51, 4), kGold);
+}
+
+void drawCrossbow(Canvas& c, float x, float y) {
+    rimmed(c, stroke(x + 14, y + 52, x + 44, y + 20, 8), kWood);
+    rimmed(c, polyline({{x + 24, y + 8}, {x + 40, y + 12}, {x + 50, y + 22}, {x + 56, y + 40}}, 5),
+           shaded(kWood, 0.75f));
+    c.fill(polyline({{x + 25, y + 9}, {x + 31, y + 34}, {x + 55, y + 39}}, 1.6f), rgb(0xe8dfc8));
+    c.fill(stroke(x + 28, y + 37, x + 53, y + 10, 2.6f), kSteel);
+    rimmed(c, polygon({{x + 58, y + 5}, {x + 49, y + 9}, {x + 54, y + 14}}), kSteel);
+}
+
+void drawRifle(Canvas& c, float x, float y) {
+    rimmed(c, polygon({{x + 4, y + 44}, {x + 16, y + 36}, {x + 22, y + 42}, {x + 9, y + 57}}), kWood);
+    rimmed(c, stroke(x + 17, y + 41, x + 34, y + 28, 7), kWood);
+    rimmed(c, stroke(x + 24, y + 34, x + 59, y + 7, 4.4f), kSteel);
+    rimmed(c, stroke(x + 25, y + 24, x + 41, y + 12, 6), shaded(kGold, 0.9f));
+    c.fill(outline(disc(x + 27, y + 43, 5), 2.4f), kSteel);
+}
+
+void drawRock(Canvas& c, float x, float y) {
+    rimmed(c,
+           polygon({{x + 10, y + 42},
+                    {x + 16, y + 22},
+                    {x + 34, y + 12},
+                    {x + 51, y + 24},
+                    {x + 55, y + 44},
+                    {x + 36, y + 54},
+                    {x + 18, y + 52}}),
+           rgb(0x8f9196));
+    c.fill(polygon({{x + 17, y + 24}, {x + 34, y + 14}, {x + 40, y + 26}, {x + 26, y + 34}}), rgb(0xb9bbbd));
+    c.fill(polyline({{x + 26, y + 34}, {x + 31, y + 50}}, 2), rgb(0x6c6e74));
+    c.fill(polyline({{x + 40, y + 26}, {x + 53, y + 38}}, 2), rgb(0x6c6e74));
+}
+
+void drawDraught(Canvas& c, float x, float y) {
+    rimmed(c, ellipse(x + 32, y + 40, 16, 16), rgb(0xa8ccd2));
+    rimmed(c, rectangle(x + 26, y + 14, 12, 14, 2), rgb(0xa8ccd2));
+    c.fill(both(ellipse(x + 32, y + 40, 14, 14), rectangle(x + 10, y + 36, 44, 24)), rgb(0xd0414f));
+    c.fill(ellipse(x + 25, y + 36, 3, 6), rgb(0xffffff, 0.75f));
+    rimmed(c, rectangle(x + 27, y + 7, 10, 8, 2), kWood);
+}
+
+void drawFlint(Canvas& c, float x, float y) {
+    rimmed(c, outline(polyline({{x + 16, y + 20}, {x + 16, y + 46}, {x + 30, y + 52}}, 10), 4), kSteel);
+    rimmed(
+        c,
+        polygon({{x + 30, y + 40}, {x + 38, y + 22}, {x + 54, y + 28}, {x + 52, y + 46}, {x + 38, y + 52}}),
+        rgb(0x5a5560));
+    for (const auto& [px, py] : {std::pair{30.0f, 12.0f}, {42.0f, 10.0f}, {24.0f, 24.0f}})
+        c.fill(stroke(x + px, y + py - 4, x + px, y + py + 4, 2.4f), rgb(0xffd76a));
+}
+
+void drawTusk(Canvas& c, float x, float y) {
+    rimmed(c, polyline({{x + 14, y + 50}, {x + 30, y + 48}, {x + 44, y + 36}, {x + 50, y + 14}}, 10),
+           rgb(0xf2e7c9));
+    c.fill(polyline({{x + 16, y + 48}, {x + 30, y + 45}, {x + 42, y + 34}}, 2), rgb(0xffffff, 0.8f));
 }
 
 void drawLetter(Canvas& c, float x, float y) {
@@ -79,9 +143,9 @@ void drawHighlight(Canvas& c, float x, float y) {
 }
 
 using Draw = void (*)(Canvas&, float, float);
-constexpr Draw kCells[16] = {drawPistol, drawGrenade, drawStick, drawKey,      drawApple, drawRounds,
-                             drawLetter, nullptr,     nullptr,   nullptr,      nullptr,   nullptr,
-                             nullptr,    nullptr,     nullptr,   drawHighlight};
+constexpr Draw kCells[16] = {drawPistol, drawGrenade, drawStick,    drawKey,      drawApple, drawCoin,
+                             drawLetter, drawSabre,   drawCrossbow, drawRifle,    drawRock,  drawDraught,
+                             drawFlint,  drawTusk,    nullptr,      drawHighlight};
 } // namespace
 
 FORGE_RECIPE(picture_items) {

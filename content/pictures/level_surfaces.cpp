@@ -1,7 +1,6 @@
 #include "forge/canvas.h"
 #include "forge/noise.h"
 #include "forge/recipes.h"
-#include "levels/island_ground.h"
 
 #include <algorithm>
 #include <cmath>
@@ -162,89 +161,4 @@ FORGE_RECIPE(picture_level_surfaces) {
         picture.cover(surface.paint);
         out.put(surface.file, picture.tga(24));
     }
-}
-
-namespace {
-constexpr int kLayerSize = 1024;
-constexpr int kRampRows = 48;
-
-cVector3 groundNormal(float x, float z) {
-    constexpr float kStep = 0.35f;
-    const float dx = island::height(x + kStep, z) - island::height(x - kStep, z);
-    const float dz = island::height(x, z + kStep) - island::height(x, z - kStep);
-    return cVector3(-dx, 2 * kStep, -dz).normalized();
-}
-
-/// Soft shadow of an upright box that stands on the meadow.
-float boxShadow(float x, float z, float x0, float z0, float x1, float z1, float tall) {
-    // The shadow falls away from the sun: the box swept by the offset of its top.
-    const float sx = -island::kTowardsSun.x / island::kTowardsSun.y * tall;
-    const float sz = -island::kTowardsSun.z / island::kTowardsSun.y * tall;
-    float best = 1e9f;
-    for (int i = 0; i <= 6; ++i) {
-        const float t = static_cast<float>(i) / 6, ox = sx * t, oz = sz * t;
-        const float dx = std::max({x0 + ox - x, x - x1 - ox, 0.0f}),
-                    dz = std::max({z0 + oz - z, z - z1 - oz, 0.0f});
-        best = std::min(best, std::hypot(dx, dz));
-    }
-    return 1 - smoothStep(-0.2f, 0.9f, best);
-}
-
-float shadows(float x, float z) {
-    struct Box {
-        float x0, z0, x1, z1, tall;
-    };
-    constexpr Box kBoxes[] = {{-4.9f, -5, 4.9f, 5, 4.5f},
-                              {13.5f, -3, 18.5f, 3, 2.5f},
-                              {-14, 6, -9, 11, 1.1f},
-                              {-4, 14, 4, 14.7f, 3.2f},
-                              {8, 5, 11, 12, 2},
-                              {7.5f, -1.5f, 13.5f, 1.5f, 1},
-                              {15, -6.2f, 17.5f, -3, 1.2f},
-                              {-19.2f, -11.2f, -16.8f, -8.8f, 7}};
-    float result = 0;
-    for (const Box& b : kBoxes) result = std::max(result, boxShadow(x, z, b.x0, b.z0, b.x1, b.z1, b.tall));
-    return result;
-}
-
-Colour groundColour(float x, float z) {
-    const float y = island::height(x, z);
-    const cVector3 n = groundNormal(x, z);
-    const float patches = fractalNoise(x * 0.35f, z * 0.35f, 71, 4), fine = fractalNoise(x * 2, z * 2, 72, 2);
-    Colour c = mix(rgb(0x5f9a3e), rgb(0x9cc257), smoothStep(0.3f, 0.7f, patches));
-    c = mix(c, rgb(0x4f8a46), 0.35f * smoothStep(0.55f, 0.75f, fine));
-    const float sand = 1 - smoothStep(0.9f, 1.7f, y + 0.8f * (patches - 0.5f));
-    c = mix(c, mix(rgb(0xe9d59a), rgb(0xd9bd7e), fine), sand);
-    c = mix(c, rgb(0xb79b72), 1 - smoothStep(-0.3f, 0.25f, y));
-    // The last wave's edge, where the waves' crests reach: a broken line of foam on wet sand.
-    const float surf = y + 0.16f * (fractalNoise(x * 0.8f, z * 0.8f, 73, 3) - 0.5f);
-    c = mix(c, shaded(c, 0.80f), smoothStep(0.46f, 0.36f, surf) * smoothStep(-0.4f, 0.1f, surf));
-    const float line = smoothStep(0.09f, 0.02f, std::fabs(surf - 0.27f)) +
-                       0.7f * smoothStep(0.06f, 0.0f, std::fabs(surf - 0.06f));
-    const float foam = clamp01(line) * smoothStep(0.22f, 0.42f, fractalNoise(x * 1.6f, z * 1.6f, 74, 2));
-    c = mix(c, rgb(0x3d7a78), 1 - smoothStep(-4.0f, -0.4f, y));
-    c = mix(c, mix(rgb(0xc9a873), rgb(0xb08f5f), fine), island::path(x, z));
-    const float steep = smoothStep(0.86f, 0.72f, n.y) * smoothStep(-0.5f, 0.6f, y);
-    c = mix(c, mix(rgb(0x8d8478), rgb(0xb3a894), patches), 1 - smoothStep(0.72f, 0.88f, n.y) > 0 ? steep : 0);
-    c = mix(c, rgb(0xf7fbf4), 0.85f * foam);
-    const float light = 0.62f + 0.44f * std::max(0.0f, n.dot(island::kTowardsSun));
-    c = shaded(c, light * (1 - 0.34f * shadows(x, z)) * 1.08f);
-    // Deep down the bed takes the colour of the sky's lower half, so that its border does not show.
-    return mix(rgb(0x22749a), c, smoothStep(-4.5f, -0.6f, y));
-}
-} // namespace
-
-// What lies over the detail of the island: the ground's colour, light and shadows as seen from above, and
-// along its lower border, which nothing but deep sea bed shows, the brightness ramp for everything built.
-FORGE_RECIPE(picture_island_layer) {
-    Canvas picture(kLayerSize, kLayerSize);
-    constexpr float kScale = 2 * island::kHalfSize / kLayerSize;
-    picture.cover([](float x, float y) {
-        if (y >= kLayerSize - kRampRows) {
-            const float v = 0.4f + 0.6f * clamp01((x / kLayerSize - 0.02f) / 0.96f);
-            return Colour{v, v, v, 1};
-        }
-        return groundColour(x * kScale - island::kHalfSize, y * kScale - island::kHalfSize);
-    });
-    out.put("src_mdl/island_layer.tga", picture.tga(24));
 }

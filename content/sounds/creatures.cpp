@@ -54,6 +54,25 @@ FORGE_RECIPE(sound_grunt) {
     out.put("sounds/grunt.wav", wavFile(s, -6));
 }
 
+// A wild boar: two snorts and a squeal.
+FORGE_RECIPE(sound_boar) {
+    Voice growl;
+    growl.hertz = {{0, 95}, {0.2f, 120}, {0.45f, 80}};
+    growl.loudness = {{0, 0}, {0.03f, 1}, {0.14f, 0.2f}, {0.2f, 0.9f}, {0.45f, 0}};
+    growl.vowels = {{0, {420, 1000, 2300}}, {0.45f, {330, 800, 2000}}};
+    growl.breath = 0.45f;
+    growl.rough = 0.6f;
+    Sound s = Sound::spoken(0.45f, growl, 331);
+    Voice squeal;
+    squeal.hertz = {{0, 420}, {0.12f, 760}, {0.4f, 520}};
+    squeal.loudness = {{0, 0}, {0.05f, 1}, {0.25f, 0.7f}, {0.4f, 0}};
+    squeal.vowels = {{0, {700, 1700, 2900}}, {0.4f, {600, 1500, 2700}}};
+    squeal.breath = 0.3f;
+    squeal.rough = 0.5f;
+    s.add(0.36f, Sound::spoken(0.4f, squeal, 332), 0.7f);
+    out.put("sounds/boar.wav", wavFile(s, -5));
+}
+
 // Three cries that fall; the first is the longest.
 FORGE_RECIPE(sound_gull) {
     Sound s(1.9f);

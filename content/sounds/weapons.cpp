@@ -19,6 +19,19 @@ FORGE_RECIPE(sound_pistol) {
     out.put("sounds/pistol.wav", wavFile(s.room(0.9f, 0.35f), -3));
 }
 
+// A long barrel: a harder crack, a deeper roll that comes back from the mountain.
+FORGE_RECIPE(sound_rifle) {
+    Sound s(1.5f);
+    s.add(0, Sound::struck(0.05f, {{1900, 0.3f, 0.006f}, {3100, 0.2f, 0.004f}}));
+    Sound bang = Sound::hiss(0.6f, 104)
+                     .low({{0, 12000}, {0.02f, 5200}, {0.2f, 600}, {0.6f, 200}})
+                     .strike(0.0004f, 0.05f);
+    bang.add(0, Sound::tone(0.4f, {{0, 150}, {0.05f, 62}, {0.4f, 40}}).strike(0.001f, 0.12f), 0.6f);
+    s.add(0.03f, bang.peak(1).drive(2.6f));
+    s.add(0.42f, Sound::hiss(0.9f, 105).low({{0, 480}, {0.9f, 160}}).strike(0.14f, 0.28f), 0.4f);
+    out.put("sounds/rifle.wav", wavFile(s.room(1.2f, 0.4f), -3));
+}
+
 // Ball, ramrod, cock.
 FORGE_RECIPE(sound_reload) {
     Sound s(1.0f);

@@ -34,6 +34,14 @@ void Output::problem(const std::string& sentence) {
     problems_.push_back(sentence);
 }
 
+void Output::merge(Output&& other) {
+    for (auto& [name, bytes] : other.files_) put(name, std::move(bytes));
+    const auto append = [](auto& to, auto& from) { to.insert(to.end(), from.begin(), from.end()); };
+    append(octreeLines_, other.octreeLines_);
+    append(promised_, other.promised_);
+    append(problems_, other.problems_);
+}
+
 static bool holdsAlready(const fs::path& path, const platform::Bytes& bytes) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return false;

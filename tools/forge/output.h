@@ -14,6 +14,8 @@ public:
     /// One console line that makes an octree once the game program is there.
     void addOctree(const std::string& commandLine, const std::string& madeFile);
     void problem(const std::string& sentence);
+    /// Takes over what another recipe has made.
+    void merge(Output&& other);
 
     bool has(const std::string& name) const { return files_.count(name) != 0; }
     const std::map<std::string, platform::Bytes>& files() const { return files_; }

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
 
 namespace forge {
 namespace {
@@ -138,6 +139,8 @@ private:
 } // namespace
 
 void addPreview(const PreviewShot& shot, Parts parts) {
+    static std::mutex mutex; // recipes run side by side
+    const std::lock_guard lock(mutex);
     shots().push_back({shot, std::move(parts)});
 }
 

@@ -1,17 +1,19 @@
+#include "levels/sky.h"
+
 #include "forge/canvas.h"
 #include "forge/noise.h"
-#include "forge/recipes.h"
-#include "forge/writers.h"
 
 #include <cmath>
 
 using namespace forge;
 
+namespace sky {
 namespace {
 constexpr float kTurn = 6.28318531f;
 constexpr float kDome = 800, kIslands = 640; // distances in units; one sees 1100 far
 constexpr float kSea = 420;                  // half the side of the water
 constexpr int kSeaCells = 32;
+constexpr const char* kWaterPicture = "env\\water.tga";
 constexpr int kSkyWidth = 2048, kSkyHeight = 1024;
 constexpr float kTexelsPerDegree = kSkyWidth / 360.0f;
 
@@ -25,11 +27,11 @@ struct Cloud {
 };
 
 /// Big heaps near the horizon, small ones higher up; the eye reads their size as distance.
-std::vector<Cloud> clouds() {
+std::vector<Cloud> clouds(uint32_t seed) {
     constexpr int kHeaps = 15, kPuffs = 17;
     std::vector<Cloud> all;
     for (int i = 0; i < kHeaps; ++i) {
-        const auto chance = [&](int k) { return latticeValue(i, k, 211); };
+        const auto chance = [&](int k) { return latticeValue(i, k, seed); };
         const float size = i % 3 == 0 ? 1.0f : 0.35f + 0.3f * chance(1);
         Cloud cloud{360.0f / kHeaps * (static_cast<float>(i) + 0.6f * chance(2)),
                     i % 3 == 0 ? 3.5f + 4 * chance(3) : 11 + 15 * chance(3),
@@ -39,10 +41,10 @@ std::vector<Cloud> clouds() {
         for (int k = 0; k < kPuffs; ++k) {
             // From high and far back to low and near: every later puff covers the ones before it.
             const float rank = static_cast<float>(k) / (kPuffs - 1);
-            const float x = 2 * latticeValue(i, 20 + k, 212) - 1;
+            const float x = 2 * latticeValue(i, 20 + k, seed + 1) - 1;
             const float room = std::sqrt(std::max(0.0f, 1 - x * x));
             const float radius =
-                cloud.tall * (0.20f + 0.22f * latticeValue(i, 60 + k, 213)) * (0.5f + room / 2);
+                cloud.tall * (0.20f + 0.22f * latticeValue(i, 60 + k, seed + 2)) * (0.5f + room / 2);
             const float y = cloud.tall * room * (1 - rank) * 0.8f + radius * 0.45f;
             cloud.puffs.push_back({x * cloud.halfWidth, y, radius});
         }
@@ -52,7 +54,8 @@ std::vector<Cloud> clouds() {
 }
 
 /// Paints `cloud` over `c` at a direction of the sky, in degrees.
-Colour withCloud(const Colour& c, const Cloud& cloud, float azimuth, float elevation) {
+Colour withCloud(const Colour& c, const Cloud& cloud, float azimuth, float elevation,
+                 const Palette& palette) {
     float dx = std::remainder(azimuth - cloud.azimuth, 360.0f) * std::cos(elevation * kTurn / 360);
     const float dy = elevation - cloud.base;
     if (std::fabs(dx) > cloud.halfWidth * 1.4f || dy < -1 || dy > cloud.tall * 1.6f) return c;
@@ -65,8 +68,8 @@ Colour withCloud(const Colour& c, const Cloud& cloud, float azimuth, float eleva
         // A ball lit from above and the right, in three soft tones; its foot dissolves into the air.
         const float z = std::sqrt(std::max(0.0f, 1 - x * x - y * y));
         const float light = 0.42f * x + 0.80f * y + 0.36f * z + 0.35f * (dy / cloud.tall);
-        Colour tone = mix(rgb(0xb9cfe4), rgb(0xe3edf5), smoothStep(-0.28f, -0.08f, light));
-        tone = mix(tone, rgb(0xfffdf6), smoothStep(0.22f, 0.46f, light));
+        Colour tone = mix(rgb(palette.cloudShade), rgb(palette.cloudTone), smoothStep(-0.28f, -0.08f, light));
+        tone = mix(tone, rgb(palette.cloudLight), smoothStep(0.22f, 0.46f, light));
         const float edge = smoothStep(0.0f, 0.9f / (p.radius * kTexelsPerDegree), inside);
         result = mix(result, tone, edge * smoothStep(-0.1f, 0.22f * cloud.tall, dy));
     }
@@ -74,18 +77,18 @@ Colour withCloud(const Colour& c, const Cloud& cloud, float azimuth, float eleva
 }
 
 /// v 0 is straight down, 0.5 the horizon, 1 straight up.
-Colour sky(float u, float v, const std::vector<Cloud>& heaps) {
+Colour skyColour(float u, float v, const std::vector<Cloud>& heaps, const Palette& palette) {
     const float up = (v - 0.5f) * 2;
-    if (up < 0) return mix(rgb(0xa9d6e4), rgb(0x1f6a8c), smoothStep(0, 0.16f, -up));
-    Colour c = mix(rgb(0xe9f3ea), rgb(0x9fd3ee), smoothStep(0, 0.20f, up));
-    c = mix(c, rgb(0x4a9ade), smoothStep(0.12f, 0.62f, up));
-    c = mix(c, rgb(0x2f78c4), smoothStep(0.55f, 1.0f, up));
+    if (up < 0) return mix(rgb(palette.below), rgb(palette.deep), smoothStep(0, 0.16f, -up));
+    Colour c = mix(rgb(palette.horizon), rgb(palette.low), smoothStep(0, 0.20f, up));
+    c = mix(c, rgb(palette.middle), smoothStep(0.12f, 0.62f, up));
+    c = mix(c, rgb(palette.zenith), smoothStep(0.55f, 1.0f, up));
     // Thin veils high up; they end before the zenith, where the texture runs together.
     const float veil = fractalNoise(u * 12, v * 60, 201, 5, 12);
-    c = mix(c, rgb(0xf4fafc),
+    c = mix(c, rgb(palette.veil),
             0.45f * smoothStep(0.55f, 0.8f, veil) * smoothStep(0.2f, 0.35f, up) *
                 smoothStep(0.75f, 0.5f, up));
-    for (const Cloud& heap : heaps) c = withCloud(c, heap, u * 360, up * 90);
+    for (const Cloud& heap : heaps) c = withCloud(c, heap, u * 360, up * 90, palette);
     return c;
 }
 
@@ -159,25 +162,29 @@ Colour waterColour(float x, float y) {
 }
 } // namespace
 
-// Sky, horizon and sea of the island.
-FORGE_RECIPE(environment_island) {
-    Canvas skyPicture(kSkyWidth, kSkyHeight);
-    const std::vector<Cloud> heaps = clouds();
-    skyPicture.cover([&](float x, float y) { return sky(x / kSkyWidth, 1 - y / kSkyHeight, heaps); });
-    out.put("env/island_sky.tga", skyPicture.tga(24));
-    Canvas water(256, 256);
-    water.cover([](float x, float y) { return waterColour(x / 256, y / 256); });
-    out.put("env/island_water.tga", water.tga(32));
+void put(Output& out, const std::string& name, const Palette& palette, const Place& place) {
+    Canvas picture(kSkyWidth, kSkyHeight);
+    const std::vector<Cloud> heaps = clouds(palette.cloudSeed);
+    picture.cover(
+        [&](float x, float y) { return skyColour(x / kSkyWidth, 1 - y / kSkyHeight, heaps, palette); });
+    out.put("env/" + name + "_sky.tga", picture.tga(24));
 
     Environment e;
-    e.light = {220, 300, 300};
-    e.deathHeight = -0.4f; // of the hero's middle: up to the neck
+    e.light = place.light;
+    e.deathHeight = place.deathHeight;
     e.hasWater = true;
     e.waterScale = 0.3f;
     e.waterHeight = 0;
-    e.sky2 = {{"sky", "env\\island_sky.tga", {}, dome()}};
-    e.sky1 = {{"far", "", {150, 190, 208, 0}, farIslands(9, 1, 34, 41)},
-              {"near", "", {112, 160, 178, 0}, farIslands(5, 0.8f, 26, 42)}};
-    e.water = {{"sea", "env\\island_water.tga", {}, sea()}};
-    out.put("env/island.env", environmentFile(e));
+    e.sky2 = {{"sky", "env\\" + name + "_sky.tga", {}, dome()}};
+    e.sky1 = {{"far", "", place.farLand, farIslands(place.farCount, 1, place.farTall, 41)},
+              {"near", "", place.nearLand, farIslands(5, 0.8f, place.farTall * 0.76f, 42)}};
+    e.water = {{"sea", kWaterPicture, {}, sea()}};
+    out.put("env/" + name + ".env", environmentFile(e));
+}
+} // namespace sky
+
+FORGE_RECIPE(picture_water) {
+    Canvas water(256, 256);
+    water.cover([](float x, float y) { return sky::waterColour(x / 256, y / 256); });
+    out.put("env/water.tga", water.tga(32));
 }
