@@ -6,6 +6,9 @@
 
 /// The words of level documents, as data rows. Compiler, reference pages and tests read the same rows.
 
+/// In place of a level's file: where swap_level leads after the last level.
+constexpr std::string_view kEndOfTheGame = "end";
+
 struct CmlElementRow {
     std::string_view tag;
     std::string_view keyAttribute; ///< empty: none

@@ -1,10 +1,11 @@
-// The 2D layer of cWorld at the end of a frame: inventory, crosshair, panel, messages, fades, the action music's envelope, the end of a
-// level.
+// The 2D layer of cWorld at the end of a frame: inventory, crosshair, panel, messages, fades, the action
+// music's envelope, the end of a level.
 
 #include "audio/audio_mgr.h"
 #include "platform/clock.h"
 #include "platform/gl_api.h"
 #include "render/renderer.h"
+#include "script/cml_vocabulary.h"
 #include "ui/menu.h"
 #include "world/world.h"
 
@@ -70,7 +71,7 @@ void stepLevelChange(cWorld& world) {
     if (world.levelChangePending <= kFadeEnd) return;
     world.levelChangePending = 0;
     world.intensity = world.intensityRising = 0;
-    if (world.levelFile == "end") {
+    if (world.levelFile == kEndOfTheGame) {
         showEnd(world);
         return;
     }

@@ -30,6 +30,8 @@ constexpr const char* kAlwaysNeeded[] = {"window.cfg",
                                          "objects.xml",
                                          "intro.xml",
                                          "testlevel.xml",
+                                         "deepwood.xml",
+                                         "summit.xml",
                                          "3ds/pistoltest.3ds",
                                          "3ds/grenade.3ds",
                                          "img/credits.tga",
@@ -45,7 +47,8 @@ constexpr const char* kAlwaysNeeded[] = {"window.cfg",
                                          "maincharfinal/mainchar_noweapon_head.cff",
                                          "maincharfinal/mainchar_noweapon_upper.cff",
                                          "maincharfinal/mainchar_noweapon_lower.cff"};
-constexpr int kIntroFrames = 4781; ///< 76.5 s that the opening plays
+constexpr const char* kEndOfTheGame = "end"; ///< in place of a level's file
+constexpr int kIntroFrames = 4781;           ///< 76.5 s that the opening plays
 
 constexpr const char* kFloatSections[] = {"movement.cfg", "camera.cfg", "sound.cfg"};
 
@@ -102,8 +105,8 @@ private:
             const std::string file = (*i)[2];
             if (file.find('.') != std::string::npos) {
                 need(file, name);
-            } else if (out_.has(dataName(file) + ".ogg")) {
-                continue; // what an object's play_stream plays
+            } else if (out_.has(dataName(file) + ".ogg") || file == kEndOfTheGame) {
+                continue; // what an object's play_stream plays, or where its swap_level leads
             } else {
                 for (const char* part : {"_head.cff", "_upper.cff", "_lower.cff"}) need(file + part, name);
             }
