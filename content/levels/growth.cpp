@@ -20,6 +20,12 @@ void addBlade(Mesh& m, const cVector3& foot, float angle, float tall, float widt
     m.addTriangle(a, a + 1, a + 2);
     m.addTriangle(a + 1, a, a + 2);
 }
+
+/// What bodies meet of a tree: upright, so that nobody wedges himself between a root and the ground.
+void addStem(Scenery& s, const cVector3& foot, float radius) {
+    constexpr float kDeep = 0.6f, kTall = 4;
+    s.add(parts::kBeams, lathe({{radius, -kDeep}, {radius, kTall}}, 8).moved(foot), Scenery::kSolid);
+}
 } // namespace
 
 Mesh foliage(float radius, uint32_t seed, int segments, int rings) {
@@ -92,7 +98,9 @@ void addFlower(Scenery& s, Height height, float x, float z, float tall, Tint tin
 void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
     const float k = size * (0.9f + 0.2f * latticeValue(1, 1, seed));
     s.add(parts::kBeams,
-          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, 1.5f * k}}, 7, 2, 1).moved(foot));
+          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, 1.5f * k}}, 7, 2, 1).moved(foot),
+          Scenery::kSeen);
+    addStem(s, foot, 0.26f * k);
     Mesh needles;
     for (int i = 0; i < 4; ++i) {
         const auto t = static_cast<float>(i);
@@ -104,11 +112,14 @@ void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
 
 void addOak(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
     const float turn = 360 * latticeValue(2, 1, seed);
-    s.add(parts::kBeams, tube({{0, -0.4f, 0}, {0.05f, 0.5f, 0}, {-0.05f, 1.6f, 0.06f}, {0.05f, 2.7f, 0}},
-                              {0.42f, 0.27f, 0.2f, 0.14f}, 7, false)
-                             .scaled({size, size, size})
-                             .turned(turn)
-                             .moved(foot));
+    s.add(parts::kBeams,
+          tube({{0, -0.4f, 0}, {0.05f, 0.5f, 0}, {-0.05f, 1.6f, 0.06f}, {0.05f, 2.7f, 0}},
+               {0.42f, 0.27f, 0.2f, 0.14f}, 7, false)
+              .scaled({size, size, size})
+              .turned(turn)
+              .moved(foot),
+          Scenery::kSeen);
+    addStem(s, foot, 0.3f * size);
     struct Clump {
         float radius, x, y, z;
     };

@@ -9,13 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-RunOptions at(const char* spawn) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = spawn;
-    return options;
-}
-
 bool airborne() {
     return cObjectMgr::instance().hero()->body->airborne;
 }
@@ -42,7 +35,7 @@ Walk walk(GameRun& game, float x, float z, int mostFrames = 500) {
 } // namespace
 
 TEST(Feel, StairsAreRunUpAndDown) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.walkTo(0, -5));
     ASSERT_TRUE(game.walkTo(5.8f, -5));
@@ -66,7 +59,7 @@ TEST(Feel, StairsAreRunUpAndDown) {
 
 TEST(Feel, StandingStillIsStill) {
     for (const char* spawn : {"hut", "pier", "hill"}) {
-        GameRun game(at(spawn));
+        GameRun game(GameRun::at(spawn));
         ASSERT_TRUE(game.started);
         game.frames(90);
         const cVector3 here = game.hero();
@@ -81,7 +74,7 @@ TEST(Feel, StandingStillIsStill) {
 }
 
 TEST(Feel, SlopesAreWalkedSmoothly) {
-    GameRun game(at("hill"));
+    GameRun game(GameRun::at("hill"));
     ASSERT_TRUE(game.started);
     game.frames(60);
     const Walk down = walk(game, -6, -10);
@@ -94,7 +87,7 @@ TEST(Feel, SlopesAreWalkedSmoothly) {
 }
 
 TEST(Feel, WallsAreSlidAlong) {
-    GameRun game(at("pier"));
+    GameRun game(GameRun::at("pier"));
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.walkTo(0, 19));
     ASSERT_TRUE(game.walkTo(-3, 16.5f));
@@ -111,7 +104,7 @@ TEST(Feel, WallsAreSlidAlong) {
 }
 
 TEST(Feel, TheCameraStaysOutOfWalls) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     game.frames(30);
     int inWall = 0;

@@ -1,65 +1,32 @@
 // The first level as its people live in it: talk, lever, gate, bell, flight, watch and ride, by keys alone.
 
-#include "core/name_hash.h"
 #include "game/physics_world.h"
 #include "script/cml_object.h"
-#include "script/dialogue.h"
 #include "support/game_run.h"
-#include "world/object_mgr.h"
 #include "world/world.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-RunOptions at(const char* spawn) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = spawn;
-    return options;
-}
-
-cCmlObject& script(const char* name) {
-    return *static_cast<cCmlObject*>(cObjectMgr::instance().findCmlObject(nameHash(name)));
-}
-std::string action(const char* name) {
-    return script(name).getCurrentAction()->getAttribute("name");
-}
-cVector3 place(const char* name) {
-    return script(name).getOwner()->getPosition();
-}
-
-void use(GameRun& game) {
-    game.hold(CMD_USE, 2);
-    game.frames(25); // a key held for a page is not asked again for 250 ms
-}
-
-/// Presses use until the conversation is over; every reply is the one that was highlighted first.
-void talkToTheEnd(GameRun& game) {
-    for (int i = 0; i < 12 && game.app.state() == STATE_DIALOGUE; ++i) use(game);
-}
-
-std::string page() {
-    std::string all;
-    for (const auto& word : cDialogue::instance().layOutPage()) all += word.text;
-    return all;
-}
-} // namespace
+using inhabitants::action;
+using inhabitants::page;
+using inhabitants::place;
+using inhabitants::script;
 
 TEST(Inhabited, RosaRemembersWhatWasSaid) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.walkTo(0, -6));
     game.frames(10);
     EXPECT_EQ(action("rosa"), "greet") << "she waves to whom she sees";
     ASSERT_TRUE(game.walkTo(-1.5f, -6.9f));
-    use(game);
+    game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
     EXPECT_NE(page().find("Good morning, Quorvane!"), std::string::npos);
-    use(game);
-    use(game);
+    game.use();
+    game.use();
     game.hold(CMD_BACK, 2);
     game.frames(20);
-    use(game);
+    game.use();
     EXPECT_NE(page().find("harbour bell"), std::string::npos) << "the second reply";
     const cVector3 before = game.hero();
     game.hold(CMD_FORWARD, 30);
@@ -67,17 +34,16 @@ TEST(Inhabited, RosaRemembersWhatWasSaid) {
     game.hold(CMD_JUMP, 2);
     game.frames(40);
     EXPECT_EQ(game.app.state(), STATE_GAME);
-    use(game);
+    game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
     EXPECT_NE(page().find("The lever stands"), std::string::npos) << "she does not introduce herself twice";
     EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
 }
 
 TEST(Inhabited, TheLeverOpensTheGateAndTheBellShutsIt) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
-    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 2.6f}})
-        ASSERT_TRUE(game.walkTo(x, z)) << x << ", " << z;
+    ASSERT_TRUE(game.follow({{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 2.6f}}));
     game.face(-12.6f, 20);
     game.hold(CMD_FORWARD, 12);
     game.player.press(CMD_FORWARD);
@@ -96,36 +62,36 @@ TEST(Inhabited, TheLeverOpensTheGateAndTheBellShutsIt) {
     ASSERT_GT(game.hero().y, 4.1f + 1.2f) << "on the upper ledge";
     game.walkTo(-12.7f, 9, 60);
     EXPECT_EQ(script("gate_bastion").getFlags() & MOVE_PASSABLE, 0u);
-    use(game);
+    game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
-    talkToTheEnd(game);
+    game.talkToTheEnd();
     game.frames(80);
     EXPECT_NE(script("gate_bastion").getFlags() & MOVE_PASSABLE, 0u) << "the gate stands open";
     EXPECT_GT(std::fabs(script("gate_bastion").getOwner()->getDirection().x), 0.9f) << "and has swung aside";
 
-    for (const auto& [x, z] : {std::pair{-8.2f, 8.4f},
-                               {-7.2f, 13.0f},
-                               {-5.2f, 15.5f},
-                               {0.0f, 18.0f},
-                               {9.5f, 17.4f},
-                               {9.5f, 9.5f},
-                               {9.5f, 5.9f}})
-        ASSERT_TRUE(game.walkTo(x, z, 1200)) << x << ", " << z;
-    use(game);
+    ASSERT_TRUE(game.follow({{-8.2f, 8.4f},
+                             {-7.2f, 13.0f},
+                             {-5.2f, 15.5f},
+                             {0.0f, 18.0f},
+                             {9.5f, 17.4f},
+                             {9.5f, 9.5f},
+                             {9.5f, 5.9f}},
+                            1200));
+    game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
-    talkToTheEnd(game);
+    game.talkToTheEnd();
     game.frames(60);
     EXPECT_FALSE(game.walkTo(9.5f, 9.5f, 200)) << "the bell has shut the gate behind him";
     ASSERT_TRUE(game.walkTo(9.5f, 5.9f));
-    use(game);
-    talkToTheEnd(game);
+    game.use();
+    game.talkToTheEnd();
     game.frames(80);
     EXPECT_TRUE(game.walkTo(9.5f, 9.5f, 300)) << "the second stroke lets him go";
     EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
 }
 
 TEST(Inhabited, HensFleeAndTheGuardFollows) {
-    GameRun game(at("pier"));
+    GameRun game(GameRun::at("pier"));
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.walkTo(0, 19));
     int frames = 0;
@@ -149,22 +115,22 @@ TEST(Inhabited, HensFleeAndTheGuardFollows) {
 }
 
 TEST(Inhabited, TheTortoiseWalksAndBlocks) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     const cVector3 first = place("tortoise");
     game.frames(250);
     EXPECT_GT((place("tortoise") - first).length(), 2) << "it goes its way";
-    for (const auto& [x, z] : {std::pair{0.0f, -5.0f}, {5.8f, -5.0f}}) ASSERT_TRUE(game.walkTo(x, z));
+    ASSERT_TRUE(game.follow({{0.0f, -5.0f}, {5.8f, -5.0f}}));
     game.walkTo(14, -4.8f, 400);
     EXPECT_LT(game.hero().x, place("tortoise").x) << "nobody walks through it";
-    use(game);
+    game.use();
     EXPECT_EQ(game.app.state(), STATE_DIALOGUE);
 }
 
 TEST(Inhabited, TheTrolleyCarriesHimUpAndDown) {
-    GameRun game(at("hut"));
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
-    for (const auto& [x, z] : {std::pair{0.0f, -10.4f}, {-6.2f, -10.0f}}) ASSERT_TRUE(game.walkTo(x, z));
+    ASSERT_TRUE(game.follow({{0.0f, -10.4f}, {-6.2f, -10.0f}}));
     const auto ride = [&](int frames) {
         game.hold(CMD_USE, 2);
         EXPECT_EQ(game.app.state(), STATE_CINEMATIC);

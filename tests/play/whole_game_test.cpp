@@ -22,10 +22,7 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
 
     game.frames(60);
     EXPECT_NEAR(game.hero().y, 2.1f + kStandingHeight, 0.05f) << "stands on the floor of the hut";
-    for (const auto& [x, z] :
-         {std::pair{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 3.0f}, {-12.6f, 4.6f}}) {
-        ASSERT_TRUE(game.walkTo(x, z)) << x << ", " << z;
-    }
+    ASSERT_TRUE(game.follow({{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 3.0f}, {-12.6f, 4.6f}}));
     const float ground = game.hero().y;
     game.hold(CMD_FORWARD, 60);
     EXPECT_LT(game.hero().z, 6 - 0.35f) << "the ledge is too high to be walked up";
@@ -45,10 +42,7 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
 }
 
 TEST(WholeGame, WallsHoldFromEveryAngle) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = "pier";
-    GameRun game(options);
+    GameRun game(GameRun::at("pier"));
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.walkTo(0, 18));
     for (const float x : {-3.0f, -1.0f, 0.0f, 1.5f, 3.0f}) {
@@ -59,10 +53,7 @@ TEST(WholeGame, WallsHoldFromEveryAngle) {
 }
 
 TEST(WholeGame, EscapePausesAndReturnGoesOn) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = "hut";
-    GameRun game(options);
+    GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     game.frames(20);
     game.tapKey(SDLK_ESCAPE);
@@ -92,10 +83,7 @@ TEST(WholeGame, QuittingTheIntroEndsTheRun) {
 }
 
 TEST(WholeGame, AWheelStepIsHeldForOnePump) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = "pier";
-    GameRun game(options);
+    GameRun game(GameRun::at("pier"));
     ASSERT_TRUE(game.started);
     game.frames(10);
     const float before = cWorld::instance().camera.getView().length();
@@ -112,10 +100,7 @@ TEST(WholeGame, AWheelStepIsHeldForOnePump) {
 }
 
 TEST(WholeGame, DrowningLeadsBackToTheCheckpoint) {
-    RunOptions options;
-    options.level = "testlevel.xml";
-    options.spawn = "pier";
-    GameRun game(options);
+    GameRun game(GameRun::at("pier"));
     ASSERT_TRUE(game.started);
     game.frames(20);
     const cVector3 start = game.hero();
@@ -129,10 +114,7 @@ TEST(WholeGame, DrowningLeadsBackToTheCheckpoint) {
 
 TEST(WholeGame, TheSameSeedGivesTheSameRun) {
     const auto play = [] {
-        RunOptions options;
-        options.level = "testlevel.xml";
-        options.spawn = "hut";
-        GameRun game(options);
+        GameRun game(GameRun::at("hut"));
         game.walkTo(0, -5);
         game.walkTo(5.8f, -5);
         game.hold(CMD_JUMP, 40);

@@ -1,11 +1,15 @@
 #include "support/game_run.h"
 
+#include "core/name_hash.h"
 #include "platform/clock.h"
 #include "platform/random.h"
 #include "render/renderer.h"
+#include "script/cml_object.h"
+#include "script/dialogue.h"
 #include "world/object_mgr.h"
 
 #include <SDL.h>
+#include <gtest/gtest.h>
 
 /// Log rows are collected from before the first manager exists.
 struct GameRun::Files {
@@ -26,6 +30,13 @@ GameRun::GameRun(RunOptions options)
 GameRun::~GameRun() {
     app.shutdown();
     platform::useFixedStep(0);
+}
+
+RunOptions GameRun::at(const char* spawn, const char* level) {
+    RunOptions options;
+    options.level = level;
+    options.spawn = spawn;
+    return options;
 }
 
 void GameRun::frames(int count) {
@@ -56,6 +67,15 @@ bool GameRun::walkTo(float x, float z, int mostFrames) {
     return false;
 }
 
+bool GameRun::follow(std::initializer_list<std::pair<float, float>> places, int mostFrames) {
+    for (const auto& [x, z] : places) {
+        if (walkTo(x, z, mostFrames)) continue;
+        ADD_FAILURE() << "stuck at " << hero().x << ", " << hero().z << " on the way to " << x << ", " << z;
+        return false;
+    }
+    return true;
+}
+
 void GameRun::face(float x, float z) {
     for (int i = 0; i < 120 && !player.turnTowards({x, 0, z}); ++i) frames(1);
 }
@@ -76,7 +96,37 @@ void GameRun::tapKey(int sdlKey) {
     }
 }
 
+void GameRun::use() {
+    constexpr int kRepeat = 25; ///< frames; a key held for a page is not asked again for 250 ms
+    hold(CMD_USE, 2);
+    frames(kRepeat);
+}
+
+void GameRun::talkToTheEnd() {
+    for (int i = 0; i < 12 && app.state() == STATE_DIALOGUE; ++i) use();
+}
+
 cVector3 GameRun::hero() const {
     const cObject* object = cObjectMgr::instance().hero();
     return object ? object->getPosition() : cVector3(0, -1e9f, 0);
 }
+
+namespace inhabitants {
+cCmlObject& script(const char* name) {
+    return *static_cast<cCmlObject*>(cObjectMgr::instance().findCmlObject(nameHash(name)));
+}
+
+std::string action(const char* name) {
+    return script(name).getCurrentAction()->getAttribute("name");
+}
+
+cVector3 place(const char* name) {
+    return script(name).getOwner()->getPosition();
+}
+
+std::string page() {
+    std::string all;
+    for (const auto& word : cDialogue::instance().layOutPage()) all += word.text;
+    return all;
+}
+} // namespace inhabitants

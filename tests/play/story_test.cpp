@@ -1,0 +1,173 @@
+// The second and third level as they are played: fights won and lost, fights talked away, the way to the end.
+
+#include "core/name_hash.h"
+#include "game/item_def.h"
+#include "script/cml_object.h"
+#include "support/game_run.h"
+#include "ui/input_settings.h"
+#include "world/world.h"
+
+#include <gtest/gtest.h>
+
+using inhabitants::action;
+using inhabitants::page;
+using inhabitants::place;
+
+namespace {
+cInventory& bag() {
+    return cWorld::instance().inventory;
+}
+int32_t item(const char* name) {
+    return cItemDefs::instance().findItem(name);
+}
+float distanceTo(const GameRun& game, const char* name) {
+    return (place(name) - game.hero()).length();
+}
+/// Goes for an enemy and strikes whenever it is within reach, until it is dead. False when the hero dies
+/// first.
+bool fight(GameRun& game, const char* enemy, float reach, int mostFrames) {
+    for (int i = 0; i < mostFrames && cWorld::instance().health > 0; ++i) {
+        if (action(enemy) == "dead") {
+            game.player.release(CMD_FORWARD);
+            return true;
+        }
+        if (distanceTo(game, enemy) < reach) {
+            game.player.turnTowards(place(enemy));
+            game.hold(CMD_FIRE, 2);
+        } else {
+            game.player.walkTowards(place(enemy));
+            game.frames(1);
+        }
+    }
+    return false;
+}
+/// Turns the pages until one holds `words`; then takes the reply `down` places below the highlighted one.
+void answer(GameRun& game, const char* words, int down) {
+    for (int i = 0; i < 12 && page().find(words) == std::string::npos; ++i) game.use();
+    ASSERT_NE(page().find(words), std::string::npos) << page();
+    for (int i = 0; i < down; ++i) {
+        game.hold(CMD_BACK, 2);
+        game.frames(20);
+    }
+    game.use();
+}
+} // namespace
+
+TEST(Story, AStickBeatsABoarAndTheHerbWomanPaysForItsTusk) {
+    GameRun game(GameRun::at("shore", "deepwood.xml"));
+    ASSERT_TRUE(game.started);
+    ASSERT_TRUE(game.follow({{0, 26}, {1.8f, 24.4f}}));
+    game.walkTo(2.9f, 24.2f, 40); // right up to the crate
+    game.use();
+    ASSERT_TRUE(bag().has(item("stick"))) << "found at the landing";
+    game.walkTo(-0.5f, 23, 120);
+    ASSERT_TRUE(fight(game, "boar_path", 2.4f, 3000)) << "health " << cWorld::instance().health;
+    EXPECT_GE(cWorld::instance().health, 30) << "it hurts, but a new player lives";
+    const cVector3 body = place("boar_path");
+    game.walkTo(body.x, body.z, 400);
+    game.use();
+    ASSERT_EQ(bag().countOf(item("tusk")), 1);
+
+    ASSERT_TRUE(game.follow({{-2.5f, 21}, {3, 12}, {0, 4}, {-8, 8}, {-12.8f, 6.4f}}, 1500));
+    game.use();
+    answer(game, "Thank you, Edda", 3);
+    game.talkToTheEnd();
+    EXPECT_EQ(bag().countOf(item("draught")), 2) << "a gift";
+    game.frames(60);
+    game.use();
+    game.talkToTheEnd();
+    EXPECT_EQ(bag().countOf(item("draught")), 4) << "and the price of a tusk";
+    EXPECT_FALSE(bag().has(item("tusk")));
+
+    // One of them mends him.
+    cWorld::instance().health = 30;
+    game.hold(CMD_NEXT_ITEM, 2);
+    game.frames(5);
+    ASSERT_TRUE(bag().isSelected(item("draught")));
+    game.hold(CMD_FIRE, 2);
+    game.frames(60);
+    EXPECT_GE(cWorld::instance().health, 30 + 40);
+    EXPECT_LT(cWorld::instance().health, 30 + 50);
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
+
+TEST(Story, StandingBeforeTheRaidersIsDeathAndTheShoreAgain) {
+    GameRun game(GameRun::at("shore", "deepwood.xml"));
+    ASSERT_TRUE(game.started);
+    ASSERT_TRUE(game.follow({{0, 26}, {-2.5f, 21}, {-0.5f, 17}}));
+    // Round the boar, into the light of the fire.
+    game.player.press(CMD_RUN);
+    ASSERT_TRUE(game.follow({{3, 12}, {0, 4}, {8, 1}, {13.5f, 2}}, 1500));
+    game.player.release(CMD_RUN);
+    bool dead = false;
+    for (int i = 0; i < 6000 && !dead; ++i) {
+        game.frames(1);
+        dead = cWorld::instance().health <= 0;
+    }
+    ASSERT_TRUE(dead) << "two crossbows at twelve paces; health " << cWorld::instance().health;
+    game.frames(400);
+    EXPECT_EQ(cWorld::instance().health, 100);
+    EXPECT_GT(game.hero().z, 30) << "back where the boat landed";
+    EXPECT_EQ(action("raider_fire"), "watch") << "and nobody remembers him";
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
+
+TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
+    GameRun game(GameRun::at("shore", "deepwood.xml"));
+    ASSERT_TRUE(game.started);
+    bag().give(item("apple"), 3);
+    bag().give(item("letter"), 1);
+    game.player.press(CMD_RUN);
+    ASSERT_TRUE(
+        game.follow({{0, 26}, {-2.5f, 21}, {-0.5f, 17}, {3, 12}, {0, 4}, {0, -5}, {1.7f, -6.2f}}, 1500));
+    game.player.release(CMD_RUN);
+    game.use();
+    ASSERT_NE(page().find("smells of summer"), std::string::npos) << page();
+    game.talkToTheEnd();
+    EXPECT_FALSE(bag().has(item("apple")));
+    game.frames(120);
+    EXPECT_EQ(action("toll_gate"), "open");
+    game.player.press(CMD_RUN);
+    ASSERT_TRUE(game.follow({{0.9f, -8}, {0.9f, -17}, {0.9f, -22}, {0, -32}, {0.2f, -33.4f}}, 1200));
+    game.walkTo(0.4f, -35, 60);
+    game.player.release(CMD_RUN);
+    game.use();
+    game.talkToTheEnd();
+    game.frames(120);
+    ASSERT_EQ(cWorld::instance().levelFile, "summit.xml");
+    ASSERT_TRUE(bag().has(item("letter"))) << "what he carries comes with him";
+
+    // Up the mountain, past those who shoot.
+    game.player.press(CMD_RUN);
+    constexpr float kTurn = 6.28318531f;
+    ASSERT_TRUE(game.walkTo(0, 26));
+    for (float part = 0.02f; part < 0.87f; part += 0.02f) {
+        // Who stands in the way is passed on one side or the other.
+        const auto reached = [&](float aside) {
+            const float r = 26 - 14.5f * part + aside;
+            return game.walkTo(r * std::sin(part * kTurn), r * std::cos(part * kTurn), 150);
+        };
+        ASSERT_TRUE(reached(0) || reached(1.2f) || reached(-1.2f) || reached(0)) << "part " << part;
+        cWorld::instance().health = 100; // the way is what is walked here, not the fights
+    }
+    game.player.release(CMD_RUN);
+    for (int i = 0; i < 20 && game.app.state() != STATE_DIALOGUE; ++i) {
+        const float part = 0.88f + 0.005f * static_cast<float>(i), r = 26 - 14.5f * part;
+        game.walkTo(r * std::sin(part * kTurn), r * std::cos(part * kTurn), 60);
+        game.frames(25);
+    }
+    for (int i = 0; i < 200 && game.app.state() != STATE_DIALOGUE; ++i) game.frames(1);
+    ASSERT_NE(page().find("what is that seal"), std::string::npos) << page();
+    game.talkToTheEnd();
+    ASSERT_TRUE(bag().has(item("flint"))) << "Marn gives in";
+    game.frames(200);
+    ASSERT_TRUE(game.follow({{-1.5f, 4}, {-1.2f, 2.2f}}));
+    game.walkTo(0, 0, 60); // up the steps to the bowl
+    game.use();
+    for (int i = 0; i < 100 && game.app.state() != STATE_CINEMATIC; ++i) game.frames(1);
+    ASSERT_EQ(game.app.state(), STATE_CINEMATIC);
+    EXPECT_NEAR(place("flame_beacon").y, place("beacon_top").y, 0.1f) << "the beacon burns";
+    for (int i = 0; i < 1500 && game.app.state() != STATE_QUIT; ++i) game.frames(1);
+    EXPECT_EQ(game.app.state(), STATE_QUIT) << "the last picture, and out";
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
