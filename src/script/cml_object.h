@@ -22,6 +22,10 @@ public:
     /// The current action's reaction: the first requirement that holds, else the reaction's own list.
     void fireReaction(CmlTrigger trigger);
 
+    /// The document asks for what cannot go on: one row in the log for the object's life, "CML object NAME
+    /// what".
+    void reportOnce(const std::string& what);
+
     void setMoveDirection(const cVector3& unitDirection);
     void setSpeed(float speed) { speed_ = speed; }
     void setTimer(uint32_t ms) { timer_ = ms; }
@@ -74,6 +78,7 @@ private:
     cObject* target_ = nullptr;
     int32_t param_ = 0; ///< value of the last event, for example a hit's damage
     DistanceTrigger exceeds_, below_;
+    bool reported_ = false;
 };
 
 /// Up vector of something that flies along `direction`: across it and its level side.

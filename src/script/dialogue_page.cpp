@@ -6,8 +6,6 @@
 #include "script/dialogue.h"
 #include "world/world.h"
 
-#include "core/log_mgr.h"
-
 #include <algorithm>
 #include <cstdlib>
 
@@ -116,8 +114,8 @@ private:
     void jump(char label) {
         const size_t at = text_.find(std::string{'^', '6', label});
         if (++jumps_ > kMostJumps) {
-            cLogMgr::instance().error("CML object %s: a dialogue jumps in a circle at ^5%c",
-                                      dialogue_.speaker_->getElement()->getAttribute("name").c_str(), label);
+            dialogue_.speaker_->reportOnce(std::string("has a dialogue that jumps in a circle at ^5") +
+                                           label);
             position_ = text_.size();
         } else {
             position_ = at == std::string::npos ? text_.size() : at + 3;

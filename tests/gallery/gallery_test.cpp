@@ -3,132 +3,20 @@
 // no exhibit has shown.
 
 #include "audio/audio_mgr.h"
-#include "audio/tones.h"
-#include "core/application.h"
-#include "core/auto_player.h"
 #include "core/name_hash.h"
-#include "gallery/call_recorder.h"
-#include "game/player.h"
-#include "platform/clock.h"
-#include "platform/random.h"
+#include "gallery/hall.h"
 #include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
-#include "support/test_world.h"
-#include "ui/input_mgr.h"
 #include "world/model_objects.h"
 
 #include <AL/al.h>
-#include <cstdlib>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
-enum Item { kPistol, kGrenade, kDart, kStick, kCoin };
-constexpr float kStand = 1.3f; ///< in front of an exhibit, in reach and not touching
-
 /// The hero stands a little higher than the exhibits, as physics leaves him.
 bool isAlmost(const cVector3& a, const cVector3& b) {
     return (a - b).length() < 0.03f;
 }
-
-/// The whole game without a window, in the gallery.
-class Hall {
-public:
-    Hall() {
-        setenv("ALSOFT_DRIVERS", "null", 1);
-        for (const char* file : {"gallery.xml", "annex.xml", "objects.xml", "hierarchy.cfl"}) {
-            std::ostringstream text;
-            text << std::ifstream(std::string(GALLERY_DIR "/") + file).rdbuf();
-            t.game.write(file, text.str());
-        }
-        t.game.write("sound.cfg", "MASTER_DISTANCE_MOD 1.0\n");
-        platform::writeFile("bell.wav", wav(0.5, 440));
-        for (const char* music : {"waltz.ogg", "sounds/action.ogg"}) platform::writeFile(music, ogg(6));
-        const std::string onePixel("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\30\0abc", 21);
-        for (const char* picture : {"explo32x32", "smoke04"})
-            t.game.write("particles/" + std::string(picture) + ".tga", onePixel);
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
-        t.writeCharacter("figure\\figure");
-        t.writeOctree("gallery.oct", floorMesh(0, 300));
-        platform::useFixedStep(16);
-        platform::lockRandomSeed(1);
-        started = app.start();
-        cInputMgr::instance().bindings.settings.repeatIntervals.fill(0);
-        frames(2);
-        if (started) TempGame::clearErrors();
-    }
-    ~Hall() {
-        app.shutdown();
-        platform::useFixedStep(0);
-    }
-
-    void frames(int count) {
-        for (int i = 0; i < count; ++i) app.gameFrame();
-    }
-    void hold(int command, int count) {
-        keys.press(command);
-        frames(count);
-        keys.release(command);
-        frames(1);
-    }
-    /// The key is seen once; then some frames pass.
-    void press(int command, int after = 20) {
-        hold(command, 1);
-        frames(after);
-    }
-    void use(int after = 2) { press(CMD_USE, after); }
-
-    /// A fresh gallery, the hero before this exhibit.
-    void enter(const std::string& exhibit) {
-        world.spawnPoint = "hall";
-        ASSERT_EQ(world.loadLevel("gallery.xml"), 0);
-        recorder.attach(world.document);
-        world.inventory.clear();
-        world.health = world.maxHealth;
-        stand(exhibit);
-        frames(2);
-    }
-    void stand(const std::string& exhibit, float distance = kStand) {
-        hero()->setPosition(at(exhibit) + cVector3(0, 1.25f - at(exhibit).y, distance));
-        hero()->setDirection({0, 0, -1});
-    }
-    /// With so many of an item in hand.
-    void arm(int32_t item, int32_t count = 1) {
-        world.inventory.clear();
-        world.inventory.give(item, count);
-        static_cast<cPlayer*>(hero()->getController())->refreshSelected();
-    }
-    void attack(int32_t item) {
-        arm(item);
-        press(CMD_FIRE);
-    }
-
-    static cObject* hero() { return cObjectMgr::instance().hero(); }
-    static const cVector3& at(const std::string& name) { return TestWorld::object(name)->getPosition(); }
-    static const cVector3& facing(const std::string& name) { return TestWorld::object(name)->getDirection(); }
-    int32_t global(const std::string& name) {
-        return world.globals.getGlobal(world.globals.globalIndex(name));
-    }
-
-    TestWorld t;
-    cApplication app{options()};
-    cAutoPlayer keys;
-    CallRecorder recorder;
-    cWorld& world = cWorld::instance();
-    bool started = false;
-
-private:
-    static RunOptions options() {
-        RunOptions o;
-        o.level = "gallery.xml";
-        o.spawn = "hall";
-        o.width = 800;
-        o.height = 600;
-        return o;
-    }
-};
 
 void variables(Hall& h) {
     h.enter("ledger");
@@ -161,7 +49,7 @@ void directions(Hall& h) {
     h.enter("compass");
     h.use(20);
     ASSERT_EQ(TestWorld::local("compass", "step"), 1) << "the pike strikes";
-    const cVector3 home(20, 1.25f, 0), there = home + cVector3(0, 0, kStand);
+    const cVector3 home(20, 1.25f, 0), there = home + cVector3(0, 0, Hall::kReach);
     const cVector3 chandelier = cVector3(3, 4, 0) * 0.2f;
     struct {
         const char* what;

@@ -2,6 +2,7 @@
 
 #include "game/player.h"
 #include "game/projectile.h"
+#include "game/weapons.h"
 #include "platform/random.h"
 #include "script/attacks.h"
 #include "script/cml_object.h"
@@ -173,6 +174,18 @@ TEST_F(Weapons, ScriptedObjectsShootStrikeAndThrow) {
     EXPECT_TRUE(TestWorld::object("foe")->getDirection().isNear(-before)) << "it turns to where it aims";
     attack(itemAt("gun"), 123456);
     EXPECT_TRUE(TestWorld::object("foe")->getDirection().isNear(-before)) << "an unknown name: straight on";
+}
+
+TEST_F(Weapons, TheAirHoldsOnlySoMany) {
+    const cItemDef& grenade = *cItemDefs::instance().at(kGrenade);
+    for (int i = 0; i < cProjectile::kMostInFlight; ++i)
+        launchProjectile(grenade, {static_cast<float>(2 * i), 500, 0}, {0, 0.1f, 0});
+    const int32_t bomb = TestWorld::script("foe").getElement()->childIndex(kCmlItem, "name", "bomb");
+    for (int i = 0; i < 3; ++i) attack(bomb, kWordPlayer);
+    EXPECT_EQ(cProjectile::inFlight(), cProjectile::kMostInFlight);
+    EXPECT_EQ(TempGame::errorCount("CML object foe throws more than can be in the air"), 1);
+    cObjectMgr::instance().clear();
+    EXPECT_EQ(cProjectile::inFlight(), 0);
 }
 
 TEST_F(Weapons, ScriptsGiveAndTakeAndAsk) {
