@@ -40,8 +40,8 @@ void cCmlObject::init(cCmlElement& e) {
     setAction(e.childIndex(kCmlAction, "name", e.getAttribute("default_action")));
 }
 
-void cCmlObject::forget(const cObject* object) {
-    if (target_ == object) target_ = nullptr;
+void cCmlObject::forgetGone() {
+    if (target_ && target_->isGone()) target_ = nullptr;
 }
 
 void cCmlObject::reportOnce(const std::string& what) {

@@ -14,7 +14,7 @@ public:
     Kind kind() const override { return kCmlObject; }
     int32_t getId() const override { return element_ ? element_->key : 0; }
     void onAnimationEnd() override { fireReaction(kTriggerAnimationEnd); }
-    void forget(const cObject* object) override;
+    void forgetGone() override;
     uint32_t moveFlags() const override { return flags_; }
 
     /// Makes a child of the object element the current action; an index that names no child leaves none.

@@ -55,6 +55,10 @@ struct Row {
 const Row kRows[] = {
     {"requirements inside each other", object(action("", nested(200))), kNoRow},
     {"an action that sets itself", object(action("set_action(a)")), kEndless},
+    {"an action that sets itself twice", object(action("set_action(a);set_action(a)")), kEndless},
+    {"the same by its own name",
+     object(action("o.set_action(a);o.set_action(a);inc_local(n,1)", on("context", "set_action(a)"))),
+     kEndless},
     {"actions in a circle, in every frame",
      object(action("set_action(b)", "") + action("set_action(a)", "", "b") + action("", "", "c") +
             on("distance_falls_below", "set_action(a)")),
