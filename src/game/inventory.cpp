@@ -1,6 +1,7 @@
 #include "game/inventory.h"
 
 #include "core/config_mgr.h"
+#include "core/log_mgr.h"
 #include "data/binary_reader.h"
 #include "game/hud.h"
 #include "render/renderer.h"
@@ -51,6 +52,12 @@ void cInventory::give(int32_t id, int32_t n) {
         return;
     }
     if (n <= 0) return;
+    if (entries_.size() >= kMostEntries) {
+        if (!fullReported_)
+            cLogMgr::instance().error("The hero carries too much: no more %s", item->name.c_str());
+        fullReported_ = true;
+        return;
+    }
     entries_.push_back({id, n});
     if (n == 1 || item->differentSubobjects) {
         hud_.message(showInfo(), "got %s %s", item->article.c_str(), item->name.c_str());

@@ -20,7 +20,9 @@ public:
         int32_t id, count;
     };
 
-    // What scripts do and ask. An id without definition is refused.
+    // What scripts do and ask. An id without definition is refused, and so is what is one entry too many
+    // (with one row in the log).
+    static constexpr size_t kMostEntries = 1000;
     void give(int32_t id, int32_t n);
     void giveParts(int32_t id, int32_t n); ///< only to an entry that is there
     void removeAll(int32_t id);
@@ -75,5 +77,6 @@ private:
     int32_t slide_ = 0; ///< visible width of the panel
     int32_t firstRow_ = 0, selected_ = 0;
     bool open_ = false;
+    bool fullReported_ = false;
     std::vector<Entry> entries_;
 };

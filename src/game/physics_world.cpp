@@ -80,12 +80,18 @@ void cPhysicsWorld::setGeometry(const cModel& model, int minFaces, int maxGenera
 }
 
 void cPhysicsWorld::addBody(const cCollisionBody& body) {
+    const cCollisionBody* before = bodies_.data();
     bodies_.push_back(body);
     cCollisionBody& added = bodies_.back();
     added.shape.update();
     if (added.owner && added.owner->getController()) added.flags = added.owner->getController()->moveFlags();
-    if (added.owner) added.owner->boundingRadius = added.shape.length / 2 + added.shape.radius;
-    refreshOwners();
+    if (added.owner) {
+        added.owner->body = &added;
+        added.owner->boundingRadius = added.shape.length / 2 + added.shape.radius;
+    }
+    // A level adds thousands: the others are refreshed once, unless they have moved away.
+    refreshDue_ = true;
+    if (bodies_.data() != before) refreshOwners();
 }
 
 void cPhysicsWorld::removeBody(const cCollisionBody* body) {
@@ -98,7 +104,17 @@ void cPhysicsWorld::removeBody(const cCollisionBody* body) {
     refreshOwners();
 }
 
+void cPhysicsWorld::removeBodiesOfGone() {
+    const size_t removed = std::erase_if(bodies_, [](const cCollisionBody& body) {
+        if (!body.owner || !body.owner->isGone()) return false;
+        body.owner->body = nullptr;
+        return true;
+    });
+    if (removed > 0) refreshOwners();
+}
+
 void cPhysicsWorld::refreshOwners() {
+    refreshDue_ = false;
     for (cCollisionBody& body : bodies_) {
         if (!body.owner) continue;
         body.owner->body = &body;
@@ -115,6 +131,8 @@ bool cPhysicsWorld::touchesGeometry(const cVector3& centre, float radius) const 
 }
 
 void cPhysicsWorld::step(uint32_t, GameState) {
+    if (refreshDue_) refreshOwners();
+    bool gridBuilt = false;
     for (size_t i = 0; i < bodies_.size(); ++i) {
         cCollisionBody& body = bodies_[i];
         if (!body.moving) continue;
@@ -122,6 +140,8 @@ void cPhysicsWorld::step(uint32_t, GameState) {
             body.cancelMove();
             continue;
         }
+        if (!gridBuilt) grid_.build(bodies_);
+        gridBuilt = true;
         octree_.queryBodies(body.shape, movedBy(body.shape, body.move), meshes_);
         const bool grounded = (body.flags & MOVE_GROUNDED) != 0;
         if (body.flags & MOVE_SWEPT) {
@@ -131,6 +151,7 @@ void cPhysicsWorld::step(uint32_t, GameState) {
         }
         // Whatever way a solver ended, the request lives for one step.
         bodies_[i].cancelMove();
+        grid_.moved(i, bodies_[i]);
     }
 }
 
@@ -227,7 +248,7 @@ void cPhysicsWorld::stepDiscreteGrounded(size_t index) {
 bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
     cCollisionBody& mover = bodies_[index];
     bool blocked = false;
-    for (size_t j = 0; j < bodies_.size(); ++j) {
+    for (const uint32_t j : grid_.near(trial)) {
         cCollisionBody& other = bodies_[j];
         // The capsules first: they lie in the array, and most are far away.
         if (j == index || (other.flags & MOVE_PASSABLE) || !capsulesTouch(trial, other.shape)) continue;

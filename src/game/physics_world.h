@@ -1,5 +1,6 @@
 #pragma once
 #include "core/game_state.h"
+#include "game/body_grid.h"
 #include "game/sweep.h"
 #include "world/collision_body.h"
 #include "world/octree.h"
@@ -24,6 +25,7 @@ public:
     /// Appends a copy. Every owner's body pointer is set anew by both.
     void addBody(const cCollisionBody& body);
     void removeBody(const cCollisionBody* body);
+    void removeBodiesOfGone(); ///< of every owner that is gone
     const std::vector<cCollisionBody>& bodies() const { return bodies_; }
 
     /// Resolves all pending requests.
@@ -50,6 +52,8 @@ private:
 
     cOctree octree_;
     std::vector<cCollisionBody> bodies_;
+    bool refreshDue_ = false; ///< bodies were added since the last step
+    cBodyGrid grid_;          ///< of the current step
     std::string collisionFile_;
     MeshList meshes_; ///< candidates of the body being moved
 };

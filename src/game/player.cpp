@@ -79,8 +79,8 @@ cCharacterPose* cPlayer::pose() const {
                                                          : nullptr;
 }
 
-void cPlayer::forget(const cObject* object) {
-    if (vehicle_ && vehicle_->getOwner() == object) vehicle_ = nullptr;
+void cPlayer::forgetGone() {
+    if (vehicle_ && vehicle_->getOwner()->isGone()) vehicle_ = nullptr;
 }
 
 bool cPlayer::pressed(int command) const {

@@ -18,7 +18,7 @@ public:
     Kind kind() const override { return kPlayer; }
     void onCollision(const cVector3& normal) override;
     uint32_t moveFlags() const override { return kFlags; }
-    void forget(const cObject* object) override;
+    void forgetGone() override;
 
     /// One key frame of a cinematic's hero track.
     void applyCinematicFrame(const cCmlElement& frame);

@@ -7,7 +7,14 @@ struct cItemDef;
 /// milliseconds. It flies on in every game state.
 class cProjectile : public cController {
 public:
-    explicit cProjectile(cObject* owner) : cController(owner) { active_ = false; }
+    explicit cProjectile(cObject* owner) : cController(owner) {
+        active_ = false;
+        ++inFlight_;
+    }
+    ~cProjectile() override { --inFlight_; }
+    /// What misses flies for ever: scripts launch no more than this.
+    static constexpr int kMostInFlight = 1000;
+    static int inFlight() { return inFlight_; }
 
     /// `item` must outlive the flight.
     void launch(const cItemDef& item, const cVector3& position, const cVector3& velocity);
@@ -21,6 +28,7 @@ private:
     void fall();
     void hit();
 
+    static inline int inFlight_ = 0;
     cVector3 velocity_, position_;
     const cItemDef* item_ = nullptr;
     int32_t delay_ = 0; ///< ms of straight flight left

@@ -72,10 +72,11 @@ int cRenderer::setVideoMode(int width, int height, bool fullscreen) {
     SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 1);
     const Uint32 flags = SDL_HWSURFACE | SDL_OPENGL | SDL_DOUBLEBUF | (fullscreen ? SDL_FULLSCREEN : 0u);
     screen_ = SDL_SetVideoMode(width, height, 32, flags);
-    if (!screen_) return -1;
-    platform::setGlContext(true);
+    // Without a screen as well: the layout of pages asks for them.
     width_ = width;
     height_ = height;
+    if (!screen_) return -1;
+    platform::setGlContext(true);
     fullscreen_ = fullscreen;
     initGl();
     for (const auto listener : modeListeners_) listener();
@@ -123,10 +124,9 @@ void cRenderer::beginFrame() {
 
 void cRenderer::endFrame() {
     tickEffects();
-    if (screen_) {
-        for (const Overlay& overlay : overlays_) overlay.draw();
-        swap();
-    }
+    // Without a screen as well: pages turn and fades end in the overlays.
+    for (const Overlay& overlay : overlays_) overlay.draw();
+    if (screen_) swap();
     debugLines_.clear();
 }
 

@@ -2,6 +2,7 @@
 
 #include "audio/audio_mgr.h"
 #include "core/log_mgr.h"
+#include "game/projectile.h"
 #include "game/weapons.h"
 #include "platform/random.h"
 #include "script/cml_object.h"
@@ -88,6 +89,10 @@ cVector3 throwArc(const cItemDef& item, const cVector3& start, const cVector3& a
 }
 
 void launch(cCmlObject& self, const cItemDef& item, const Aim& aim, int32_t skill) {
+    if (cProjectile::inFlight() >= cProjectile::kMostInFlight) {
+        self.reportOnce("throws more than can be in the air");
+        return;
+    }
     const cObject& owner = *self.getOwner();
     const cVector3 start =
         owner.getPosition() + aim.direction * (owner.boundingRadius + item.radius + kLaunchGap);

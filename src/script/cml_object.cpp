@@ -1,6 +1,7 @@
 #include "script/cml_object.h"
 
 #include "core/config_mgr.h"
+#include "core/log_mgr.h"
 #include "core/parse.h"
 #include "world/hierarchy.h"
 #include "world/object_mgr.h"
@@ -39,8 +40,14 @@ void cCmlObject::init(cCmlElement& e) {
     setAction(e.childIndex(kCmlAction, "name", e.getAttribute("default_action")));
 }
 
-void cCmlObject::forget(const cObject* object) {
-    if (target_ == object) target_ = nullptr;
+void cCmlObject::forgetGone() {
+    if (target_ && target_->isGone()) target_ = nullptr;
+}
+
+void cCmlObject::reportOnce(const std::string& what) {
+    if (reported_) return;
+    reported_ = true;
+    cLogMgr::instance().error("CML object " + (element_ ? element_->getAttribute("name") : "") + " " + what);
 }
 
 void cCmlObject::setAction(int32_t childIndex) {

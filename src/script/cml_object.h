@@ -14,13 +14,17 @@ public:
     Kind kind() const override { return kCmlObject; }
     int32_t getId() const override { return element_ ? element_->key : 0; }
     void onAnimationEnd() override { fireReaction(kTriggerAnimationEnd); }
-    void forget(const cObject* object) override;
+    void forgetGone() override;
     uint32_t moveFlags() const override { return flags_; }
 
     /// Makes a child of the object element the current action; an index that names no child leaves none.
     void setAction(int32_t childIndex);
     /// The current action's reaction: the first requirement that holds, else the reaction's own list.
     void fireReaction(CmlTrigger trigger);
+
+    /// The document asks for what cannot go on: one row in the log for the object's life, "CML object NAME
+    /// what".
+    void reportOnce(const std::string& what);
 
     void setMoveDirection(const cVector3& unitDirection);
     void setSpeed(float speed) { speed_ = speed; }
@@ -74,6 +78,7 @@ private:
     cObject* target_ = nullptr;
     int32_t param_ = 0; ///< value of the last event, for example a hit's damage
     DistanceTrigger exceeds_, below_;
+    bool reported_ = false;
 };
 
 /// Up vector of something that flies along `direction`: across it and its level side.

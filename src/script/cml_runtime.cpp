@@ -1,4 +1,3 @@
-#include "core/log_mgr.h"
 #include "script/cml_element.h"
 #include "script/cml_object.h"
 #include "world/object_mgr.h"
@@ -23,12 +22,6 @@ struct DepthGuard {
     ~DepthGuard() { --g_depth; }
 };
 
-void reportRunaway(const cCmlObject& object) {
-    g_runaway = true;
-    const std::string name = object.getElement() ? object.getElement()->getAttribute("name") : "";
-    cLogMgr::instance().error("CML object %s calls itself without end", name.c_str());
-}
-
 /// The calling object, or the one that the call's prefix names; null when there is none.
 cCmlObject* selfOf(const cCmlCall& call, cCmlObject& self) {
     if (call.objectId == 0) return &self;
@@ -42,7 +35,8 @@ void perform(const cCmlCall& call, cCmlObject& self) {
     const DepthGuard guard;
     if (g_runaway) return;
     if (g_depth > kDeepestCalls || g_nestedCalls > kMostNestedCalls) {
-        reportRunaway(*target);
+        g_runaway = true;
+        target->reportOnce("calls itself without end");
         return;
     }
     call.procedure(*target, call.argCount, call.args.data());

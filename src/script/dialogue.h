@@ -54,6 +54,9 @@ public:
     /// Lays the current page out; runs its ^9 calls, may end the conversation.
     std::vector<PlacedWord> layOutPage();
 
+    /// The characters that make a word beginning with '^' a tag.
+    static std::string tags();
+
     bool isChoosing() const { return choosing_; }
     int32_t getChoice() const { return choice_; }
 

@@ -6,8 +6,6 @@
 #include "script/dialogue.h"
 #include "world/world.h"
 
-#include "core/log_mgr.h"
-
 #include <algorithm>
 #include <cstdlib>
 
@@ -45,48 +43,41 @@ private:
     /// Acts on the tag at the position and moves past it; false when the word is an ordinary one.
     bool tag() {
         if (text_[position_] != '^' || position_ + 1 >= text_.size()) return false;
-        const char argument = position_ + kTagLength < text_.size() ? text_[position_ + kTagLength] : '\0';
-        switch (text_[position_ + 1]) {
-        case '0':
-            pageEnds(std::min(position_ + kTagLength + 1, text_.size()));
+        for (const TagRow& row : kTags) {
+            if (row.tag != text_[position_ + 1]) continue;
+            (this->*row.act)(position_ + kTagLength < text_.size() ? text_[position_ + kTagLength] : '\0');
             return true;
-        case '1':
-            breakLine_ = true;
-            break;
-        case '2':
-            colour_ = argument >= '1' && argument <= '7' ? kColours[argument - '0'] : kWhite;
-            break;
-        case '3':
-            if ((column_ > 0 || breakLine_) && !newLine()) return true;
-            colour_ = kSpeaker;
-            place(cWorld::instance().heroName + ": ");
-            break;
-        case '4':
-            if (!newLine()) return true;
-            colour_ = kWhite;
-            break;
-        case '5':
-            jump(argument);
-            return true;
-        case '7':
-            done_ = true;
-            dialogue_.end();
-            return true;
-        case '8':
-            replies(argument - '0', position_ + kTagLength + 1);
-            return true;
-        case '9':
-            call();
-            return true;
-        case 'A':
-            ordinary(cWorld::instance().heroName +
-                     text_.substr(position_ + kTagLength, wordEnd_ - position_ - kTagLength));
-            return true;
-        default:
-            return false;
         }
+        return false;
+    }
+
+    void pageBreak(char) { pageEnds(std::min(position_ + kTagLength + 1, text_.size())); }
+    void lineBreak(char) {
+        breakLine_ = true;
         position_ = wordEnd_;
-        return true;
+    }
+    void colour(char digit) {
+        colour_ = digit >= '1' && digit <= '7' ? kColours[digit - '0'] : kWhite;
+        position_ = wordEnd_;
+    }
+    void speakerLabel(char) {
+        if ((column_ > 0 || breakLine_) && !newLine()) return;
+        colour_ = kSpeaker;
+        place(cWorld::instance().heroName + ": ");
+        position_ = wordEnd_;
+    }
+    void plainLine(char) {
+        if (!newLine()) return;
+        colour_ = kWhite;
+        position_ = wordEnd_;
+    }
+    void ending(char) {
+        done_ = true;
+        dialogue_.end();
+    }
+    void heroName(char) {
+        ordinary(cWorld::instance().heroName +
+                 text_.substr(position_ + kTagLength, wordEnd_ - position_ - kTagLength));
     }
 
     static int widthOf(const std::string& word) { return cRenderer::instance().textWidth(0, 1.0f, word); }
@@ -123,16 +114,18 @@ private:
     void jump(char label) {
         const size_t at = text_.find(std::string{'^', '6', label});
         if (++jumps_ > kMostJumps) {
-            cLogMgr::instance().error("CML object %s: a dialogue jumps in a circle at ^5%c",
-                                      dialogue_.speaker_->getElement()->getAttribute("name").c_str(), label);
+            dialogue_.speaker_->reportOnce(std::string("has a dialogue that jumps in a circle at ^5") +
+                                           label);
             position_ = text_.size();
         } else {
             position_ = at == std::string::npos ? text_.size() : at + 3;
         }
     }
 
-    void replies(int count, size_t at) {
+    void replies(char digit) {
         done_ = true;
+        const int count = digit - '0';
+        size_t at = position_ + kTagLength + 1;
         if (count < 2 || count > cDialogue::kMostReplies) {
             dialogue_.fail("Talking script contains errors! check all ^8 tags, only 2-6 replies allowed!");
             return;
@@ -156,13 +149,20 @@ private:
     }
 
     /// Runs once: later frames lay the page out from behind the tag.
-    void call() {
+    void call(char) {
         const int index = std::atoi(text_.c_str() + position_ + kTagLength);
         position_ = dialogue_.pageStart_ = wordEnd_;
         dialogue_.element_->runCall(*dialogue_.speaker_, index);
         // The call may have ended this conversation, or begun another one.
         done_ = done_ || dialogue_.session_ != session_;
     }
+
+    struct TagRow {
+        char tag;
+        void (cPageLayout::*act)(char argument);
+    };
+    static const TagRow kTags[10];
+    friend class cDialogue;
 
     cDialogue& dialogue_;
     const std::string& text_;
@@ -174,6 +174,20 @@ private:
     int jumps_ = 0;
     std::vector<cDialogue::PlacedWord> words_;
 };
+
+/// ^6 is none: text that runs into a label shows it.
+constexpr cPageLayout::TagRow cPageLayout::kTags[10] = {
+    {'0', &cPageLayout::pageBreak},    {'1', &cPageLayout::lineBreak}, {'2', &cPageLayout::colour},
+    {'3', &cPageLayout::speakerLabel}, {'4', &cPageLayout::plainLine}, {'5', &cPageLayout::jump},
+    {'7', &cPageLayout::ending},       {'8', &cPageLayout::replies},   {'9', &cPageLayout::call},
+    {'A', &cPageLayout::heroName},
+};
+
+std::string cDialogue::tags() {
+    std::string all;
+    for (const cPageLayout::TagRow& row : cPageLayout::kTags) all += row.tag;
+    return all;
+}
 
 std::vector<cDialogue::PlacedWord> cDialogue::layOutPage() {
     if (!text_) return {};

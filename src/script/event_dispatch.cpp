@@ -12,6 +12,10 @@
 #include <cmath>
 
 namespace {
+/// Reactions that hit each other (a shoots b, b shoots back) would go on within one frame: so many events
+/// beyond those that the frame began with.
+constexpr int32_t kMostCausedEvents = 10000;
+
 cCmlObject* scripted(cController* c) {
     return c && c->kind() == cController::kCmlObject ? static_cast<cCmlObject*>(c) : nullptr;
 }
@@ -102,10 +106,16 @@ void handle(const cEvent& e, GameState* state) {
 
 void cEventMgr::process(uint32_t, GameState* state) {
     cRenderer::instance().addDebugText("%d events cleared", count());
-    while (!events_.empty()) {
+    for (int32_t left = count() + kMostCausedEvents; !events_.empty(); --left) {
         // Taken off first: a reaction may post further events, which are handled next.
         const cEvent event = events_.back();
         events_.pop_back();
-        handle(event, state);
+        if (left > 0) {
+            handle(event, state);
+            continue;
+        }
+        cCmlObject* object = scripted(event.source) ? scripted(event.source) : scripted(event.other);
+        if (object) object->reportOnce("causes events without end");
+        events_.clear();
     }
 }

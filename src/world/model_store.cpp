@@ -12,12 +12,13 @@ cModel* cStaticModelStore::load(const std::string& fileName, bool shadows) {
         return nullptr;
     }
     if (shadows) shadowVolume::prepare(model->objects);
-    models_.push_back(std::move(model));
-    return models_.back().get();
+    cModel* made = model.get();
+    models_.emplace(made, std::move(model));
+    return made;
 }
 
 void cStaticModelStore::release(const cModel* model) {
-    std::erase_if(models_, [=](const auto& owned) { return owned.get() == model; });
+    models_.erase(model);
 }
 
 std::shared_ptr<cCharacterModel> cAnimatedModelStore::load(const std::string& directory,

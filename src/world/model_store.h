@@ -5,7 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 /// Static models of world objects and items, loaded once a request. Owns them.
 class cStaticModelStore {
@@ -16,7 +16,7 @@ public:
     size_t count() const { return models_.size(); }
 
 private:
-    std::vector<std::unique_ptr<cModel>> models_;
+    std::unordered_map<const cModel*, std::unique_ptr<cModel>> models_; ///< by their own address
 };
 
 /// Character geometry, shared by name (without its directory). Owned by the store and by every pose that uses

@@ -46,6 +46,9 @@ public:
     VisualKind getVisualKind() const { return visualKind_; }
     bool isDrawnNear() const { return drawnNear_; }
     uint64_t getSerial() const { return serial_; } ///< never used twice, unlike an address
+    /// Taken out of the level, about to be deleted: nobody may keep its pointer.
+    bool isGone() const { return gone_; }
+    void markGone() { gone_ = true; }
     /// Takes part in proximity, hit and collision queries.
     bool isQueryable() const;
 
@@ -61,6 +64,7 @@ protected:
 private:
     void changed();
     const uint64_t serial_;
+    bool gone_ = false;
 };
 
 /// What an object does each frame.
@@ -81,8 +85,8 @@ public:
     virtual int32_t getId() const { return 0; }
     /// A one-shot animation of the object's model has ended.
     virtual void onAnimationEnd() {}
-    /// The object is about to be deleted: drop every pointer to it.
-    virtual void forget(const cObject*) {}
+    /// Objects are about to be deleted: drop every pointer to one that is gone.
+    virtual void forgetGone() {}
     /// Ground flags that a new collision body starts with.
     virtual uint32_t moveFlags() const { return 0; }
 

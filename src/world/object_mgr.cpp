@@ -33,6 +33,7 @@ void cObjectMgr::destroyInstance() {
 }
 
 void cObjectMgr::add(std::unique_ptr<cObject> object) {
+    if (indexed_) index(*object);
     objects_.push_back(std::move(object));
 }
 void cObjectMgr::addLater(std::unique_ptr<cObject> object) {
@@ -41,7 +42,7 @@ void cObjectMgr::addLater(std::unique_ptr<cObject> object) {
 
 void cObjectMgr::destroy(cObject* object) {
     if (object->getController()) object->getController()->setActive(false);
-    destroyQueue_.push_back({object, object->getSerial()});
+    destroyQueue_.push_back(object->getSerial());
 }
 
 cObject* cObjectMgr::get(size_t index) const {
@@ -57,20 +58,25 @@ cObject* cObjectMgr::hero() const {
 void cObjectMgr::clear() {
     // What waits to join belongs to the old level as well.
     for (auto* list : {&createQueue_, &objects_}) {
-        while (!list->empty()) {
-            cObject* last = list->back().get();
-            detach(last);
-            if (forgetListener_) forgetListener_(last);
-            list->pop_back();
-        }
+        std::vector<cObject*> gone;
+        for (auto it = list->rbegin(); it != list->rend(); ++it) gone.push_back(it->get());
+        takeOut(gone);
+        while (!list->empty()) list->pop_back();
     }
+    byId_.clear();
+    indexed_ = true;
 }
 
-/// Takes the object out of everything outside of this class that refers to it.
-void cObjectMgr::detach(cObject* object) {
-    if (object->getController()) cEventMgr::instance().removeFor(object->getController());
-    if (object->body) cPhysicsWorld::instance().removeBody(object->body);
-    object->releaseModel();
+/// Takes objects out of everything outside of this class that refers to them.
+void cObjectMgr::takeOut(const std::vector<cObject*>& gone) const {
+    for (cObject* object : gone) {
+        object->markGone();
+        if (object->getController()) cEventMgr::instance().removeFor(object->getController());
+        object->releaseModel();
+    }
+    cPhysicsWorld::instance().removeBodiesOfGone();
+    for (const cObject* object : gone)
+        if (forgetListener_) forgetListener_(object);
 }
 
 void cObjectMgr::update(uint32_t elapsedMs, GameState* state) {
@@ -79,32 +85,35 @@ void cObjectMgr::update(uint32_t elapsedMs, GameState* state) {
         cController* controller = objects_[i]->getController();
         if (controller && controller->isActive()) controller->update(elapsedMs, state);
     }
-    while (!destroyQueue_.empty()) {
-        const Doomed doomed = destroyQueue_.back();
-        destroyQueue_.pop_back();
-        deleteObject(doomed);
-    }
+    deleteDoomed();
     while (!createQueue_.empty()) {
-        objects_.push_back(std::move(createQueue_.back()));
+        std::unique_ptr<cObject> object = std::move(createQueue_.back());
         createQueue_.pop_back();
+        add(std::move(object));
     }
 }
 
-void cObjectMgr::deleteObject(const Doomed& doomed) {
-    const auto it = std::find_if(objects_.begin(), objects_.end(), [&](const auto& o) {
-        return o.get() == doomed.object && o->getSerial() == doomed.serial;
-    });
-    if (it == objects_.end()) {
+/// Serials are looked up, never addresses: those are used again.
+void cObjectMgr::deleteDoomed() {
+    if (destroyQueue_.empty()) return;
+    std::sort(destroyQueue_.begin(), destroyQueue_.end());
+    std::vector<cObject*> gone;
+    for (const auto& object : objects_) {
+        if (std::binary_search(destroyQueue_.begin(), destroyQueue_.end(), object->getSerial()))
+            gone.push_back(object.get());
+    }
+    for (size_t i = gone.size(); i < destroyQueue_.size(); ++i)
         cLogMgr::instance().error("Attempted to destroy unexisting object");
-        return;
+    destroyQueue_.clear();
+    takeOut(gone);
+    for (const cObject* object : gone) {
+        const cController* controller = object->getController();
+        if (controller && controller->kind() == cController::kCmlObject) indexed_ = false;
     }
-    cObject* object = it->get();
-    detach(object);
-    if (forgetListener_) forgetListener_(object);
-    for (const auto& other : objects_) {
-        if (other->getController()) other->getController()->forget(object);
+    for (const auto& object : objects_) {
+        if (object->getController()) object->getController()->forgetGone();
     }
-    objects_.erase(it);
+    std::erase_if(objects_, [](const auto& object) { return object->isGone(); });
 }
 
 void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
@@ -121,13 +130,20 @@ void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
     for (size_t i = drawHero ? 0 : 1; i < objects_.size(); ++i) objects_[i]->draw(view);
 }
 
+void cObjectMgr::index(const cObject& object) const {
+    cController* controller = object.getController();
+    if (controller && controller->kind() == cController::kCmlObject)
+        byId_.try_emplace(controller->getId(), controller);
+}
+
 cController* cObjectMgr::findCmlObject(int32_t id) const {
-    for (const auto& object : objects_) {
-        cController* controller = object->getController();
-        if (controller && controller->kind() == cController::kCmlObject && controller->getId() == id)
-            return controller;
+    if (!indexed_) {
+        byId_.clear();
+        for (const auto& object : objects_) index(*object);
+        indexed_ = true;
     }
-    return nullptr;
+    const auto found = byId_.find(id);
+    return found == byId_.end() ? nullptr : found->second;
 }
 
 cObject* cObjectMgr::findTouching(const cObject* object) const {

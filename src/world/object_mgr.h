@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 /// Owns every live world object. The hero, when a level has one, is element 0.
@@ -44,16 +45,16 @@ public:
     bool shadowsEnabled = false;
 
 private:
-    struct Doomed {
-        const cObject* object;
-        uint64_t serial;
-    };
-    void deleteObject(const Doomed& doomed);
-    static void detach(cObject* object);
+    void deleteDoomed();
+    void takeOut(const std::vector<cObject*>& gone) const;
+    void index(const cObject& object) const;
     cObject* firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const;
 
     std::vector<std::unique_ptr<cObject>> objects_;
-    std::vector<Doomed> destroyQueue_;
+    std::vector<uint64_t> destroyQueue_; ///< serials
     std::vector<std::unique_ptr<cObject>> createQueue_;
     std::function<void(const cObject*)> forgetListener_;
+    /// First CML object of each id; made anew when one has gone.
+    mutable std::unordered_map<int32_t, cController*> byId_;
+    mutable bool indexed_ = true;
 };

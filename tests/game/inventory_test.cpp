@@ -116,6 +116,13 @@ TEST_F(Inventory, PickupsGroupAndTell) {
     EXPECT_TRUE(inventory.has(kPistol)) << "an empty pistol is still a pistol";
     inventory.give(kApples, INT32_MIN);
     EXPECT_EQ(list(), "[2x2] 2x1 0x0 ") << "the first entry went, the selection has nowhere to go back to";
+    for (size_t i = 0; i < cInventory::kMostEntries; ++i) inventory.give(kKey, 1);
+    inventory.give(kApples, 1);
+    inventory.give(kPistol, 7);
+    EXPECT_EQ(inventory.entries().size(), cInventory::kMostEntries) << "no more of what does not group";
+    EXPECT_FALSE(inventory.has(kApples));
+    EXPECT_EQ(inventory.countOf(kPistol), 7);
+    EXPECT_EQ(TempGame::errors().size(), 1u) << "told once";
 }
 
 TEST_F(Inventory, TheSelectionFollowsWhatIsTaken) {

@@ -2,6 +2,7 @@
 
 #include "game/player.h"
 #include "game/projectile.h"
+#include "game/weapons.h"
 #include "platform/random.h"
 #include "script/attacks.h"
 #include "script/cml_object.h"
@@ -175,28 +176,14 @@ TEST_F(Weapons, ScriptedObjectsShootStrikeAndThrow) {
     EXPECT_TRUE(TestWorld::object("foe")->getDirection().isNear(-before)) << "an unknown name: straight on";
 }
 
-TEST_F(Weapons, ScriptsGiveAndTakeAndAsk) {
-    const auto run = [&](const std::string& list) {
-        EXPECT_EQ(
-            t.load("<player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" "
-                   "up=\"0,1,0\" />"
-                   "<camera firstperson=\"0\" position=\"0,0,4\" /></player>" +
-                   objectElement(
-                       "o", "default_action=\"a\" on_set=\"" + list + "\"",
-                       "<action name=\"a\"><reaction type=\"context\" do=\"set_local(r,0)\">"
-                       "<requirement test=\"object_owned(grenade);object_has_more_than(grenade,2);"
-                       "object_has_less_than(grenade,4);object_equipped(stick)\" do=\"set_local(r,1)\" />"
-                       "</reaction></action>")),
-            0);
-        TestWorld::script("o").fireReaction(kTriggerContext);
-        return TestWorld::local("o", "r");
-    };
-    EXPECT_EQ(run("get_object(grenade,3);get_object(stick);set_selected_object(stick)"), 1);
-    EXPECT_EQ(run("take_single_object(grenade)"), 0);
-    EXPECT_EQ(world.inventory.countOf(kGrenade), 2);
-    EXPECT_EQ(run("get_subobject(grenade)"), 1);
-    EXPECT_EQ(run("take_selected_object()"), 0);
-    EXPECT_FALSE(world.inventory.has(kStick));
-    EXPECT_EQ(run("take_all_objects(grenade)"), 0);
-    EXPECT_TRUE(world.inventory.entries().empty());
+TEST_F(Weapons, TheAirHoldsOnlySoMany) {
+    const cItemDef& grenade = *cItemDefs::instance().at(kGrenade);
+    for (int i = 0; i < cProjectile::kMostInFlight; ++i)
+        launchProjectile(grenade, {static_cast<float>(2 * i), 500, 0}, {0, 0.1f, 0});
+    const int32_t bomb = TestWorld::script("foe").getElement()->childIndex(kCmlItem, "name", "bomb");
+    for (int i = 0; i < 3; ++i) attack(bomb, kWordPlayer);
+    EXPECT_EQ(cProjectile::inFlight(), cProjectile::kMostInFlight);
+    EXPECT_EQ(TempGame::errorCount("CML object foe throws more than can be in the air"), 1);
+    cObjectMgr::instance().clear();
+    EXPECT_EQ(cProjectile::inFlight(), 0);
 }
