@@ -1,4 +1,4 @@
-// The first level: loading it, and its frames without the frame cap. What the frame costs without rasterising
+// The levels: loading them, and their frames without the frame cap. What the frame costs without rasterising
 // and without any drawing tells the driver's share apart. Needs a display.
 #include "core/application.h"
 #include "game/physics_world.h"
@@ -15,13 +15,16 @@
 #include <cstdio>
 
 namespace {
-constexpr const char* kLevel = "testlevel.xml";
+struct Level {
+    const char *file, *spawn;
+};
+constexpr Level kLevels[] = {{"testlevel.xml", "pier"}, {"deepwood.xml", "shore"}, {"summit.xml", "landing"}};
 constexpr int kCharacters = 50, kPerRow = 10;
 
 RunOptions firstLevel() {
     RunOptions options;
-    options.level = kLevel;
-    options.spawn = "pier";
+    options.level = kLevels[0].file;
+    options.spawn = kLevels[0].spawn;
     return options;
 }
 
@@ -57,34 +60,47 @@ void draw(Drawing drawing) {
     if (drawing == kEverything) glDisable(GL_RASTERIZER_DISCARD);
 }
 
+constexpr const char* kLabels[] = {"everything", "not rasterised", "nothing drawn"};
+
 void measureFrames(benchmark::State& state) {
-    constexpr const char* kLabels[] = {"everything", "not rasterised", "nothing drawn"};
     draw(static_cast<Drawing>(state.range(0)));
     state.SetLabel(kLabels[state.range(0)]);
     for (auto _ : state) game().frames(1);
     draw(kEverything);
 }
 
+bool load(const Level& level) {
+    cWorld& world = cWorld::instance();
+    world.spawnPoint = level.spawn;
+    return world.loadLevel(level.file) >= 0;
+}
+
 /// With textures and pictures in their caches, everything else read anew.
 void levelLoad(benchmark::State& state) {
+    const Level& level = kLevels[state.range(0)];
+    state.SetLabel(level.file);
     for (auto _ : state) {
         cWorld& world = cWorld::instance();
         cObjectMgr::instance().clear();
         cPhysicsWorld::destroy();
         world.appearanceFile.clear();
         world.environmentFile.clear();
-        if (world.loadLevel(kLevel) < 0) state.SkipWithError("the level does not load");
+        if (!load(level)) state.SkipWithError("the level does not load");
     }
 }
 
 void levelFrame(benchmark::State& state) {
+    const Level& level = kLevels[state.range(1)];
+    if (!load(level)) state.SkipWithError("the level does not load");
+    game().frames(10);
     measureFrames(state);
+    state.SetLabel(std::string(level.file) + ", " + kLabels[state.range(0)]);
 }
 
 /// Fifty guards that walk on the spot before the hero, each with its shadow volume.
 void shadowedCharacters(benchmark::State& state) {
     cWorld& world = cWorld::instance();
-    if (world.loadLevel(kLevel) < 0) state.SkipWithError("the level does not load");
+    if (!load(kLevels[0])) state.SkipWithError("the level does not load");
     const cVector3 hero = cObjectMgr::instance().hero()->getPosition();
     for (int i = 0; i < kCharacters; ++i) {
         auto guard = std::make_unique<cAnimatedObject>(
@@ -106,11 +122,14 @@ void shadowedCharacters(benchmark::State& state) {
     if (near != kCharacters) state.SkipWithError("not all characters are in view");
     measureFrames(state);
     cObjectMgr::instance().shadowsEnabled = before;
-    world.loadLevel(kLevel);
+    load(kLevels[0]);
 }
 
-BENCHMARK(levelLoad)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(levelFrame)->DenseRange(kEverything, kNothing)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(levelLoad)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(levelFrame)
+    ->ArgsProduct({{kEverything, kNotRasterised, kNothing}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(shadowedCharacters)
     ->DenseRange(kEverything, kNothing)
     ->Unit(benchmark::kMillisecond)

@@ -30,6 +30,7 @@ void addRocks(Scenery& s) {
     uint32_t seed = 570;
     for (int i = 0; i < 22; ++i) {
         const float part = (static_cast<float>(i) + 0.6f * latticeValue(i, 1, 571)) / 22;
+        if (part > 0.92f) break; // the top is free
         const float aside = i % 2 == 0 ? 3.0f : -2.2f, size = 0.5f + 0.6f * latticeValue(i, 2, 571);
         s.add(kRock, boulder(size, ++seed).moved(besidePath(part, aside, size * 0.1f)));
     }
