@@ -70,7 +70,7 @@ void stepLevelChange(cWorld& world) {
     if (world.levelChangePending <= kFadeEnd) return;
     world.levelChangePending = 0;
     world.intensity = world.intensityRising = 0;
-    if (world.levelFile == "end") {
+    if (world.levelFile == cWorld::kLastLevel) {
         showEnd(world);
         return;
     }

@@ -68,12 +68,32 @@ void GameRun::hold(int command, int count) {
 
 void GameRun::tapKey(int sdlKey) {
     for (const bool down : {true, false}) {
-        SDL_Event event{};
-        event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
-        event.key.keysym.sym = static_cast<SDLKey>(sdlKey);
-        SDL_PushEvent(&event);
+        player.setKey(sdlKey, down);
         frames(1);
     }
+}
+
+void GameRun::type(const std::string& text) {
+    for (const char c : text) {
+        player.type(c);
+        frames(1);
+    }
+}
+
+void GameRun::skipIntro() {
+    tapKey(SDLK_SPACE);
+    frames(30);
+}
+
+void GameRun::startNewGame(const std::string& name) {
+    tapKey(SDLK_RETURN);
+    type(name);
+    tapKey(SDLK_RETURN);
+    tapKey(SDLK_UP); // the last entry makes new settings
+    tapKey(SDLK_RETURN);
+    type("test");
+    tapKey(SDLK_RETURN);
+    frames(3);
 }
 
 cVector3 GameRun::hero() const {

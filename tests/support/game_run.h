@@ -17,7 +17,11 @@ public:
     bool walkTo(float x, float z, int mostFrames = 900);
     void face(float x, float z);
     void hold(int command, int count); ///< for so many frames
-    void tapKey(int sdlKey);
+    void tapKey(int sdlKey);           ///< down for a frame, up for a frame
+    void type(const std::string& text);
+    void skipIntro(); ///< to the main page, when the menu takes keys
+    /// From the main page without a game: picks the name and new settings of the name "test".
+    void startNewGame(const std::string& name);
     cVector3 hero() const; ///< position; far below everything without a hero
 
     cApplication app;
