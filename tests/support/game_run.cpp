@@ -7,17 +7,14 @@
 
 #include <SDL.h>
 
-/// Log rows are collected from before the first manager exists.
-struct GameRun::Files {
-    TempGame temp{GAME_DATA};
-};
+GameRun::GameRun(RunOptions options) : GameRun(std::move(options), std::make_shared<TempGame>(GAME_DATA)) {}
 
-GameRun::GameRun(RunOptions options)
+GameRun::GameRun(RunOptions options, std::shared_ptr<TempGame> files)
     : app([&] {
           options.fast = true;
           return options;
       }()),
-      files_(std::make_unique<Files>()) {
+      files_(std::move(files)) {
     platform::useFixedStep(16);
     platform::lockRandomSeed(1);
     started = app.start() && cRenderer::instance().hasScreen();

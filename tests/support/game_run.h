@@ -11,6 +11,7 @@
 class GameRun {
 public:
     explicit GameRun(RunOptions options = {});
+    GameRun(RunOptions options, std::shared_ptr<TempGame> files); ///< on files of an earlier run
     ~GameRun();
 
     void frames(int count); ///< of whatever loop the state asks for
@@ -29,6 +30,5 @@ public:
     bool started = false;
 
 private:
-    struct Files;
-    std::unique_ptr<Files> files_;
+    std::shared_ptr<TempGame> files_; ///< collects log rows from before the first manager exists
 };
