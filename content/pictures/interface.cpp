@@ -139,31 +139,98 @@ constexpr Button kButtons[] = {{"Return to game", 0},
                                {"OK", 12},
                                {"Cancel", 13}};
 
+/// A dry brush's stroke: ragged at its ends, streaked along its way.
+Shape brushStroke(float left, float top, float width, float height, int seed) {
+    Shape shape = rectangle(left, top, width, height, height * 0.45f);
+    shape.distance = [=](float x, float y) {
+        const float across = (y - top) / height - 0.5f, sag = 1.6f * std::sin((x - left) / width * 3.1f);
+        const float ragged = 9 * fractalNoise(y * 0.55f, static_cast<float>(seed), 17, 2);
+        const float ends = std::max(left + ragged - x, x - (left + width - ragged));
+        const float edge = std::fabs(y - top - height / 2 + sag) - height / 2 +
+                           2.4f * fractalNoise(x * 0.06f, across + static_cast<float>(seed), 23, 3) + 0.6f;
+        return std::max(ends, edge);
+    };
+    return shape;
+}
+
 void drawButton(Canvas& c, const Button& button, float x, float y, bool lit) {
-    TextStyle style{0, y + 4.2f, 15, 2.3f, 0.22f, 0};
-    style = centred(button.text, style, x + 150);
+    TextStyle style{0, y + 4.4f, 15.5f, 2.7f, 0.17f, 0.06f};
+    style = centred(button.text, style, x + 149);
     if (lit) {
-        for (const Shape& s : textShapes(button.text, style)) c.glow(s, rgb(0xffd76a, 0.5f), 4.2f);
-        drawRimmedText(c, button.text, style, rgb(0xfff3c4), rgb(0xa8651b), 1.3f);
+        const float width = std::min(292.0f, textWidth(button.text, style) + 66);
+        const Shape stroke = brushStroke(x + 150 - width / 2, y + 1.8f, width, 25, button.row);
+        c.fill(stroke, [&](float px, float py) {
+            const float streak = fractalNoise(px * 0.015f, py * 0.9f, 31, 2);
+            return mix(rgb(0xf3cf5f), rgb(0xdf9f34), clamp01(1.3f * streak - 0.1f));
+        });
+        drawText(c, button.text, style, rgb(0x8c2f22));
     } else {
-        drawRimmedText(c, button.text, style, rgb(0x24405e), rgb(0xffffff, 0.55f), 1.2f);
+        drawRimmedText(c, button.text, style, rgb(0x1b3a5c), rgb(0xfffbee, 0.75f), 1.5f);
     }
 }
 
-void drawTitle(Canvas& c) {
-    const Shape banner = rectangle(14, 60, 676, 160, 40);
-    c.fill(banner, [](float x, float y) {
-        const float wave = 0.04f * std::sin(x * 0.05f + y * 0.12f);
-        return mix(rgb(0x4aa3bf, 0.9f), rgb(0x17496b, 0.94f), clamp01((y - 60) / 160 + wave));
-    });
-    c.fill(outline(rectangle(18, 64, 668, 152, 37), 4), kGold);
-    drawRose(c, 352, 140, 118, rgb(0xffe3a0, 0.30f), rgb(0x0e3550, 0.30f));
-    TextStyle style{0, 101, 78, 11.5f, 0.12f, 0};
-    style = centred("QUORVANE", style, 352);
-    for (const Shape& s : textShapes("QUORVANE", style)) {
-        c.fill(grown(s, 5), rgb(0x0f2236));
-        c.fill(s, [](float, float y) { return mix(rgb(0xfff6d8), rgb(0xe3a63c), smoothStep(95, 182, y)); });
+/// Sky, sea and the island with its lighthouse, as seen from a boat; 0 at the left and top, 1 at the right
+/// and the bottom.
+Colour seascape(float u, float v) {
+    constexpr float kHorizon = 0.62f;
+    if (v > kHorizon) {
+        const float deep = (v - kHorizon) / (1 - kHorizon);
+        const float wave = fractalNoise(u * 46, v * 60 + 3 * std::sin(u * 21), 41, 2);
+        return mix(mix(rgb(0x3aa6bd), rgb(0x1f6f92), deep), rgb(0xbfe6e2),
+                   smoothStep(0.70f, 0.78f, wave) * 0.55f);
     }
+    Colour sky = mix(rgb(0x2f78c4), rgb(0xe9f3ea), smoothStep(0.0f, kHorizon, v));
+    const float cloud = fractalNoise(u * 7, v * 11, 43, 4);
+    sky = mix(sky, rgb(0xfffdf4), smoothStep(0.54f, 0.70f, cloud) * smoothStep(0.02f, 0.3f, v) * 0.85f);
+    const float hill = kHorizon - 0.17f * std::exp(-std::pow((u - 0.945f) / 0.06f, 2.0f)) -
+                       0.07f * std::exp(-std::pow((u - 0.84f) / 0.07f, 2.0f)) -
+                       0.06f * std::exp(-std::pow((u - 0.10f) / 0.06f, 2.0f)) +
+                       0.012f * fractalNoise(u * 40, 1, 47, 2);
+    if (v > hill + 0.008f) return mix(rgb(0x8fbb54), rgb(0x3f7d34), (v - hill) / 0.16f);
+    return sky;
+}
+
+void drawLighthouse(Canvas& c, float x, float foot) {
+    c.fill(polygon({{x - 6, foot}, {x + 6, foot}, {x + 3.6f, foot - 34}, {x - 3.6f, foot - 34}}),
+           rgb(0xf3e6c8));
+    c.fill(
+        polygon({{x - 5.2f, foot - 9}, {x + 5.2f, foot - 9}, {x + 4.6f, foot - 18}, {x - 4.6f, foot - 18}}),
+        rgb(0xc4473d));
+    c.fill(rectangle(x - 6, foot - 37, 12, 3.4f), rgb(0x8a5c34));
+    c.fill(rectangle(x - 3.2f, foot - 44, 6.4f, 8), rgb(0xffe9a0));
+    c.glow(disc(x, foot - 40, 3), rgb(0xfff2b0, 0.7f), 9);
+    c.fill(polygon({{x - 5, foot - 43}, {x + 5, foot - 43}, {x, foot - 51}}), rgb(0xc4473d));
+}
+
+void drawBoat(Canvas& c, float x, float y) {
+    c.fill(polygon({{x - 15, y}, {x + 15, y}, {x + 10, y + 7}, {x - 10, y + 7}}), rgb(0x8a5c34));
+    c.fill(polygon({{x + 1, y - 3}, {x + 1, y - 36}, {x + 17, y - 3}}), rgb(0xf3e6c8));
+    c.fill(polygon({{x - 1.5f, y - 3}, {x - 1.5f, y - 30}, {x - 13, y - 3}}), rgb(0xe6b84c));
+}
+
+/// A painted board on two ropes' knots; the name stands before the view from the sea.
+void drawTitle(Canvas& c) {
+    const Shape board = rectangle(14, 40, 676, 190, 34), view = rectangle(27, 53, 650, 164, 24);
+    c.fill(board, [](float x, float y) {
+        const float grain = fractalNoise(x * 0.02f, y * 0.35f, 51, 4);
+        return mix(rgb(0x8a5c34), rgb(0xc08a52), grain);
+    });
+    c.fill(outline(board, 2.5f), rgb(0x4c3322));
+    c.fill(view, [](float x, float y) { return seascape((x - 27) / 650, (y - 53) / 164); });
+    c.fill(outline(view, 3), rgb(0x4c3322));
+    drawLighthouse(c, 642, 131);
+    drawBoat(c, 60, 178);
+    for (const float x : {60.0f, 644.0f}) {
+        c.fill(stroke(x, 6, x, 44, 6), rgb(0xcaa66a));
+        c.fill(outline(disc(x, 44, 8), 4), rgb(0xb98a48));
+    }
+    TextStyle style{0, 96, 76, 12.4f, 0.11f, 0.05f};
+    style = centred("Quorvane", style, 350);
+    const std::vector<Shape> letters = textShapes("Quorvane", style);
+    for (const Shape& s : letters) c.glow(s, rgb(0x0f2236, 0.55f), 12);
+    for (const Shape& s : letters) c.fill(grown(s, 4.5f), rgb(0x1b2d44));
+    for (const Shape& s : letters)
+        c.fill(s, [](float, float y) { return mix(rgb(0xfffae8), rgb(0xeab24a), smoothStep(92, 178, y)); });
 }
 } // namespace
 
@@ -176,16 +243,24 @@ FORGE_RECIPE(picture_menu) {
         drawButton(c, button, 8, y, false);
         drawButton(c, button, 348, y, true);
     }
-    // The end: 481 × 69 at 48, 860.
-    TextStyle end{0, 872, 44, 6, 0.3f, 0};
-    drawRimmedText(c, "THE END", centred("THE END", end, 288), rgb(0xfff3d0), kInk, 3);
+    // The end: 481 × 69 at 48, 860; it stands on black.
+    TextStyle end{0, 868, 46, 7, 0.22f, 0.06f};
+    end = centred("The End", end, 288);
+    for (const Shape& s : textShapes("The End", end)) {
+        c.fill(grown(s, 3), rgb(0x8c2f22));
+        c.fill(s, [](float, float y) { return mix(rgb(0xfffae8), rgb(0xeab24a), smoothStep(868, 914, y)); });
+    }
+    for (const float side : {-1.0f, 1.0f}) drawRose(c, 288 + side * 196, 893, 26, kGold, rgb(0x8a6a24));
     // Credits page: 191 × 73 at 698, 855 and 303 × 61 at 684, 937.
-    TextStyle small{0, 866, 22, 3, 0.2f, 0};
-    drawText(c, "QUORVANE", centred("QUORVANE", small, 793), rgb(0x24405e));
-    drawRose(c, 793, 908, 17, rgb(0xc28a2a), rgb(0x6d4a12));
-    TextStyle line{0, 950, 13, 2, 0.2f, 0};
-    drawText(c, "Thank you for playing.", centred("Thank you for playing.", line, 835), rgb(0x24405e));
-    c.fill(stroke(720, 982, 950, 982, 2), rgb(0xc28a2a));
+    c.fill(rectangle(700, 857, 187, 69, 10),
+           [](float x, float y) { return seascape((x - 700) / 187, (y - 857) / 69); });
+    c.fill(outline(rectangle(701, 858, 185, 67, 9), 2.5f), rgb(0x4c3322));
+    TextStyle small{0, 880, 22, 3.7f, 0.12f, 0.05f};
+    small = centred("Quorvane", small, 793);
+    drawRimmedText(c, "Quorvane", small, rgb(0xfff6d8), rgb(0x1b2d44), 2);
+    TextStyle line{0, 952, 15, 2.6f, 0.16f, 0.06f};
+    drawText(c, "Thank you for playing!", centred("Thank you for playing!", line, 835), rgb(0x8c2f22));
+    c.fill(brushStroke(728, 978, 214, 7, 5), rgb(0xdf9f34));
     out.put("img/menu.tga", c.tga(32));
 }
 

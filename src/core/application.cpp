@@ -26,6 +26,10 @@
 namespace {
 /// Dark below 5/16, three quarters below 8/16, full above.
 constexpr int kRampTexels = 16;
+/// Who plays a level that was named on the command line: no hero of the player's is written over, and the
+/// menu does not offer him.
+constexpr const char* kLevelHero = "\xA3"
+                                   "LEVEL";
 constexpr uint32_t kFrameMs = 16; ///< pace of a run without a screen
 constexpr struct {
     int first;
@@ -198,7 +202,7 @@ void cApplication::makeRamp() const {
 
 bool cApplication::startLevel() {
     cWorld& world = cWorld::instance();
-    world.heroName = "Quorvane";
+    world.heroName = kLevelHero;
     world.levelFile = options_.level;
     world.spawnPoint = options_.spawn;
     world.saveGame();
@@ -214,7 +218,7 @@ bool cApplication::startLevel() {
 }
 
 void cApplication::introFrame() {
-    takePictures();
+    beforeFrame();
     cRenderer::instance().beginFrame();
     cInputMgr::instance().pump(dt_, &state_);
     cWorld::instance().updateIntro(dt_, &state_);
@@ -233,7 +237,7 @@ void cApplication::afterIntro() {
 }
 
 void cApplication::menuFrame() {
-    takePictures();
+    beforeFrame();
     cRenderer::instance().beginFrame();
     cInputMgr::instance().pump(0, &state_);
     cAudioMgr::instance().update();
@@ -245,8 +249,7 @@ void cApplication::menuFrame() {
 void cApplication::gameFrame() {
     cRenderer& renderer = cRenderer::instance();
     cWorld& world = cWorld::instance();
-    if (options_.script) options_.script(gameFrames_, &state_);
-    takePictures();
+    beforeFrame();
     renderer.beginFrame();
     cFrustum::instance().update();
     placeListener();
@@ -263,7 +266,6 @@ void cApplication::gameFrame() {
     cInputMgr::instance().pump(dt_, &state_);
     renderer.endFrame();
     measure();
-    ++gameFrames_;
 }
 
 /// Nothing is presented without a screen, so nothing else would keep the pace.
@@ -278,6 +280,11 @@ void cApplication::measure() {
     const uint64_t now = platform::ticks();
     dt_ = static_cast<uint32_t>(now - tickBase_);
     tickBase_ = now;
+}
+
+void cApplication::beforeFrame() {
+    if (options_.script) options_.script();
+    takePictures();
 }
 
 void cApplication::takePictures() {

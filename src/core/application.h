@@ -19,9 +19,8 @@ struct RunOptions {
         uint32_t frame; ///< counted from the first presented one
     };
     std::vector<Screenshot> screenshots;
-    /// Called before each game frame's input is read, with the number of game frames so far; may push SDL
-    /// events.
-    std::function<void(uint32_t gameFrame, GameState* state)> script;
+    /// Called at the start of every frame of the intro, the start menu and the game; may push SDL events.
+    std::function<void()> script;
 };
 
 /// Owns the thread from start to exit: managers, window, the three loops, shutdown.
@@ -55,13 +54,13 @@ private:
     static void tellNoWindow();
     static void waitWithoutScreen();
     void measure();
+    void beforeFrame();
     void takePictures();
 
     RunOptions options_;
     GameState state_ = STATE_INTRO;
     uint32_t dt_ = 0;       ///< ms between the two most recent measurements
     uint64_t tickBase_ = 0; ///< at the last measurement
-    uint32_t gameFrames_ = 0;
     bool started_ = false;
     std::vector<std::unique_ptr<cModel>> converted_;
 };

@@ -7,6 +7,7 @@
 
 #include <SDL.h>
 #include <algorithm>
+#include <cctype>
 
 namespace {
 constexpr float kDegreesPerLook = 25; ///< of the third-person camera
@@ -15,7 +16,7 @@ constexpr float kFacing = 2;          ///< degrees
 constexpr float kFastestTurn = 5;     ///< degrees a frame
 constexpr float kRadiansToDegrees = 57.29578f;
 
-void pushKey(int key, bool down) {
+void pushKey(int key, bool down, char character = 0) {
     SDL_Event event{};
     if (key >= 1 && key <= 5) {
         event.type = down ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;
@@ -23,6 +24,7 @@ void pushKey(int key, bool down) {
     } else {
         event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
         event.key.keysym.sym = static_cast<SDLKey>(key);
+        event.key.keysym.unicode = static_cast<unsigned char>(character);
     }
     SDL_PushEvent(&event);
 }
@@ -40,6 +42,30 @@ void cAutoPlayer::press(int command) {
 }
 void cAutoPlayer::release(int command) {
     setHeld(command, false);
+}
+
+void cAutoPlayer::setKey(int key, bool down) const {
+    // What these keys type, as SDL would say.
+    const bool typing = down && (key == SDLK_RETURN || key == SDLK_ESCAPE || key == SDLK_BACKSPACE);
+    pushKey(key, down, typing ? static_cast<char>(key) : '\0');
+}
+
+void cAutoPlayer::type(char character) const {
+    const int key = std::tolower(static_cast<unsigned char>(character));
+    pushKey(key, true, character);
+    pushKey(key, false);
+}
+
+void cAutoPlayer::pointAt(int x, int y) const {
+    const cInputMgr& input = cInputMgr::instance();
+    const int height = static_cast<int>(cRenderer::instance().getHeight());
+    SDL_Event event{};
+    event.type = SDL_MOUSEMOTION;
+    event.motion.x = static_cast<Uint16>(x);
+    event.motion.y = static_cast<Uint16>(y);
+    event.motion.xrel = static_cast<Sint16>(x - input.mouseX);
+    event.motion.yrel = static_cast<Sint16>(y - (height - 1 - input.mouseY));
+    SDL_PushEvent(&event);
 }
 
 void cAutoPlayer::look(int dx, int dy) {

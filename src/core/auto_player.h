@@ -10,6 +10,11 @@ public:
     void press(int command);
     void release(int command);
     void look(int dx, int dy); ///< pixels, right and up
+    /// Keys of the menu, by SDL code; mouse buttons 1 to 5 as well.
+    void setKey(int key, bool down) const;
+    /// A press and release that types a character of ASCII.
+    void type(char character) const;
+    void pointAt(int x, int y) const; ///< moves the mouse; pixels of the window, y from its top
     /// Once a frame: turns the camera towards the point. True when it faces it within two degrees.
     bool turnTowards(const cVector3& point);
     /// Once a frame: turns the camera and walks towards the point. True when the hero stands within `reach`

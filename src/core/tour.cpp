@@ -6,14 +6,15 @@
 #include "ui/bindings.h"
 #include "ui/menu.h"
 
+#include <SDL.h>
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
 
 namespace {
 constexpr const char* kScript = "tour.txt";
-constexpr const char* kLevel = "testlevel.xml";
-constexpr const char* kSpawn = "hut";
+constexpr uint32_t kKeyFrames = 3;      ///< a key of the menu is held so long ...
+constexpr uint32_t kKeyPause = 3;       ///< ... and left alone so long
 constexpr uint32_t kLongestWalk = 1200; ///< frames after which a walk is given up
 
 /// Words of the script and the commands that they press.
@@ -26,8 +27,17 @@ constexpr struct {
                      {"view", CMD_TOGGLE_VIEW}, {"fire", CMD_FIRE},       {"inventory", CMD_INVENTORY},
                      {"next", CMD_NEXT_ITEM}};
 
-/// One line: "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY FRAMES" (pixels a
-/// frame), "picture NAME". Lines are carried out one after another.
+/// Keys of the menu by name.
+constexpr struct {
+    const char* word;
+    int key;
+} kKeyWords[] = {{"return", SDLK_RETURN}, {"escape", SDLK_ESCAPE},     {"up", SDLK_UP},
+                 {"down", SDLK_DOWN},     {"left", SDLK_LEFT},         {"right", SDLK_RIGHT},
+                 {"space", SDLK_SPACE},   {"console", SDLK_BACKQUOTE}, {"mouse", 1}};
+
+/// One line: "key NAME" (of the menu), "type TEXT" (a character a frame), "point X Y" (pixels from the
+/// window's middle, y upwards), "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY
+/// FRAMES" (pixels a frame), "picture NAME". Lines are carried out one after another.
 struct Step {
     std::string act, name;
     int command = 0, dx = 0, dy = 0;
@@ -46,9 +56,23 @@ bool parseCommand(std::istringstream& in, Step& step) {
     return false;
 }
 
+bool parseKey(std::istringstream& in, Step& step) {
+    std::string word;
+    in >> word;
+    for (const auto& row : kKeyWords) {
+        if (word != row.word) continue;
+        step.command = row.key;
+        return true;
+    }
+    return false;
+}
+
 bool parseStep(const std::string& line, Step& step) {
     std::istringstream in(line);
     in >> step.act;
+    if (step.act == "key") return parseKey(in, step);
+    if (step.act == "type") return static_cast<bool>(std::getline(in >> std::ws, step.name));
+    if (step.act == "point") return static_cast<bool>(in >> step.dx >> step.dy);
     if (step.act == "walk") return static_cast<bool>(in >> step.point.x >> step.point.z);
     if (step.act == "wait") return static_cast<bool>(in >> step.frames);
     if (step.act == "look") return static_cast<bool>(in >> step.dx >> step.dy >> step.frames);
@@ -118,11 +142,28 @@ private:
             if (elapsed_ <= step.frames) player_.look(step.dx, step.dy);
             return elapsed_ > step.frames;
         }
+        if (step.act == "key") return keyDone(step);
+        if (step.act == "type") {
+            player_.type(step.name[elapsed_ - 1]);
+            return elapsed_ >= step.name.size();
+        }
+        if (step.act == "point") {
+            player_.pointAt(static_cast<int>(cRenderer::instance().getWidth()) / 2 + step.dx,
+                            static_cast<int>(cRenderer::instance().getHeight()) / 2 - step.dy);
+            return true;
+        }
         if (step.act == "press") player_.press(step.command);
         if (step.act == "release") player_.release(step.command);
         // The picture is of the frame that follows; it takes that frame.
         if (step.act == "picture" && elapsed_ == 1) cRenderer::instance().requestScreenshot(pathOf(step));
         return step.act != "picture" || elapsed_ > 1;
+    }
+
+    bool keyDone(const Step& step) {
+        const bool console = step.command == SDLK_BACKQUOTE;
+        if (elapsed_ == 1) console ? player_.type('`') : player_.setKey(step.command, true);
+        if (elapsed_ == kKeyFrames && !console) player_.setKey(step.command, false);
+        return elapsed_ >= kKeyFrames + kKeyPause;
     }
 
     bool walkDone(const Step& step) {
@@ -155,11 +196,7 @@ int playTour(const std::string& directory, RunOptions options) {
     }
     Tour tour(directory, std::move(steps));
     tour.removePictures();
-    if (options.level.empty()) {
-        options.level = kLevel;
-        options.spawn = kSpawn;
-    }
-    options.script = [&](uint32_t, GameState*) { tour.playFrame(); };
+    options.script = [&] { tour.playFrame(); };
     const int status = cApplication(options).run();
     const bool complete = tour.reportPictures();
     return status == 0 && complete ? 0 : 1;

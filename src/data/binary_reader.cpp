@@ -29,6 +29,11 @@ void cBinaryReader::skip(size_t count) {
     }
 }
 
+void cBinaryReader::recover(size_t position) {
+    bad_ = false;
+    at_ = std::min(position, bytes_.size());
+}
+
 bool cBinaryReader::canHold(int64_t count, size_t bytesEach) {
     const bool ok = count >= 0 && (bytesEach == 0 || static_cast<uint64_t>(count) <= left() / bytesEach);
     if (!ok) bad_ = true;
@@ -106,8 +111,10 @@ std::string cBinaryReader::zeroText(size_t limit) {
         return {};
     }
     const char* start = reinterpret_cast<const char*>(bytes_.data() + at_);
-    const size_t length = strnlen(start, available);
-    if (length == available || length > limit) {
+    // No further than the limit: whoever tries many positions may not pass over the file for each.
+    const size_t reach = std::min(available, limit < SIZE_MAX ? limit + 1 : limit);
+    const size_t length = strnlen(start, reach);
+    if (length == reach) {
         bad_ = true;
         return {};
     }

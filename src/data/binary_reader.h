@@ -21,6 +21,10 @@ public:
     /// Goes bad when the position lies behind the end.
     void seek(size_t position);
     void skip(size_t count);
+    /// Reads on from a position as if nothing had failed: for what can be saved of a damaged file. Positions
+    /// behind the end become the end.
+    void recover(size_t position);
+    const platform::Bytes& bytes() const { return bytes_; }
     /// Whether `count` records of at least `bytesEach` can still come; goes bad when not. Ask before any
     /// sizing.
     bool canHold(int64_t count, size_t bytesEach);

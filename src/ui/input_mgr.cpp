@@ -45,7 +45,7 @@ cInputMgr::cInputMgr() {
 
 cInputMgr::~cInputMgr() {
     if (saveOnExit && !saveSettings(kLatest))
-        platform::tellTerminal("The settings could not be saved. Is the disk full, or settings.cfl damaged?");
+        platform::tellTerminal("The settings could not be saved; quorvane.html says why.");
 }
 
 void cInputMgr::print(const char* format, ...) {

@@ -37,14 +37,17 @@ public:
     float getSoundVolume() const { return bindings.settings.soundVolume; }
     float getMusicVolume() const { return bindings.settings.musicVolume; }
 
-    // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with 0xA3 are the
+    // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with kReserved are the
     // program's own.
     int loadSettings(const std::string& name); ///< 0, or −1 when the file does not hold it
+    /// Replaces the entry or appends it. False, with the file as it was, for an empty or too long name and
+    /// when the file cannot be written.
     bool saveSettings(const std::string& name);
     int findSettings(const std::string& name) const;
     std::vector<std::string> listSettings() const;
     void applySettings(); ///< to HUD, shadows and volumes
 
+    static constexpr char kReserved = '\xA3';
     static constexpr const char* kLatest = "\xA3"
                                            "LATEST";
     static constexpr const char* kDefault = "\xA3"

@@ -7,7 +7,7 @@
 
 void cKeyNames::load() {
     commands.fill({});
-    keys.fill("???");
+    keys.fill(kNoName);
     platform::Bytes bytes;
     if (!platform::readFile("keynames.cfl", bytes)) return;
     std::istringstream words(std::string(bytes.begin(), bytes.end()));

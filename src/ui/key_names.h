@@ -7,7 +7,8 @@
 /// Names of commands and keys from keynames.cfl: 16 command words, then pairs of a word and a key code.
 struct cKeyNames {
     std::array<std::string, kCommandCount> commands;
-    std::array<std::string, kKeyCount> keys; ///< "???" where none is given
+    std::array<std::string, kKeyCount> keys; ///< kNoName where none is given
+    static constexpr const char* kNoName = "???";
 
     void load(); ///< a missing file leaves no names
 };

@@ -1,33 +1,160 @@
 #pragma once
 #include "core/game_state.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
-/// The menu. For now a pause screen: without a game it begins one at once, in a game it offers to go on or to
-/// quit.
+struct SettingsScreen;
+
+/// The menu: a panel of 675 × 520 pixels in the window's middle, with pages of buttons, lists of names, text
+/// prompts and the settings screens. Reads the key state and the mouse once a frame. Pixels of the panel,
+/// from its lower left corner; times in frames.
 class cMenu {
 public:
+    enum Page : int32_t {
+        kMainPage = 0,
+        kSettingsPage = 1,
+        kCreditsPage = 2,
+        kInputPage = 3,
+        kVideoPage = 4,
+        kAudioPage = 5,
+        kChooserPage = 256, ///< of the settings for a new game
+    };
+    static constexpr int32_t kTextRow = 28;        ///< button number of an entry without pictures
+    static constexpr size_t kMostItems = 52;       ///< entries of a page
+    static constexpr int32_t kFullSlide = 32;      ///< frames in which the panel comes and goes
+    static constexpr int32_t kVisibleHeight = 270; ///< of the page at a time
+
+    struct Item {
+        int32_t button; ///< 0 … 13, or kTextRow
+        int32_t x, y;   ///< centre
+        int32_t halfWidth, halfHeight;
+        int32_t highlight = 0; ///< 0 … 16
+    };
+
+    /// On the main page. Keys that are held already wait 24 frames.
     void open();
-    void close() { visible_ = false; }
     bool isVisible() const { return visible_; }
-    /// Draws and reads its keys, at the end of every frame; does nothing while closed.
+    /// Once at the end of every frame: input, then the picture. Nothing while the menu is closed.
     void draw();
+    /// A sentence that the menu shows until the player chooses something.
+    void setNotice(const std::string& sentence) { notice_ = sentence; }
     /// After every mode set.
     void loadPictures();
     int32_t texture() const { return texture_; }
-    /// The mouse pointer with its tip at (x, y), y from the bottom, in the current 2D projection.
+    /// The mouse pointer with its tip at (x, y), y upwards, in the current 2D projection.
     void drawPointer(int x, int y) const;
 
+    // What is shown.
+    int32_t page() const { return page_; }
+    int32_t slide() const { return slide_; }
+    const std::vector<Item>& items() const { return items_; }
+    int32_t selected() const { return selected_; }
+    int32_t scroll() const { return scroll_; }
+    bool isList() const { return list_; }
+    const std::vector<std::string>& listNames() const { return listNames_; }
+    const std::string& title() const { return title_; } ///< of the list or prompt
+    const std::string& notice() const { return notice_; }
+    bool isCapturing() const { return capture_ != kNoCapture; }
+
 private:
-    void beginGame();
-    void readKeys();
+    struct Tables; ///< pages and their entries (menu_pages.cpp)
+    struct Picture {
+        float s0, s1, t0, t1;
+        int32_t halfWidth, halfHeight;
+    };
+    enum Source : uint8_t { kReturnKey, kMouseButton, kRightKey, kLeftKey };
+    enum Columns : uint8_t { kBothViews, kThirdPerson, kFirstPerson, kColumnCount };
+    enum Capture : uint8_t { kNoCapture, kAwaitRelease, kAwaitKey };
+
+    // Pages and flows (menu_pages.cpp).
+    void readRectangles();
+    static const SettingsScreen* settingsScreen(Page page); ///< null for other pages
+    void showPage(Page page);
+    void showButtons(Page page);
+    void showSettingsScreen(Page page);
+    void showList(const std::string& title, std::vector<std::string> names,
+                  void (cMenu::*choose)(const std::string& name));
+    void ask(const std::string& title, int limit, void (cMenu::*answer)(const std::string& text));
+    void activate(Source source);
+    void goBack();
+    void close() { visible_ = false; }
+    void resume();
+    void newGame();
+    void chooseHero();
+    void toSettings();
+    void toCredits();
+    void toAudio();
+    void toVideo();
+    void toInput();
+    void quit();
+    void loadDefaults();
+    void chooseSettings();
+    void askSettingsName();
+    void accept();
+    void cancel();
+    void takeHeroName(const std::string& name);
+    void takeStart(const std::string& settings);
+    void takeNewSettings(const std::string& name);
+    void takeHero(const std::string& name);
+    void takeSettings(const std::string& name);
+    void takeSettingsName(const std::string& name);
+    static void prepareStart();
+    void startGame();
+    void leaveForGame();
+
+    // Input of a frame (menu_keys.cpp).
+    void handleInput();
+    void answerPrompt(bool back);
+    void captureKey();
+    void bindKey(int key);
+    void selectByMouse();
+    void dragSlider();
+    void moveSelection(int by);
+    void scrollBy(int pixels);
+    void keepSelectedVisible();
+    bool scrollBarClicked();
+    void stepHighlights();
+    void activateRow(Source source);
+    int32_t pointerX() const;
+    int32_t pointerY() const;
+
+    // The picture (menu_screen.cpp).
+    void paint() const;
+    void paintTitle() const;
+    void paintPrompt() const;
+    void paintItems() const;
+    void paintButton(const Item& item) const;
+    void paintPicture(const Picture& picture, int x, int y, int alpha) const;
+    void paintScrollBar() const;
+    void paintCredits() const;
+    void paintRows() const;
+    void paintRow(size_t row, int y) const;
+    void paintKeys(size_t command, int y) const;
+    void paintCrosshair() const;
+    void setInk(bool chosen) const;
 
     bool visible_ = false;
-    bool keysHeld_ = true; ///< keys held when the menu opened do not count
-    int32_t texture_ = -1;
-    int32_t pointerTexture_ = -1;
-    std::string notice_; ///< why there is no game
+    int32_t slide_ = 0; ///< 0 … kFullSlide
+    Page page_ = kMainPage;
+    std::vector<Item> items_;
+    int32_t selected_ = 0;
+    bool list_ = false;
+    std::vector<std::string> listNames_;
+    std::string title_, notice_;
+    int32_t scroll_ = 0, contentHeight_ = kVisibleHeight;
+    /// Frames before the key acts again.
+    int32_t holdUp_ = 0, holdDown_ = 0, holdActivate_ = 0, holdBack_ = 0, holdLeft_ = 0;
+    bool dragArmed_ = false; ///< the mouse button was up since the page was shown
+    Columns columns_ = kBothViews;
+    Capture capture_ = kNoCapture;
+    std::string heroName_;
+    void (cMenu::*choose_)(const std::string& name) = nullptr;
+    void (cMenu::*answer_)(const std::string& text) = nullptr;
+    std::vector<Picture> pictures_;
+    int32_t texture_ = -1, pointerTexture_ = -1;
 };
 
 /// SDL event that ends the menu: the pump returns to the remembered state.

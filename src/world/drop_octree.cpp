@@ -2,6 +2,7 @@
 
 #include "core/parse.h"
 #include "data/binary_reader.h"
+#include "platform/progress.h"
 #include "world/octree.h"
 
 namespace {
@@ -27,6 +28,8 @@ DropOctreeResult dropOctree(const std::vector<std::string>& p) {
         maxGenerations < 1) {
         return {false, "Invalid parameters"};
     }
+    platform::cProgress progress("dropOctree");
+    progress.stage("reading " + input);
     cModel model, second;
     if (!loadScaled(model, input, size)) return {false, "Could not find file \"" + input + "\""};
     if (n >= 7 && loadScaled(second, p[1], size)) model.applySecondTexture(second);
@@ -34,7 +37,10 @@ DropOctreeResult dropOctree(const std::vector<std::string>& p) {
     cMaterialList materials;
     materials.addFrom(model);
     cOctree octree;
-    octree.build(model, minFaces, maxGenerations, triangleDetection);
+    progress.stage("building the octree");
+    octree.build(model, minFaces, maxGenerations, triangleDetection,
+                 [&](double share) { progress.done(share); });
+    progress.stage("writing " + output);
     cBinaryWriter out;
     materials.write(out);
     octree.write(out, materials);

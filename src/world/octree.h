@@ -4,6 +4,7 @@
 #include "models/model.h"
 #include "render/mesh_draw.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,10 +20,12 @@ public:
     cOctree(const cOctree&) = delete;
     cOctree& operator=(const cOctree&) = delete;
 
+    using Watch = std::function<void(double share)>; ///< is told, at each leaf, how much is built, 0 … 1
     /// Splits nodes with more than `minFaces` faces down to `maxGenerations`. With `triangleDetection` a face
     /// goes to every cube that it overlaps, without it to those that hold one of its corners. Does nothing
     /// for a model without objects.
-    void build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection);
+    void build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection,
+               const Watch& watch = {});
     void clear();
 
     void write(cBinaryWriter& out, const cMaterialList& materials) const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace {
 /// Beyond this a cube of a 1000-unit level is smaller than a float can tell apart; it also bounds what
@@ -95,6 +96,8 @@ struct cOctree::Builder {
 
     const cModel& source;
     float slack; ///< see kRoundingReach
+    const Watch& watch;
+    double built = 0; ///< share of the whole
     cGatherer gatherer = {};
 
     uint8_t childrenOf(const Node& node, const Corners& t) const {
@@ -112,11 +115,14 @@ struct cOctree::Builder {
         return mask;
     }
 
-    void split(Node& node, const Selection& selection, int32_t faceCount, int generation) {
+    /// `share` of the work, for whoever watches.
+    void split(Node& node, const Selection& selection, int32_t faceCount, int generation, double share) {
         node.faceCount = faceCount;
         // A cube without size cannot be told from its children: each would receive every face again.
         if (faceCount <= minFaces || generation >= maxGenerations || !(node.size > 0)) {
             makeLeaf(node, selection);
+            built += share;
+            if (watch) watch(built);
             return;
         }
         node.hasChildren = true;
@@ -136,13 +142,14 @@ struct cOctree::Builder {
                 }
             }
         }
+        const double each = share / std::max(1, std::accumulate(counts.begin(), counts.end(), 0));
         for (int k = 0; k < 8; ++k) {
             const auto slot = static_cast<size_t>(k);
             if (counts[slot] == 0) continue;
             node.children[k] = std::make_unique<Node>();
             node.children[k]->centre = Node::childCentre(node.centre, node.size, k);
             node.children[k]->size = node.size / 2;
-            split(*node.children[k], parts[slot], counts[slot], generation + 1);
+            split(*node.children[k], parts[slot], counts[slot], generation + 1, each * counts[slot]);
             parts[slot] = {};
         }
     }
@@ -185,11 +192,17 @@ struct cOctree::Builder {
     }
 };
 
-void cOctree::build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection) {
+void cOctree::build(const cModel& model, int minFaces, int maxGenerations, bool triangleDetection,
+                    const Watch& watch) {
     if (model.objects.empty()) return;
     clear();
-    Builder builder{minFaces, std::min(maxGenerations, kDeepestBuild), triangleDetection, 0,
-                    model,    2 * model.extent() * kRoundingReach};
+    Builder builder{minFaces,
+                    std::min(maxGenerations, kDeepestBuild),
+                    triangleDetection,
+                    0,
+                    model,
+                    2 * model.extent() * kRoundingReach,
+                    watch};
     Builder::Selection all(model.objects.size());
     for (size_t o = 0; o < all.size(); ++o) {
         all[o].resize(model.objects[o].faces.size());
@@ -198,7 +211,7 @@ void cOctree::build(const cModel& model, int minFaces, int maxGenerations, bool 
     root_ = std::make_unique<Node>();
     root_->centre = model.centre();
     root_->size = 2 * model.extent();
-    builder.split(*root_, all, model.totalFaces(), 0);
+    builder.split(*root_, all, model.totalFaces(), 0, 1);
     totalNodes_ = builder.leaves;
     prepareQueries();
     compileDisplayLists();

@@ -1,12 +1,26 @@
-// New games and checkpoints of cWorld. A checkpoint lives as long as the run.
+// New games and checkpoints of cWorld: players.cfl.
 
 #include "core/config_mgr.h"
 #include "core/log_mgr.h"
+#include "script/cml_vocabulary.h"
+#include "script/dialogue.h"
+#include "script/event_mgr.h"
+#include "ui/input_mgr.h"
+#include "world/object_mgr.h"
+#include "world/players_file.h"
 #include "world/world.h"
 
 namespace {
 constexpr const char* kFirstLevel = "testlevel.xml";
 constexpr const char* kFirstSpawn = "hut";
+constexpr int32_t kNoticeFrames = 400;
+
+bool isTooLong(const cCheckpoint& c) {
+    for (const std::string* text : {&c.heroName, &c.spawnPoint, &c.levelFile, &c.settingsName}) {
+        if (text->size() > cCheckpoint::kLongestText) return true;
+    }
+    return false;
+}
 } // namespace
 
 bool cWorld::startNewGame(const std::string& name) {
@@ -15,11 +29,10 @@ bool cWorld::startNewGame(const std::string& name) {
     levelFile = kFirstLevel;
     spawnPoint = kFirstSpawn;
     saveGame();
-    health = maxHealth;
+    maxHealth = health = cConfigMgr::instance().getInt("MAX_HP", "character");
     levelChangePending = 0;
-    if (loadLevel(levelFile) >= 0) return true;
-    heroName = kUnloadedHero;
-    return false;
+    enterLevel();
+    return isGameLoaded();
 }
 
 void cWorld::requestLevelChange(const std::string& level, const std::string& spawn) {
@@ -30,20 +43,81 @@ void cWorld::requestLevelChange(const std::string& level, const std::string& spa
     levelChangePending = 1;
 }
 
-void cWorld::saveGame() {
-    checkpoint_ = {heroName, levelFile, spawnPoint};
+bool cWorld::saveGame() {
+    cInputMgr& input = cInputMgr::instance();
+    heroSettings = input.settingsName.empty() ? cInputMgr::kLatest : input.settingsName;
+    input.saveSettings(heroSettings);
+    const cCheckpoint checkpoint{heroName, spawnPoint, levelFile, heroSettings};
+    bool saved = false;
+    if (isTooLong(checkpoint)) {
+        cLogMgr::instance().error("The names of a checkpoint may have %zu characters: %s, %s",
+                                  cCheckpoint::kLongestText, levelFile.c_str(), spawnPoint.c_str());
+    } else {
+        cPlayersFile file = cPlayersFile::read();
+        file.put(heroName, checkpoint.write(inventory));
+        saved = file.write();
+    }
+    if (!saved) hud.message(kNoticeFrames, "The game could not be saved. quorvane.html says why.");
+    return saved;
+}
+
+int cWorld::findSavedGame(const std::string& name) const {
+    return cPlayersFile::read().find(name);
+}
+
+std::vector<std::string> cWorld::listSavedGames() const {
+    std::vector<std::string> names;
+    for (cPlayersFile::Hero& hero : cPlayersFile::read().heroes) names.push_back(std::move(hero.name));
+    return names;
 }
 
 int cWorld::loadSavedGame(const std::string& name) {
-    if (checkpoint_.hero.empty() || checkpoint_.hero != name) return -1;
-    heroName = checkpoint_.hero;
-    spawnPoint = checkpoint_.spawn;
-    levelFile = checkpoint_.level;
-    if (loadLevel(std::string(levelFile)) != 0) {
-        cLogMgr::instance().error("The level %s of the checkpoint cannot be loaded", levelFile.c_str());
-    }
+    const cPlayersFile file = cPlayersFile::read();
+    const int index = file.find(name);
+    if (index < 0) return -1;
+    cCheckpoint checkpoint;
+    checkpoint.read(file.heroes[static_cast<size_t>(index)].record, inventory);
+    heroName = checkpoint.heroName;
+    spawnPoint = checkpoint.spawnPoint;
+    levelFile = checkpoint.levelFile;
+    heroSettings = checkpoint.settingsName;
+    cInputMgr& input = cInputMgr::instance();
+    if (input.loadSettings(heroSettings) != 0 && input.loadSettings(cInputMgr::kDefault) != 0)
+        input.applySettings(); // the end of a level has turned the music down
+    enterLevel();
     hud.showStats();
     maxHealth = health = cConfigMgr::instance().getInt("MAX_HP", "character");
     levelChangePending = 0;
     return 0;
+}
+
+/// Where the hero cannot go on, the player chooses anew in the menu.
+void cWorld::enterLevel() {
+    const std::string hero = heroName;
+    if (levelFile.empty() || spawnPoint.empty()) {
+        cLogMgr::instance().error("players.cfl: the checkpoint of %s is damaged", hero.c_str());
+        leaveGame("The checkpoint of " + hero + " is damaged.");
+    } else if (levelFile == kEndOfTheGame) {
+        leaveGame(hero + " has reached the end of the journey.");
+    } else if (loadLevel(std::string(levelFile)) != 0) {
+        cLogMgr::instance().error("The level %s of the checkpoint cannot be loaded", levelFile.c_str());
+        leaveGame("The level " + levelFile + " cannot be loaded. quorvane.html says why.");
+    } else if (!cObjectMgr::instance().hero()) {
+        cLogMgr::instance().error("%s has no spawn point %s", levelFile.c_str(), spawnPoint.c_str());
+        leaveGame("The level " + levelFile + " has no place \"" + spawnPoint + "\".");
+    }
+}
+
+void cWorld::leaveGame(const std::string& reason) {
+    resetCinematic();
+    cinematic.element = nullptr;
+    cDialogue::instance().close();
+    cObjectMgr::instance().clear();
+    cEventMgr::instance().clear();
+    document.clear();
+    heroName = kUnloadedHero;
+    if (inventory.isOpen()) inventory.toggle();
+    cInputMgr::instance().openMenu();
+    cInputMgr::instance().menu.setNotice(reason);
+    if (state_ && *state_ != STATE_QUIT) *state_ = STATE_MENU;
 }

@@ -24,10 +24,17 @@ public:
     int loadLevel(const std::string& fileName);
     /// Starts the end-of-level fade towards a level; ignored while one is under way.
     void requestLevelChange(const std::string& level, const std::string& spawn);
-    /// A new hero at the first level's first spawn point. False when the level cannot be loaded.
+    /// A new hero at the first level's first spawn point. False, with the menu open and a notice in it, when
+    /// the level cannot be loaded.
     bool startNewGame(const std::string& name);
-    void saveGame();                            ///< the hero's checkpoint
-    int loadSavedGame(const std::string& name); ///< 0, or −1 when there is none of that name
+    /// The hero's checkpoint, with what he carries and the settings in force, to players.cfl. False, with a
+    /// line for the player, when it could not be written; the old file is then as it was.
+    bool saveGame();
+    int findSavedGame(const std::string& name) const; ///< −1 when there is none
+    std::vector<std::string> listSavedGames() const;  ///< in the order in which they began
+    /// 0, or −1 with nothing changed when there is none of that name. A checkpoint that leads nowhere opens
+    /// the menu with a notice, and no game is loaded then.
+    int loadSavedGame(const std::string& name);
     bool isGameLoaded() const;
 
     // --- Intro (intro.cpp)
@@ -96,14 +103,11 @@ private:
     void loadHero();
     void loadMusic();
     void endCinematic(GameState* state);
+    void enterLevel();
+    void leaveGame(const std::string& reason);
 
     cEnvironment environment_;
     GameState* state_ = nullptr;
     int32_t introImage_ = -1;
     uint64_t introClock_ = 0; ///< ms
-
-    struct Checkpoint {
-        std::string hero, level, spawn;
-    };
-    Checkpoint checkpoint_; ///< of this run
 };

@@ -14,9 +14,13 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
     ASSERT_TRUE(game.started) << "a display is needed";
     game.frames(30);
     EXPECT_EQ(game.app.state(), STATE_INTRO);
-    game.tapKey(SDLK_SPACE);
-    game.frames(5);
+    game.skipIntro();
+    ASSERT_EQ(game.app.state(), STATE_MENU);
+    game.tapKey(SDLK_ESCAPE);
+    ASSERT_EQ(game.app.state(), STATE_MENU) << "there is no game to go back to";
+    game.startNewGame("Ada");
     ASSERT_EQ(game.app.state(), STATE_GAME);
+    EXPECT_EQ(cWorld::instance().heroName, "Ada");
     EXPECT_EQ(cWorld::instance().levelFile, "testlevel.xml");
     EXPECT_EQ(cWorld::instance().health, 100);
 
@@ -52,7 +56,7 @@ TEST(WholeGame, WallsHoldFromEveryAngle) {
     }
 }
 
-TEST(WholeGame, EscapePausesAndReturnGoesOn) {
+TEST(WholeGame, EscapeOpensTheMenuAndReturnGoesOn) {
     GameRun game(GameRun::at("hut"));
     ASSERT_TRUE(game.started);
     game.frames(20);
@@ -62,6 +66,8 @@ TEST(WholeGame, EscapePausesAndReturnGoesOn) {
     game.hold(CMD_FORWARD, 30);
     EXPECT_EQ(game.hero(), before) << "nobody moves behind the menu";
     game.tapKey(SDLK_RETURN);
+    game.frames(31);
+    EXPECT_EQ(game.app.state(), STATE_MENU) << "the panel slides away first";
     game.frames(3);
     EXPECT_EQ(game.app.state(), STATE_GAME);
     game.tapKey(SDLK_i);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <sys/resource.h>
 
 /// Hands `read` every truncation of a good file and `flips` copies with a few bytes changed. Readers must
 /// come back from each; what they return is theirs to decide.
@@ -22,3 +23,19 @@ template <typename Read> void readDamaged(const platform::Bytes& good, int flips
         read(bytes);
     }
 }
+
+/// While it lives no file grows beyond `bytes`, as if the disk were full there.
+class FullDisk {
+public:
+    explicit FullDisk(size_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit now{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit before_{};
+};

@@ -11,17 +11,14 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-/// Log rows are collected from before the first manager exists.
-struct GameRun::Files {
-    TempGame temp{GAME_DATA};
-};
+GameRun::GameRun(RunOptions options) : GameRun(std::move(options), std::make_shared<TempGame>(GAME_DATA)) {}
 
-GameRun::GameRun(RunOptions options)
+GameRun::GameRun(RunOptions options, std::shared_ptr<TempGame> files)
     : app([&] {
           options.fast = true;
           return options;
       }()),
-      files_(std::make_unique<Files>()) {
+      files_(std::move(files)) {
     platform::useFixedStep(16);
     platform::lockRandomSeed(1);
     started = app.start() && cRenderer::instance().hasScreen();
@@ -88,10 +85,7 @@ void GameRun::hold(int command, int count) {
 
 void GameRun::tapKey(int sdlKey) {
     for (const bool down : {true, false}) {
-        SDL_Event event{};
-        event.type = down ? SDL_KEYDOWN : SDL_KEYUP;
-        event.key.keysym.sym = static_cast<SDLKey>(sdlKey);
-        SDL_PushEvent(&event);
+        player.setKey(sdlKey, down);
         frames(1);
     }
 }
@@ -104,6 +98,29 @@ void GameRun::use() {
 
 void GameRun::talkToTheEnd() {
     for (int i = 0; i < 12 && app.state() == STATE_DIALOGUE; ++i) use();
+}
+
+void GameRun::type(const std::string& text) {
+    for (const char c : text) {
+        player.type(c);
+        frames(1);
+    }
+}
+
+void GameRun::skipIntro() {
+    tapKey(SDLK_SPACE);
+    frames(30);
+}
+
+void GameRun::startNewGame(const std::string& name) {
+    tapKey(SDLK_RETURN);
+    type(name);
+    tapKey(SDLK_RETURN);
+    tapKey(SDLK_UP); // the last entry makes new settings
+    tapKey(SDLK_RETURN);
+    type("test");
+    tapKey(SDLK_RETURN);
+    frames(3);
 }
 
 cVector3 GameRun::hero() const {

@@ -16,6 +16,7 @@ class cCmlObject;
 class GameRun {
 public:
     explicit GameRun(RunOptions options = {});
+    GameRun(RunOptions options, std::shared_ptr<TempGame> files); ///< on files of an earlier run
     ~GameRun();
 
     /// What starts a level at once.
@@ -27,10 +28,14 @@ public:
     bool follow(std::initializer_list<std::pair<float, float>> places, int mostFrames = 900);
     void face(float x, float z);
     void hold(int command, int count); ///< for so many frames
-    void tapKey(int sdlKey);
-    void use(); ///< the use key, and the time until it is asked again
+    void use();                        ///< the use key, and the time until it is asked again
     /// Presses use until the conversation is over; every reply is the one that was highlighted first.
     void talkToTheEnd();
+    void tapKey(int sdlKey); ///< down for a frame, up for a frame
+    void type(const std::string& text);
+    void skipIntro(); ///< to the main page, when the menu takes keys
+    /// From the main page without a game: picks the name and new settings of the name "test".
+    void startNewGame(const std::string& name);
     cVector3 hero() const; ///< position; far below everything without a hero
 
     cApplication app;
@@ -38,8 +43,7 @@ public:
     bool started = false;
 
 private:
-    struct Files;
-    std::unique_ptr<Files> files_;
+    std::shared_ptr<TempGame> files_; ///< collects log rows from before the first manager exists
 };
 
 /// The people and things of the current level, by name; they must exist.

@@ -67,10 +67,11 @@ expect 'a read-only directory' 0 'quorvane.html cannot be written, nor can setti
 mkdir "$work/full"
 cp "$data/settings.cfl" "$work/full"
 ln -s /dev/full "$work/full/quorvane.html"
-ln -s /dev/full "$work/full/settings.cfl.new"
+# What cannot be removed stays in the way however often the game tries.
+mkdir -p "$work/full/settings.cfl.new/x" "$work/full/players.cfl.new/x"
 expect 'a full disk' 0 'quorvane.html cannot be written' play "$work/full" TERM
-ln -sf /dev/full "$work/full/settings.cfl.new"
 expect 'settings on a full disk' 0 'The settings could not be saved' play "$work/full" TERM
+[ -e "$work/full/players.cfl" ] && fail 'a hero is saved on a full disk'
 cmp -s "$data/settings.cfl" "$work/full/settings.cfl" || fail 'a full disk costs the old settings'
 octree() { "$game" --data "$data" --user "$1" --exec "dropOctree src_mdl\\island.obj made.oct $2 4 32 1"; }
 limited() { (ulimit -f 4 && octree "$work/limited" 450); }

@@ -185,6 +185,9 @@ TEST_F(Settings, NamedEntriesAreReplacedAppendedAndListed) {
     EXPECT_EQ(input.loadSettings("tencharact"), 0);
     EXPECT_FALSE(input.isWalkDefault());
     EXPECT_EQ(input.loadSettings("TENCHARACT"), -1);
+    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
+    ASSERT_EQ(input.loadSettings(cInputMgr::kDefault), 0);
+    EXPECT_EQ(input.settingsName, "") << "nothing is saved over the defaults";
 }
 
 TEST_F(Settings, LoadingReachesTheParts) {
@@ -217,22 +220,62 @@ TEST_F(Settings, AStartTakesTheLatestElseTheDefaults) {
     cInputMgr::instance().saveOnExit = false;
 }
 
-TEST_F(Settings, DamagedFilesAreNeitherReadNorReplaced) {
+TEST_F(Settings, OfADamagedFileEveryWholeEntryIsKept) {
+    const std::vector<std::string> names{"one", "two", "three"};
+    for (size_t i = 0; i < names.size(); ++i) {
+        input.bindings.settings.repeatIntervals.fill(static_cast<int32_t>(i + 1));
+        ASSERT_TRUE(input.saveSettings(names[i]));
+    }
+    const std::string good = t.game.read("settings.cfl");
+    const size_t firstRecord = 4 + names.size() * 10;
+    const auto expectKept = [&](size_t kept, const std::string& damaged) {
+        t.game.write("settings.cfl", damaged);
+        TempGame::clearErrors();
+        ASSERT_EQ(input.listSettings(), std::vector<std::string>(names.begin(), names.begin() + kept));
+        const std::string row =
+            "settings.cfl is damaged; " + std::to_string(kept) + " entries of it can be read";
+        EXPECT_EQ(TempGame::errorCount(row), 1);
+        for (size_t i = 0; i < kept; ++i) {
+            ASSERT_EQ(input.loadSettings(names[i]), 0);
+            EXPECT_EQ(input.bindings.settings.repeatIntervals[7], static_cast<int32_t>(i + 1));
+        }
+    };
+    for (size_t size = 0; size < good.size(); ++size) {
+        SCOPED_TRACE(size);
+        expectKept(size < firstRecord ? 0 : (size - firstRecord) / 214, good.substr(0, size));
+    }
+    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0"})
+        expectKept(3, std::string(count, 4) + good.substr(4));
+
+    const std::string cut = good.substr(0, good.size() - 1);
+    t.game.write("settings.cfl", cut);
+    EXPECT_TRUE(input.saveSettings("one"));
+    EXPECT_EQ(t.game.read("settings.cfl.damaged"), cut) << "kept for whoever can mend it";
+    EXPECT_EQ(TempGame::errorCount("settings.cfl was damaged: it is kept as settings.cfl.damaged"), 1);
+    EXPECT_EQ(input.listSettings(), (std::vector<std::string>{"one", "two"}));
+}
+
+TEST_F(Settings, ReplacingAnEntryTouchesNoOther) {
     ASSERT_TRUE(input.saveSettings("one"));
     ASSERT_TRUE(input.saveSettings("two"));
-    const std::string good = t.game.read("settings.cfl");
-    for (size_t size = 0; size < good.size(); size += size < 30 ? 1 : 37) {
-        t.game.write("settings.cfl", good.substr(0, size));
-        TempGame::clearErrors();
-        EXPECT_EQ(input.loadSettings("one"), -1) << size;
-        EXPECT_EQ(TempGame::errorCount("settings.cfl is damaged"), 1) << size;
-        EXPECT_FALSE(input.saveSettings("one")) << size;
-        EXPECT_EQ(t.game.read("settings.cfl"), good.substr(0, size)) << size;
+    std::string file = t.game.read("settings.cfl");
+    file[4 + 10 + 5] = 'x';     // behind the terminator of "two"
+    file[4 + 20 + 214 + 3] = 9; // a key code of "two" that no keyboard has
+    t.game.write("settings.cfl", file);
+    ASSERT_TRUE(input.saveSettings("one"));
+    EXPECT_EQ(t.game.read("settings.cfl"), file);
+}
+
+TEST_F(Settings, AFullDiskLeavesTheOldFileAndOneRow) {
+    ASSERT_TRUE(input.saveSettings("one"));
+    const std::string before = t.game.read("settings.cfl");
+    TempGame::clearErrors();
+    {
+        const FullDisk full(100);
+        EXPECT_FALSE(input.saveSettings("two"));
     }
-    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x03\0\0\0"}) {
-        t.game.write("settings.cfl", std::string(count, 4) + good.substr(4));
-        EXPECT_EQ(input.loadSettings("one"), -1);
-    }
+    EXPECT_EQ(TempGame::errors(), std::vector<std::string>{"The file \"settings.cfl\" cannot be written"});
+    EXPECT_EQ(t.game.read("settings.cfl"), before);
 }
 
 TEST_F(Settings, WildValuesOfAFileAreMadeSafe) {
@@ -240,7 +283,7 @@ TEST_F(Settings, WildValuesOfAFileAreMadeSafe) {
     const std::string good = t.game.read("settings.cfl");
     const platform::Bytes bytes(good.begin(), good.end());
     readDamaged(bytes, 300, [&](const platform::Bytes& damaged) {
-        platform::writeFile("settings.cfl", damaged);
+        t.game.write("settings.cfl", {damaged.begin(), damaged.end()});
         if (input.loadSettings("one") != 0) return;
         const cInputSettings& s = input.bindings.settings;
         for (size_t i = 0; i < kCommandCount; ++i) {

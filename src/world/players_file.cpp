@@ -1,0 +1,150 @@
+#include "world/players_file.h"
+
+#include "core/log_mgr.h"
+#include "data/damaged_file.h"
+#include "game/inventory.h"
+
+namespace {
+constexpr const char* kFile = "players.cfl";
+constexpr size_t kItemBytes = 8;
+constexpr size_t kLeastInventory = 8; ///< count and check sum
+constexpr size_t kAroundTexts = 12;   ///< length, check and four terminators
+constexpr size_t kLeastRecord = kLeastInventory + kAroundTexts;
+
+int32_t letter(const std::string& text, size_t at) {
+    return at < text.size() ? static_cast<signed char>(text[at]) : 0;
+}
+
+struct Record {
+    cCheckpoint texts;
+    bool intact = false; ///< the texts agree with their check
+};
+
+/// A saved game at the reader's position whose length, inventory and texts agree. False leaves the reader
+/// anywhere.
+bool readRecord(cBinaryReader& in, Record& record) {
+    const size_t start = in.position();
+    const int32_t length = in.i32();
+    if (length < static_cast<int32_t>(kLeastRecord) || !in.canHold(length - 4, 1)) return false;
+    const int32_t items = in.i32();
+    if (!in.canHold(items, kItemBytes)) return false;
+    in.skip(static_cast<size_t>(items) * kItemBytes + 4);
+    cCheckpoint& t = record.texts;
+    for (std::string* text : {&t.heroName, &t.spawnPoint, &t.levelFile, &t.settingsName})
+        *text = in.zeroText(cCheckpoint::kLongestText);
+    record.intact = in.i32() == t.check();
+    return in.good() && in.position() - start == static_cast<size_t>(length);
+}
+
+platform::Bytes slice(const cBinaryReader& in, size_t from, size_t to) {
+    const auto begin = in.bytes().begin();
+    return {begin + static_cast<std::ptrdiff_t>(from), begin + static_cast<std::ptrdiff_t>(to)};
+}
+
+bool standsNowhere(const cPlayersFile::Hero& hero) {
+    cBinaryReader in(hero.record);
+    Record record;
+    return readRecord(in, record) && record.texts.spawnPoint.empty();
+}
+} // namespace
+
+int32_t cCheckpoint::check() const {
+    return letter(levelFile, 2) + letter(settingsName, 0) * 12 + letter(spawnPoint, 1) * 4;
+}
+
+platform::Bytes cCheckpoint::write(const cInventory& inventory) const {
+    cBinaryWriter items;
+    inventory.save(items);
+    const size_t length = items.bytes().size() + heroName.size() + spawnPoint.size() + levelFile.size() +
+                          settingsName.size() + kAroundTexts;
+    cBinaryWriter out;
+    out.i32(static_cast<int32_t>(length));
+    out.raw(items.bytes().data(), items.bytes().size());
+    for (const std::string* text : {&heroName, &spawnPoint, &levelFile, &settingsName}) out.zeroText(*text);
+    out.i32(check());
+    return out.bytes();
+}
+
+void cCheckpoint::read(const platform::Bytes& record, cInventory& inventory) {
+    cBinaryReader in(record);
+    in.skip(4);
+    inventory.load(in);
+    for (std::string* text : {&heroName, &spawnPoint, &levelFile, &settingsName})
+        *text = in.zeroText(kLongestText);
+    if (in.i32() == check() && in.good()) return;
+    spawnPoint.clear();
+    levelFile.clear();
+}
+
+cPlayersFile cPlayersFile::read() {
+    cPlayersFile file;
+    cBinaryReader in(kFile);
+    if (!in.isOpen()) {
+        if (!platform::fileExists(kFile)) return file;
+        file.state_ = kUnreadable;
+        cLogMgr::instance().error("%s is there but cannot be read", kFile);
+        return file;
+    }
+    if (file.readWhole(in)) return file;
+    file.state_ = kDamaged;
+    file.damaged_ = in.bytes();
+    file.salvage(in);
+    cLogMgr::instance().error("%s is damaged; %zu saved heroes of it can be read", kFile, file.heroes.size());
+    return file;
+}
+
+bool cPlayersFile::readWhole(cBinaryReader& in) {
+    const int32_t count = in.i32();
+    if (!in.canHold(count, 1 + kLeastRecord)) return false;
+    heroes.resize(static_cast<size_t>(count));
+    for (Hero& hero : heroes) hero.name = in.zeroText(cCheckpoint::kLongestText);
+    for (Hero& hero : heroes) {
+        const size_t start = in.position();
+        Record record;
+        if (!readRecord(in, record)) return false;
+        hero.record = slice(in, start, in.position());
+    }
+    return in.good() && in.left() == 0;
+}
+
+/// The list of names and the chain of lengths cannot be trusted: any whole record counts, wherever it begins.
+void cPlayersFile::salvage(cBinaryReader& in) {
+    heroes.clear();
+    for (size_t at = 0; at + kLeastRecord <= in.size();) {
+        in.recover(at);
+        Record record;
+        if (readRecord(in, record) && record.intact && !record.texts.spawnPoint.empty()) {
+            heroes.push_back({record.texts.heroName, slice(in, at, in.position())});
+            at = in.position();
+        } else {
+            ++at;
+        }
+    }
+}
+
+int cPlayersFile::find(const std::string& name) const {
+    for (size_t i = 0; i < heroes.size(); ++i) {
+        if (heroes[i].name == name) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+void cPlayersFile::put(const std::string& name, platform::Bytes record) {
+    std::erase_if(heroes, standsNowhere);
+    const int index = find(name);
+    if (index >= 0) {
+        heroes[static_cast<size_t>(index)].record = std::move(record);
+    } else {
+        heroes.push_back({name, std::move(record)});
+    }
+}
+
+bool cPlayersFile::write() const {
+    if (state_ == kUnreadable) return false;
+    if (state_ == kDamaged && !keepDamagedFile(kFile, damaged_)) return false;
+    cBinaryWriter out;
+    out.i32(static_cast<int32_t>(heroes.size()));
+    for (const Hero& hero : heroes) out.zeroText(hero.name);
+    for (const Hero& hero : heroes) out.raw(hero.record.data(), hero.record.size());
+    return out.save(kFile);
+}

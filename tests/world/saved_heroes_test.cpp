@@ -1,0 +1,193 @@
+// players.cfl: its bytes, its damage, and what a load brings back.
+
+#include "game/inventory.h"
+#include "support/damage.h"
+#include "support/test_world.h"
+#include "ui/input_mgr.h"
+#include "world/players_file.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+constexpr const char* kFile = "players.cfl";
+constexpr const char* kItems =
+    "<items><i name=\"nut\" allow_grouping=\"1\"><image column=\"0\" row=\"0\"/></i>"
+    "<i name=\"key\"><image column=\"0\" row=\"0\"/></i></items>";
+constexpr const char* kHut =
+    "<player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" up=\"0,1,0\" />"
+    "<camera firstperson=\"0\" offset=\"0,1,0\" position=\"0,1,5\" /></player>";
+
+class SavedHeroes : public ::testing::Test {
+protected:
+    SavedHeroes() {
+        t.game.write("objects.xml", kItems);
+        cItemDefs::instance().loadItemDefs();
+        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+    }
+    /// Saves a hero who carries `nuts`.
+    void save(const std::string& name, int nuts = 0, const std::string& level = "isle.xml",
+              const std::string& spawn = "hut") {
+        world.heroName = name;
+        world.levelFile = level;
+        world.spawnPoint = spawn;
+        world.inventory.clear();
+        if (nuts > 0) world.inventory.give(0, nuts);
+        EXPECT_TRUE(world.saveGame());
+    }
+    std::string file() const { return t.game.read(kFile); }
+    void put(const std::string& bytes) const { t.game.write(kFile, bytes); }
+    std::vector<std::string> names() const { return world.listSavedGames(); }
+
+    TestWorld t;
+    cWorld& world = cWorld::instance();
+    cInputMgr& input = cInputMgr::instance();
+};
+
+std::string bytesOf(std::initializer_list<int> values) {
+    std::string bytes;
+    for (const int v : values) bytes += static_cast<char>(v);
+    return bytes;
+}
+} // namespace
+
+TEST_F(SavedHeroes, TheFileIsLaidOutByteForByte) {
+    save("Ada", 3);
+    world.inventory.give(1, 1);
+    ASSERT_TRUE(world.saveGame());
+    const std::string texts = std::string("Ada\0hut\0isle.xml\0\xA3LATEST\0", 4 + 4 + 9 + 8);
+    const int length = 24 + 3 + 3 + 8 + 7 + 12;
+    // The items' sum is 1·1 + (1·1)/2; the texts' 'l' − 93·12 + 'u'·4.
+    const int check = 'l' - 93 * 12 + 'u' * 4;
+    EXPECT_EQ(file(), bytesOf({1, 0, 0, 0}) + std::string("Ada\0", 4) + bytesOf({length, 0, 0, 0}) +
+                          bytesOf({2, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0}) +
+                          texts +
+                          bytesOf({check & 255, check >> 8 & 255, check >> 16 & 255, check >> 24 & 255}));
+    EXPECT_EQ(input.findSettings(cInputMgr::kLatest), 0) << "the settings in force are stored with the hero";
+}
+
+TEST_F(SavedHeroes, TheCheckReadsNothingBehindATextsEnd) {
+    cCheckpoint checkpoint;
+    EXPECT_EQ(checkpoint.check(), 0);
+    checkpoint = {"", "x", "ab", "\x80"};
+    EXPECT_EQ(checkpoint.check(), -128 * 12);
+}
+
+TEST_F(SavedHeroes, HeroesAreReplacedAppendedAndDropped) {
+    save("Ada", 1);
+    save("Bo", 2);
+    const std::string two = file();
+    save("Ada", 5);
+    EXPECT_EQ(file().size(), two.size()) << "replaced";
+    EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Bo"}));
+    save("Ada", 1);
+    EXPECT_EQ(file(), two) << "the same game gives the same bytes";
+    save("Nowhere", 1, "isle.xml", "");
+    EXPECT_EQ(names().size(), 3u);
+    save("Cy", 3);
+    EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Bo", "Cy"}));
+    EXPECT_EQ(world.findSavedGame("Cy"), 2);
+    EXPECT_EQ(world.findSavedGame("cy"), -1);
+    TempGame::clearErrors();
+    world.heroName = std::string(128, 'x');
+    EXPECT_FALSE(world.saveGame());
+    EXPECT_EQ(TempGame::errors().size(), 1u);
+    EXPECT_EQ(names().size(), 3u);
+}
+
+TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
+    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
+    input.bindings.settings.walkIsDefault = 1;
+    ASSERT_TRUE(input.saveSettings("calm"));
+    save("Ada", 4);
+    ASSERT_TRUE(input.saveSettings("other"));
+    save("Bo", 1);
+    input.bindings.settings.walkIsDefault = 0;
+    world.health = 3;
+    EXPECT_EQ(world.loadSavedGame("Cy"), -1);
+    EXPECT_EQ(world.heroName, "Bo") << "an unknown name changes nothing";
+    ASSERT_EQ(world.loadSavedGame("Ada"), 0);
+    EXPECT_EQ(world.heroName, "Ada");
+    EXPECT_EQ(world.inventory.countOf(0), 4);
+    EXPECT_EQ(input.settingsName, "calm");
+    EXPECT_TRUE(input.isWalkDefault());
+    EXPECT_EQ(world.health, 100);
+    ASSERT_NE(cObjectMgr::instance().hero(), nullptr);
+    EXPECT_EQ(cObjectMgr::instance().hero()->getPosition(), cVector3(0, 1.3f, 0));
+    EXPECT_EQ(t.state, STATE_GAME);
+    const std::string before = file();
+    ASSERT_TRUE(world.saveGame());
+    EXPECT_EQ(file(), before) << "save, load, save";
+}
+
+TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
+    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
+    t.game.write("bad.xml", "<level><object");
+    struct {
+        const char *level, *spawn;
+        size_t flipped; ///< from the record's end: a character of the level's name
+    } const kRows[] = {{"isle.xml", "nowhere", 0},
+                       {"none.xml", "hut", 0},
+                       {"bad.xml", "hut", 0},
+                       {"end", "end", 0},
+                       {"isle.xml", "hut", 4 + 8 + 9 - 2}};
+    for (const auto& row : kRows) {
+        save("Ada", 1, row.level, row.spawn);
+        std::string bytes = file();
+        if (row.flipped > 0) bytes[bytes.size() - row.flipped] ^= 1;
+        put(bytes);
+        t.state = STATE_GAME;
+        ASSERT_EQ(world.loadSavedGame("Ada"), 0) << row.level;
+        EXPECT_EQ(t.state, STATE_MENU) << row.level;
+        EXPECT_TRUE(input.menu.isVisible());
+        EXPECT_FALSE(world.isGameLoaded());
+        EXPECT_EQ(cObjectMgr::instance().count(), 0u);
+        t.frame();
+    }
+}
+
+TEST_F(SavedHeroes, OfADamagedFileEveryWholeGameIsKept) {
+    const std::vector<std::string> all{"Ada", "Bo", "Cy"};
+    std::vector<size_t> ends; // of the records, when all three stand in the file
+    for (const std::string& name : all) save(name, 2);
+    const std::string good = file();
+    size_t end = 4 + 4 + 3 + 3;
+    for (size_t i = 0; i < all.size(); ++i) ends.push_back(end += static_cast<unsigned char>(good[end]));
+    ASSERT_EQ(ends.back(), good.size());
+    for (size_t size = 0; size < good.size(); ++size) {
+        put(good.substr(0, size));
+        TempGame::clearErrors();
+        size_t whole = 0;
+        while (ends[whole] <= size) ++whole;
+        ASSERT_EQ(names(), std::vector<std::string>(all.begin(), all.begin() + static_cast<int>(whole)))
+            << size;
+        EXPECT_EQ(TempGame::errors().size(), 1u) << size;
+    }
+    for (const char* count :
+         {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0", "\0\0\0\0"}) {
+        put(std::string(count, 4) + good.substr(4));
+        EXPECT_EQ(names(), all) << "no count hides a game";
+    }
+    std::string second = good;
+    second[ends[0]] = 0; // its length
+    put(second);
+    EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Cy"})) << "those after a broken one are found again";
+    save("Di", 1);
+    EXPECT_EQ(t.game.read("players.cfl.damaged"), second);
+    EXPECT_EQ(TempGame::errorCount("players.cfl was damaged: it is kept as players.cfl.damaged"), 1);
+    EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Cy", "Di"}));
+}
+
+TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
+    save("Ada", 1);
+    const std::string before = file();
+    input.settingsName = "none of ten"; // too long to be saved: only players.cfl is written
+    TempGame::clearErrors();
+    {
+        const FullDisk full(10);
+        world.heroName = "Bo";
+        EXPECT_FALSE(world.saveGame());
+    }
+    EXPECT_EQ(TempGame::errors(), std::vector<std::string>{"The file \"players.cfl\" cannot be written"});
+    EXPECT_EQ(file(), before);
+    EXPECT_FALSE(world.hud.messages.empty());
+}
