@@ -7,6 +7,7 @@
 #include "platform/random.h"
 #include "render/renderer.h"
 #include "support/temp_game.h"
+#include "ui/input_mgr.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -125,6 +126,34 @@ void shadowedCharacters(benchmark::State& state) {
     load(kLevels[0]);
 }
 
+/// The menu's main page over the level.
+void menuFrame(benchmark::State& state) {
+    cInputMgr& input = cInputMgr::instance();
+    input.openMenu();
+    game().app.setState(STATE_MENU);
+    game().frames(40); // the panel has slid in
+    measureFrames(state);
+    game().app.setState(STATE_GAME);
+}
+
+void consoleFrame(benchmark::State& state) {
+    cConsole& console = cInputMgr::instance().console;
+    console.lines.assign(static_cast<size_t>(state.range(0)), std::string(80, 'x'));
+    console.scrollOffset = state.range(1) != 0 ? (static_cast<int32_t>(state.range(0)) - 16) * 12 : 0;
+    console.visible = true;
+    draw(kNotRasterised);
+    for (auto _ : state) game().frames(1);
+    draw(kEverything);
+    console.visible = false;
+    console.lines.clear();
+}
+
+BENCHMARK(menuFrame)->DenseRange(kEverything, kNothing)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(consoleFrame)
+    ->ArgNames({"lines", "scrolled"})
+    ->ArgsProduct({{100, 10000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(levelLoad)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(levelFrame)
     ->ArgsProduct({{kEverything, kNotRasterised, kNothing}, {0, 1, 2}})

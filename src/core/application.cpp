@@ -29,7 +29,7 @@ constexpr int kRampTexels = 16;
 /// Who plays a level that was named on the command line: no hero of the player's is written over, and the
 /// menu does not offer him.
 constexpr const char* kLevelHero = "\xA3"
-                                   "LEVEL";
+                                   "Quorvane";
 constexpr uint32_t kFrameMs = 16; ///< pace of a run without a screen
 constexpr struct {
     int first;

@@ -63,7 +63,7 @@ private:
     void speakerLabel(char) {
         if ((column_ > 0 || breakLine_) && !newLine()) return;
         colour_ = kSpeaker;
-        place(cWorld::instance().heroName + ": ");
+        place(cWorld::instance().shownHeroName() + ": ");
         position_ = wordEnd_;
     }
     void plainLine(char) {
@@ -76,7 +76,7 @@ private:
         dialogue_.end();
     }
     void heroName(char) {
-        ordinary(cWorld::instance().heroName +
+        ordinary(cWorld::instance().shownHeroName() +
                  text_.substr(position_ + kTagLength, wordEnd_ - position_ - kTagLength));
     }
 

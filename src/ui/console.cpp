@@ -69,10 +69,12 @@ void cConsole::draw() const {
     glStencilFunc(GL_EQUAL, 1, 1);
     glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
     glColor4ub(0, 0, 0, 255);
-    int y = bandTop - scrollOffset + 2;
-    for (size_t i = lines.size(); i-- > 0 && y < static_cast<int>(h); y += kLineStep) {
-        if (y > bandTop - kLineStep) renderer.print(4, y, kTextScale, kFixedGlyphs, "%s", lines[i].c_str());
-    }
+    // Lines that are scrolled out below are passed over at once, however many were printed.
+    const int below = std::max(0, (scrollOffset - kLineStep - 2) / kLineStep);
+    int y = bandTop - scrollOffset + 2 + below * kLineStep;
+    for (size_t i = lines.size() - std::min(lines.size(), static_cast<size_t>(below));
+         i-- > 0 && y < static_cast<int>(h); y += kLineStep)
+        renderer.print(4, y, kTextScale, kFixedGlyphs, "%s", lines[i].c_str());
     glDisable(GL_STENCIL_TEST);
     renderer.print(4, bandTop - 14, kTextScale, kFixedGlyphs, ">%s_", line.c_str());
     renderer.setProjection(false);

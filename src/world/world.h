@@ -74,6 +74,10 @@ public:
     std::string levelFile, spawnPoint;
     std::string appearanceFile, environmentFile;
     std::string heroName = kUnloadedHero;
+    /// As people say it: without the mark of the program's own names.
+    std::string shownHeroName() const {
+        return heroName.substr(heroName.starts_with(kUnloadedHero[0]) ? 1 : 0);
+    }
     std::string heroSettings;
     cStaticModelStore staticModels;
     cAnimatedModelStore animatedModels;
