@@ -12,6 +12,7 @@
 #include "world/object_mgr.h"
 #include "world/world.h"
 
+#include <SDL.h>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
@@ -126,13 +127,36 @@ void shadowedCharacters(benchmark::State& state) {
     load(kLevels[0]);
 }
 
-/// The menu's main page over the level.
+void tap(SDLKey key) {
+    for (const Uint8 type : {SDL_KEYDOWN, SDL_KEYUP}) {
+        SDL_Event event{};
+        event.type = type;
+        event.key.keysym.sym = key;
+        SDL_PushEvent(&event);
+        game().frames(2);
+    }
+}
+
+/// The menu over the level: its main page, or a list of as many saved heroes as it offers.
 void menuFrame(benchmark::State& state) {
+    const bool list = state.range(1) != 0;
+    cWorld& world = cWorld::instance();
+    const std::string hero = world.heroName;
+    for (size_t i = 0; list && i < cMenu::kMostItems; ++i) {
+        world.heroName = "hero" + std::to_string(i);
+        world.saveGame();
+    }
+    world.heroName = hero;
     cInputMgr& input = cInputMgr::instance();
     input.openMenu();
     game().app.setState(STATE_MENU);
     game().frames(40); // the panel has slid in
+    if (list) {
+        for (const SDLKey key : {SDLK_DOWN, SDLK_DOWN, SDLK_RETURN}) tap(key);
+        if (input.menu.listNames().size() != cMenu::kMostItems) state.SkipWithError("no full list");
+    }
     measureFrames(state);
+    state.SetLabel(std::string(list ? "full list, " : "main page, ") + kLabels[state.range(0)]);
     game().app.setState(STATE_GAME);
 }
 
@@ -148,7 +172,10 @@ void consoleFrame(benchmark::State& state) {
     console.lines.clear();
 }
 
-BENCHMARK(menuFrame)->DenseRange(kEverything, kNothing)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(menuFrame)
+    ->ArgsProduct({{kEverything, kNotRasterised, kNothing}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(consoleFrame)
     ->ArgNames({"lines", "scrolled"})
     ->ArgsProduct({{100, 10000}, {0, 1}})
