@@ -119,6 +119,11 @@ TEST_F(Audio, OneWaitingSoundStartsAFrame) {
     platform::writeFile("short.wav", {'R', 'I', 'F', 'F'});
     audio.playSound("short");
     EXPECT_EQ(TempGame::errors().size(), 2u);
+    audio.getSound("otne", true, false);
+    EXPECT_EQ(TempGame::errorCount("The sound otne takes the place of one with its hash"), 1)
+        << "scripts know it by that alone";
+    for (size_t i = 0; i < 2 * cAudioMgr::kMostPending; ++i) audio.playSound("tone");
+    EXPECT_EQ(audio.pendingCount(), cAudioMgr::kMostPending) << "nobody would hear them for minutes";
 }
 
 TEST_F(Audio, DamagedEffectsAreSilent) {
