@@ -57,6 +57,7 @@ void throwAll(const cItemDefs& defs, fuzz::cDigest& digest) {
     for (int frame = 0; frame < kFrames; ++frame) {
         objects.update(kFrameMs, &state);
         cEventMgr::instance().process(kFrameMs, &state);
+        cRenderer::instance().endFrame();
         digest.addValue(objects.count());
     }
     for (size_t i = 0; i < objects.count(); ++i) digest.addValue(objects.get(i)->getPosition());
