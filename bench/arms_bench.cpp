@@ -1,7 +1,9 @@
 // Weapons at work, without a window: projectiles in the air, explosions among objects, a fight of scripted
 // objects, what the hero carries; and the music's decoder.
+#include "audio/audio_mgr.h"
 #include "audio/music_stream.h"
 #include "core/application.h"
+#include "core/config_mgr.h"
 #include "data/binary_reader.h"
 #include "game/hud.h"
 #include "game/inventory.h"
@@ -115,8 +117,9 @@ void explosions(benchmark::State& state) {
         cObjectMgr::instance().update(kFrameMs, &game.state); // they join
         state.ResumeTiming();
         game.frame();
+        game.frame(); // they are deleted at the end of the next update
+        if (cProjectile::inFlight() != 0) state.SkipWithError("not all went off");
     }
-    if (cProjectile::inFlight() != 0) state.SkipWithError("not all went off");
     state.SetComplexityN(state.range(0));
 }
 
@@ -166,9 +169,23 @@ BENCHMARK(fight)->Arg(100)->Arg(400)->Unit(benchmark::kMicrosecond);
 BENCHMARK(inventoryRecord)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond)->Complexity();
 
 #ifdef GAME_DATA
+/// A device that nobody hears.
+struct Music {
+    TempGame files{GAME_DATA};
+
+    Music() {
+        setenv("ALSOFT_DRIVERS", "null", 1);
+        cAudioMgr::instance().initialise();
+    }
+    ~Music() {
+        cAudioMgr::instance().shutdown();
+        cConfigMgr::destroy();
+    }
+};
+
 /// A whole piece of music; "times real time" is what matters.
 void musicDecode(benchmark::State& state) {
-    const TempGame files(GAME_DATA);
+    const Music device;
     double seconds = 0;
     for (auto _ : state) {
         cMusicStream stream;
@@ -184,7 +201,7 @@ void musicDecode(benchmark::State& state) {
 }
 /// Reading the file, its demands and its headers: what the frame in which it begins pays.
 void musicOpen(benchmark::State& state) {
-    const TempGame files(GAME_DATA);
+    const Music device;
     for (auto _ : state) {
         cMusicStream stream;
         if (!stream.open("sounds\\landfall.ogg")) state.SkipWithError("the music cannot be opened");
