@@ -1,10 +1,12 @@
 // The levels: loading them, and their frames without the frame cap. What the frame costs without rasterising
 // and without any drawing tells the driver's share apart. Needs a display.
 #include "core/application.h"
+#include "data/binary_reader.h"
 #include "game/physics_world.h"
 #include "platform/clock.h"
 #include "platform/gl_api.h"
 #include "platform/random.h"
+#include "render/particles.h"
 #include "render/renderer.h"
 #include "support/temp_game.h"
 #include "ui/input_mgr.h"
@@ -172,6 +174,58 @@ void consoleFrame(benchmark::State& state) {
     console.lines.clear();
 }
 
+/// So many bursts and smokes at once before the hero, in their first updates; the game itself has one pair.
+void explosionParticles(benchmark::State& state) {
+    const cVector3 hero = cObjectMgr::instance().hero()->getPosition();
+    std::vector<std::unique_ptr<cParticleSystem>> systems;
+    const auto fill = [&] {
+        systems.clear();
+        for (int64_t i = 0; i < state.range(0); ++i) {
+            const cVector3 place =
+                hero + cVector3(static_cast<float>(i % 10) - 4.5f, 1, -8 - static_cast<float>(i / 10));
+            systems.push_back(std::make_unique<cSmoke>(place));
+            systems.push_back(std::make_unique<cExplosion>(place));
+        }
+    };
+    cRenderer::instance().setFast(true); // our own share: the rasteriser's grows with the picture
+    for (auto _ : state) {
+        if (systems.empty() || systems.front()->count() < 30 || systems.back()->count() < 50) {
+            state.PauseTiming();
+            fill();
+            state.ResumeTiming();
+        }
+        for (const auto& system : systems) {
+            system->update(0.15f);
+            system->draw();
+        }
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+/// The screen with so many entries, of which the panel shows a few rows.
+void inventoryScreen(benchmark::State& state) {
+    cInventory& inventory = cWorld::instance().inventory;
+    cBinaryWriter record;
+    record.i32(static_cast<int32_t>(state.range(0)));
+    uint32_t sum = 0;
+    for (uint32_t i = 0; i < static_cast<uint32_t>(state.range(0)); ++i) {
+        record.u32(i % 14);
+        record.u32(1);
+        sum += i % 14 * i + i / 2;
+    }
+    record.u32(sum);
+    cBinaryReader in(record.bytes());
+    if (!inventory.load(in)) state.SkipWithError("the record is not taken");
+    inventory.step(-1); // the last entry: every row before it is passed over
+    cRenderer& renderer = cRenderer::instance();
+    renderer.setFast(true);
+    renderer.setProjection(true);
+    for (auto _ : state) inventory.draw(480, 0);
+    renderer.setProjection(false);
+    inventory.clear();
+    state.SetComplexityN(state.range(0));
+}
+
 BENCHMARK(menuFrame)
     ->ArgsProduct({{kEverything, kNotRasterised, kNothing}, {0, 1}})
     ->Unit(benchmark::kMillisecond)
@@ -186,6 +240,8 @@ BENCHMARK(levelFrame)
     ->ArgsProduct({{kEverything, kNotRasterised, kNothing}, {0, 1, 2}})
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
+BENCHMARK(explosionParticles)->Arg(1)->Arg(50)->Unit(benchmark::kMicrosecond);
+BENCHMARK(inventoryScreen)->Arg(14)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(shadowedCharacters)
     ->DenseRange(kEverything, kNothing)
     ->Unit(benchmark::kMillisecond)

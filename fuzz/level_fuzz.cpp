@@ -1,7 +1,6 @@
 // A level document as the game takes it: objects are made, their scripts run, and a player uses what he
 // touches, turns pages, fires and walks for some frames.
 #include "core/application.h"
-#include "data/binary_reader.h"
 #include "game/item_def.h"
 #include "game/physics_world.h"
 #include "platform/clock.h"
@@ -15,37 +14,8 @@
 #include "world/world.h"
 
 #include <array>
-#include <cstdlib>
 
 namespace {
-std::string text(const cBinaryWriter& out) {
-    return {out.bytes().begin(), out.bytes().end()};
-}
-
-/// A grey tetrahedron, as a model file and as an octree file.
-struct Tetrahedron {
-    std::string model, octree;
-
-    Tetrahedron() {
-        cModelObject o;
-        o.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-        o.faces = {{0, 2, 1}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}};
-        cModel mesh;
-        mesh.add(o);
-        cMaterialList materials;
-        materials.addFrom(mesh);
-        cBinaryWriter modelFile, octreeFile;
-        materials.write(modelFile);
-        mesh.writeObjects(modelFile, materials);
-        model = text(modelFile);
-        cOctree tree;
-        tree.build(mesh, 10, 2, true);
-        materials.write(octreeFile);
-        tree.write(octreeFile, materials);
-        octree = text(octreeFile);
-    }
-};
-
 constexpr const char* kItems =
     "<items><item name=\"gun\" different_subobjects=\"1\" allow_grouping=\"1\"><image />"
     "<weapon type=\"ballistic\" range=\"20\" damage=\"20\" /><animation length=\"2\" action=\"1\" /></item>"
@@ -90,19 +60,19 @@ void gameFrame(GameState& state) {
 } // namespace
 
 FUZZ_TARGET(level) {
-    static const Tetrahedron kTetrahedron;
+    const fuzz::Tetrahedron& thing = fuzz::tetrahedron();
     fuzz::putFile("in.xml", fuzz::text(data, size));
-    fuzz::putFile("thing.cpm", kTetrahedron.model);
-    fuzz::putFile("level.oct", kTetrahedron.octree);
+    fuzz::putFile("thing.cpm", thing.model);
+    fuzz::putFile("level.oct", thing.octree);
     fuzz::putFile("objects.xml", kItems);
     fuzz::putFile("movement.cfg",
                   "GRAVITY 0.01\nFRICTION 0.5\nSNAP_GROUND 0.06\nWALK_SPEED 0.05\nRUN_SPEED 0.1\n");
     fuzz::putFile("character.cfg", "MAX_HP 100\nREGENTIME 1000\n");
     fuzz::putFile("messages.cfg", "X_POSITION 0\nY_POSITION 210\nHEIGHT 120\n");
     cApplication::destroyGame(); // another target may have begun one, without these files
-    setenv("SDL_VIDEODRIVER", "dummy", 1); // the renderer collects texts without a window
     platform::useFixedStep(kFrameMs);
-    cRenderer::instance(); // outlives the run; it seeds the random generator
+    cRenderer::instance(); // collects texts without a window, and outlives the run; it seeds the random
+                           // generator
     platform::seedRandom(1);
     GameState state = STATE_GAME;
     std::array<uint8_t, kKeyCount> keys{};

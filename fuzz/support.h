@@ -25,6 +25,15 @@ inline std::string_view text(const uint8_t* data, size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
+/// A grey one, as a model file and as an octree file.
+struct Tetrahedron {
+    std::string model, octree;
+};
+const Tetrahedron& tetrahedron();
+
+/// So many bytes that the current run takes whatever the input: devices, decoders.
+void allowMemory(size_t bytes);
+
 void require(bool holds, const char* sentence);
 
 /// FNV-1a; never 0.

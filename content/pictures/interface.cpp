@@ -59,26 +59,28 @@ FORGE_RECIPE(picture_interface) {
 // Four white shapes of 64 × 64.
 FORGE_RECIPE(picture_crosshair) {
     Canvas c(128, 128, {1, 1, 1, 0});
-    const Colour white{1, 1, 1, 1};
+    // White takes the player's colour; the rim keeps it apart from the sky.
+    const auto mark = [&](const Shape& shape) {
+        c.fill(grown(shape, 1.5f), Colour{0.05f, 0.06f, 0.08f, 0.55f});
+        c.fill(shape, Colour{1, 1, 1, 1});
+    };
     // Upper left: a cross with a gap.
     for (float d : {-1.0f, 1.0f}) {
-        c.fill(stroke(32 + d * 8, 32, 32 + d * 24, 32, 3.2f), white);
-        c.fill(stroke(32, 32 + d * 8, 32, 32 + d * 24, 3.2f), white);
+        mark(stroke(32 + d * 8, 32, 32 + d * 24, 32, 3.2f));
+        mark(stroke(32, 32 + d * 8, 32, 32 + d * 24, 3.2f));
     }
     // Upper right: a ring and a dot.
-    c.fill(outline(disc(96, 32, 18), 3), white);
-    c.fill(disc(96, 32, 3), white);
+    mark(outline(disc(96, 32, 18), 3));
+    mark(disc(96, 32, 3));
     // Lower left: a dot alone.
-    c.fill(disc(32, 96, 5), white);
+    mark(disc(32, 96, 5));
     // Lower right: four corner brackets and a dot.
     for (float sx : {-1.0f, 1.0f})
         for (float sy : {-1.0f, 1.0f})
-            c.fill(polyline({{96 + sx * 20, 96 + sy * 10},
-                             {96 + sx * 20, 96 + sy * 20},
-                             {96 + sx * 10, 96 + sy * 20}},
-                            3),
-                   white);
-    c.fill(disc(96, 96, 2.5f), white);
+            mark(polyline(
+                {{96 + sx * 20, 96 + sy * 10}, {96 + sx * 20, 96 + sy * 20}, {96 + sx * 10, 96 + sy * 20}},
+                3));
+    mark(disc(96, 96, 2.5f));
     out.put("img/crosshair.tga", c.tga(32));
 }
 
@@ -99,21 +101,22 @@ FORGE_RECIPE(picture_icon) {
 }
 
 FORGE_RECIPE(picture_particles) {
-    Canvas smoke(64, 64, {0.8f, 0.8f, 0.8f, 0});
+    // The game draws its clouds many units wide and thirty, or a hundred, over one another: the pictures
+    // leave their margin empty and are faint, so that the sum has a shape and a colour.
+    Canvas smoke(64, 64, {0.7f, 0.7f, 0.7f, 0});
     smoke.cover([](float x, float y) {
-        const float r = std::hypot(x - 32, y - 32) / 31;
         const float puff = fractalNoise(x / 9, y / 9, 81, 3);
-        const float v = 0.62f + 0.3f * fractalNoise(x / 7, y / 7, 82, 3);
-        return Colour{v, v, v,
-                      clamp01(1.35f * (1 - r) + 0.9f * (puff - 0.55f)) * smoothStep(1.0f, 0.75f, r) * 0.8f};
+        const float r = std::hypot(x - 32, y - 32) / 31 + 0.34f * (puff - 0.5f);
+        const float v = 0.5f + 0.4f * fractalNoise(x / 7, y / 7, 82, 3) + 0.12f * (32 - y) / 32;
+        return Colour{v, v, v, smoothStep(0.62f, 0.18f, r) * 0.3f};
     });
     out.put("particles/smoke04.tga", smoke.tga(32));
     Canvas fire(32, 32);
     fire.cover([](float x, float y) {
-        const float r = std::hypot(x - 16, y - 16) / 15.5f;
-        const float heat = clamp01(1 - r) * (0.75f + 0.5f * fractalNoise(x / 5, y / 5, 91, 2));
-        return Colour{clamp01(heat * 1.9f), clamp01(heat * heat * 1.5f), clamp01(heat * heat * heat * 1.1f),
-                      1};
+        const float lick = fractalNoise(x / 5, y / 5, 91, 3);
+        const float r = std::hypot(x - 16, y - 16) / 15.5f + 0.4f * (lick - 0.5f);
+        const float heat = smoothStep(0.75f, 0.05f, r) * (0.6f + 0.6f * lick);
+        return Colour{0.17f * heat, 0.085f * heat * heat, 0.05f * heat * heat * heat, 1};
     });
     out.put("particles/explo32x32.tga", fire.tga(24));
 }

@@ -2,7 +2,9 @@
 #include "forge/noise.h"
 #include "forge/recipes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 using namespace forge;
 
@@ -142,15 +144,25 @@ void drawHighlight(Canvas& c, float x, float y) {
     c.fill(outline(rectangle(x + 4, y + 4, 56, 56, 8), 4), rgb(0xffd76a, 0.95f));
 }
 
+/// Where the screen writes how many there are: in the lower left corner of what can be more than one.
+void drawCountPlate(Canvas& c, float x, float y) {
+    c.fill(rectangle(x + 1, y + 47, 22, 16, 5), rgb(0x10151d, 0.72f));
+}
+
 using Draw = void (*)(Canvas&, float, float);
 constexpr Draw kCells[16] = {drawPistol, drawGrenade, drawStick,    drawKey,      drawApple, drawCoin,
                              drawLetter, drawSabre,   drawCrossbow, drawRifle,    drawRock,  drawDraught,
                              drawFlint,  drawTusk,    nullptr,      drawHighlight};
+constexpr Draw kUncounted[] = {drawStick, drawSabre, nullptr, drawHighlight};
 } // namespace
 
 FORGE_RECIPE(picture_items) {
     Canvas c(256, 256);
-    for (int i = 0; i < 16; ++i)
-        if (kCells[i]) kCells[i](c, static_cast<float>(i % 4 * 64), static_cast<float>(i / 4 * 64));
+    for (int i = 0; i < 16; ++i) {
+        const auto x = static_cast<float>(i % 4 * 64), y = static_cast<float>(i / 4 * 64);
+        if (kCells[i]) kCells[i](c, x, y);
+        if (std::find(std::begin(kUncounted), std::end(kUncounted), kCells[i]) == std::end(kUncounted))
+            drawCountPlate(c, x, y);
+    }
     out.put("img/objects.tga", c.tga(32));
 }

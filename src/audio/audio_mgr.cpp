@@ -15,6 +15,7 @@
 
 namespace {
 constexpr size_t kRiffHead = 12, kChunkHead = 8, kFormatBytes = 16;
+constexpr ALfloat kHighestRate = 1e6f; ///< samples a second
 
 /// Whether every chunk lies within the file and format and samples are there: the toolkit's reader trusts the
 /// sizes that a file gives.
@@ -42,6 +43,11 @@ void* decodeWav(const platform::Bytes& file, ALenum& format, ALsizei& size, ALfl
     void* samples =
         alutLoadMemoryFromFileImage(file.data(), static_cast<ALsizei>(file.size()), &format, &size, &rate);
     error = static_cast<int>(alutGetError());
+    if (samples && !(rate >= 1 && rate <= kHighestRate)) {
+        error = ALUT_ERROR_UNSUPPORTED_FILE_SUBTYPE;
+        std::free(samples);
+        samples = nullptr;
+    }
     return samples;
 }
 } // namespace
@@ -92,7 +98,9 @@ cSound* cAudioMgr::getSound(std::string_view baseName, bool positional, bool) {
     if (audible_) loadEffect(name + ".wav", *sound);
     cSound* made = sound.get();
     byName_[name] = std::move(sound);
-    byId_[nameHash(name)] = made;
+    const auto [sameHash, alone] = byId_.try_emplace(nameHash(name), made);
+    if (!alone) cLogMgr::instance().error("The sound %s takes the place of one with its hash", name.c_str());
+    sameHash->second = made;
     return made;
 }
 
@@ -147,7 +155,11 @@ void cAudioMgr::loadEffect(const std::string& fileName, cSound& sound) {
 
 void cAudioMgr::playSound(std::string_view baseName) {
     cSound* sound = getSound(baseName, false, false);
-    if (audible_ && sound->mode == cSound::kFlat) pending_.push_back(sound);
+    if (audible_ && sound->mode == cSound::kFlat) queue(*sound);
+}
+
+void cAudioMgr::queue(cSound& sound) {
+    if (pending_.size() < kMostPending) pending_.push_back(&sound);
 }
 
 void cAudioMgr::playSoundIdAt(int32_t id, const cVector3& position) {
@@ -156,7 +168,7 @@ void cAudioMgr::playSoundIdAt(int32_t id, const cVector3& position) {
     const cVector3 p = position * distanceMod_;
     alSource3f(known->second->source, AL_POSITION, p.x, p.y, p.z);
     placeListener();
-    pending_.push_back(known->second);
+    queue(*known->second);
 }
 
 void cAudioMgr::setEffectsVolume(float gain) {

@@ -46,12 +46,15 @@ public:
     size_t pendingCount() const { return pending_.size(); }
 
     static constexpr int kMostEffects = 252;
+    /// One starts a frame: what asks for more than this loses its sounds, not its memory.
+    static constexpr size_t kMostPending = 256;
 
 private:
     cAudioMgr();
     ~cAudioMgr();
     void loadEffect(const std::string& fileName, cSound& sound);
     bool makeNames(cSound& sound);
+    void queue(cSound& sound);
     void placeListener() const;
     void feedMusic();
     void startPending();

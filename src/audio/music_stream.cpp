@@ -1,5 +1,6 @@
 #include "audio/music_stream.h"
 
+#include "audio/vorbis_headers.h"
 #include "core/log_mgr.h"
 
 #include <AL/al.h>
@@ -7,6 +8,12 @@
 #include <cstdio>
 #include <cstring>
 #include <vorbis/vorbisfile.h>
+
+namespace {
+constexpr int kMostChannels = 2;
+/// Encoders make books of some 100,000 cells in all.
+constexpr uint64_t kMostTableCells = 1 << 20;
+} // namespace
 
 /// The file and where the decoder stands in it.
 struct cMusicStream::Decoder {
@@ -70,6 +77,13 @@ bool cMusicStream::open(const std::string& fileName) {
         cLogMgr::instance().error("Audio System: Error loading %s", fileName.c_str());
         return false;
     }
+    const VorbisDemands demands = readVorbisDemands(d.data);
+    if (demands.channels > kMostChannels || demands.tableCells > kMostTableCells) {
+        cLogMgr::instance().error("Error loading sound file: %s %s", fileName.c_str(),
+                                  demands.channels > kMostChannels ? "has more than two channels"
+                                                                   : "asks for too large tables");
+        return false;
+    }
     const ov_callbacks callbacks{&Decoder::read, &Decoder::seek, &Decoder::close, &Decoder::tell};
     d.isOpen = ov_open_callbacks(&d, &d.file, nullptr, 0, callbacks) == 0;
     const vorbis_info* info = d.isOpen ? ov_info(&d.file, -1) : nullptr;
@@ -79,11 +93,6 @@ bool cMusicStream::open(const std::string& fileName) {
     }
     d.format = info->channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16;
     d.rate = static_cast<ALsizei>(info->rate);
-    if (info->channels > 2) {
-        cLogMgr::instance().error("Error loading sound file: %s has more than two channels",
-                                  fileName.c_str());
-        return false;
-    }
     alGetError();
     alGenBuffers(2, buffers_.data());
     if (failed()) return false;

@@ -102,13 +102,13 @@ void cInventory::removeAt(size_t entry) {
 }
 
 void cInventory::removeAll(int32_t id) {
-    for (int32_t entry = find(id); entry >= 0; entry = find(id)) {
-        const int32_t selected = selected_;
-        removeAt(static_cast<size_t>(entry));
-        // Unlike above, what is removed at the selection leaves it where it was.
-        if (entry == selected)
-            selected_ = std::min(selected, std::max(0, static_cast<int32_t>(entries_.size()) - 1));
-    }
+    const auto ofTheKind = [=](const Entry& e) { return e.id == id; };
+    // Only what goes from before the selection moves it.
+    const auto before = std::count_if(entries_.begin(), entries_.begin() + selected_, ofTheKind);
+    if (entries_.empty() || std::erase_if(entries_, ofTheKind) == 0) return;
+    selected_ = std::clamp(selected_ - static_cast<int32_t>(before), 0,
+                           std::max(0, static_cast<int32_t>(entries_.size()) - 1));
+    keepVisible();
 }
 
 void cInventory::removeSelected() {

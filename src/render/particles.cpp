@@ -164,8 +164,7 @@ void cSmoke::update(float) {
         cParticle& p = particles_[i];
         const cVector3& w = wobble(i);
         p.position += cVector3(w.x / 2, w.y, w.z / 2);
-        p.r -= 0.001f;
-        p.g -= 0.001f;
+        for (float* channel : {&p.r, &p.g, &p.b}) *channel -= 0.001f;
         if (p.a >= 0) p.a -= 0.005f;
         p.lifetime -= 0.008f;
         if (p.lifetime > 0 && p.a > 0) {

@@ -162,13 +162,13 @@ cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& star
     const cSegment ray(start, end);
     cObject* nearest = nullptr;
     for (const auto& object : objects_) {
-        if (object.get() == shooter || !object->isQueryable()) continue;
+        // What leaves most of them out comes first, and looks at nothing but the object itself.
         const cVector3 passing = closestPointOnSegment(ray, object->getPosition());
-        const float distance = (passing - start).length();
         const float radius = object->boundingRadius;
-        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius) ||
-            !(distance < longest))
-            continue;
+        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius)) continue;
+        if (object.get() == shooter || !object->isQueryable()) continue;
+        const float distance = (passing - start).length();
+        if (!(distance < longest)) continue;
         if (object->body && !capsuleTouchesSegment(object->body->shape, ray)) continue;
         nearest = object.get();
         longest = distance;
@@ -178,12 +178,10 @@ cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& star
 
 cObject* cObjectMgr::firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const {
     for (const auto& object : objects_) {
-        if (object.get() == excluded || !object->isQueryable()) continue;
         const float reach = object->boundingRadius + radius;
-        if ((object->getPosition() - centre).lengthSq() < reach * reach &&
-            bodyHitBySphere(*object, centre, radius)) {
-            return object.get();
-        }
+        if (!((object->getPosition() - centre).lengthSq() < reach * reach)) continue;
+        if (object.get() == excluded || !object->isQueryable()) continue;
+        if (bodyHitBySphere(*object, centre, radius)) return object.get();
     }
     return nullptr;
 }

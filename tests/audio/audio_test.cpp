@@ -5,6 +5,7 @@
 
 #include "audio/music_stream.h"
 #include "audio/tones.h"
+#include "audio/vorbis_headers.h"
 #include "core/config_mgr.h"
 #include "core/name_hash.h"
 #include "data/binary_reader.h"
@@ -12,12 +13,14 @@
 #include "support/temp_game.h"
 
 #include <AL/alut.h>
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <ogg/ogg.h>
 #include <thread>
 
 namespace {
@@ -119,6 +122,11 @@ TEST_F(Audio, OneWaitingSoundStartsAFrame) {
     platform::writeFile("short.wav", {'R', 'I', 'F', 'F'});
     audio.playSound("short");
     EXPECT_EQ(TempGame::errors().size(), 2u);
+    audio.getSound("otne", true, false);
+    EXPECT_EQ(TempGame::errorCount("The sound otne takes the place of one with its hash"), 1)
+        << "scripts know it by that alone";
+    for (size_t i = 0; i < 2 * cAudioMgr::kMostPending; ++i) audio.playSound("tone");
+    EXPECT_EQ(audio.pendingCount(), cAudioMgr::kMostPending) << "nobody would hear them for minutes";
 }
 
 TEST_F(Audio, DamagedEffectsAreSilent) {
@@ -189,6 +197,34 @@ TEST_F(Audio, DamagedMusicIsRefusedOrEnds) {
     platform::writeFile("whole.ogg", good);
     audio.playMusic("whole");
     EXPECT_TRUE(audio.isStreaming()) << "what came before does no harm";
+}
+
+TEST_F(Audio, MusicThatAsksForTooMuchIsRefused) {
+    const platform::Bytes good = ogg(1);
+    const VorbisDemands demands = readVorbisDemands(good);
+    EXPECT_EQ(demands.channels, 2);
+    EXPECT_GT(demands.tableCells, 10000u) << "all books were read";
+    EXPECT_LT(demands.tableCells, 200000u);
+
+    // The first book begins at a whole byte: its dimensions, then its entries.
+    platform::Bytes greedy = good;
+    const std::string mark = "BCV", pageMark = "OggS";
+    const auto book = std::search(greedy.begin(), greedy.end(), mark.begin(), mark.end());
+    ASSERT_NE(book, greedy.end());
+    const auto page = std::find_end(greedy.begin(), book, pageMark.begin(), pageMark.end());
+    book[3] = book[4] = 0xff;
+    book[6] = 1;
+    const long head = 27 + page[26];
+    long body = 0;
+    for (long i = 27; i < head; ++i) body += page[i];
+    ogg_page mended{&page[0], head, &page[head], body};
+    ogg_page_checksum_set(&mended);
+    EXPECT_GT(readVorbisDemands(greedy).tableCells, 10000000u);
+    start();
+    platform::writeFile("greedy.ogg", greedy);
+    audio.playMusic("greedy");
+    EXPECT_FALSE(audio.isStreaming());
+    EXPECT_EQ(TempGame::errorCount("Error loading sound file: greedy.ogg asks for too large tables"), 1);
 }
 
 TEST(AudioWithoutDevice, IsSilentAndSaysSoOnce) {

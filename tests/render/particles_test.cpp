@@ -1,0 +1,49 @@
+#include "render/particles.h"
+
+#include "support/temp_game.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+/// With a look at what the particles become.
+struct Smoke : cSmoke {
+    using cSmoke::cSmoke;
+    const cParticle& first() const { return particles_[0]; }
+};
+struct Burst : cExplosion {
+    using cExplosion::cExplosion;
+    const cParticle& first() const { return particles_[0]; }
+};
+
+template <typename System> int updatesUntilGone(System& system) {
+    int updates = 0;
+    for (; system.count() > 0 && updates < 1000; ++updates) system.update(0.15f);
+    return updates;
+}
+} // namespace
+
+TEST(Particles, SmokeStaysGreyAndABurstGoesOutFirst) {
+    const TempGame game; // without pictures
+    Smoke smoke({1, 2, 3});
+    EXPECT_EQ(smoke.count(), 30u);
+    for (int i = 0; i < 100; ++i) smoke.update(0.15f);
+    EXPECT_FLOAT_EQ(smoke.first().r, smoke.first().g);
+    EXPECT_FLOAT_EQ(smoke.first().r, smoke.first().b);
+    EXPECT_NEAR(smoke.first().r, 0.6f, 1e-4f);
+    EXPECT_NEAR(smoke.first().a, 0.4f, 1e-4f);
+    EXPECT_NEAR(100 + updatesUntilGone(smoke), 180, 1);
+    Burst burst({0, 0, 0});
+    EXPECT_EQ(burst.count(), 100u);
+    EXPECT_NEAR(updatesUntilGone(burst), 81, 1);
+}
+
+TEST(Particles, ANewExplosionReplacesThePairAndThePairEnds) {
+    const TempGame game;
+    startExplosion({0, 0, 0});
+    for (int i = 0; i < 100; ++i) tickEffects();
+    startExplosion({5, 0, 0});
+    int ticks = 0;
+    for (; effectsRunning() && ticks < 1000; ++ticks) tickEffects();
+    EXPECT_NEAR(ticks, 181, 2);
+    destroyEffects();
+}
