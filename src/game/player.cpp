@@ -372,7 +372,7 @@ void cPlayer::onCollision(const cVector3& n) {
 
 void cPlayer::applyCinematicFrame(const cCmlElement& frame) {
     const cVector3 &position = frame.vectors[0], &direction = frame.vectors[1];
-    if (frame.speed != cCmlElement::kNoSpeed) scriptSpeed_ = frame.speed;
+    if (frame.speed > cCmlElement::kNoSpeed) scriptSpeed_ = frame.speed;
     if (cCharacterPose* p = pose()) {
         if (frame.lowerAnim != 0) p->setAnimationByHash(kLowerPart, frame.lowerAnim);
         if (frame.upperAnim != 0) p->setAnimationByHash(kUpperPart, frame.upperAnim);

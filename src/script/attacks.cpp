@@ -13,11 +13,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 constexpr float kAimRise = 0.5f; ///< at the hero's chest
 constexpr float kShotSpread = 0.003f, kThrowSpread = 0.001f;
-constexpr int32_t kSpreadBase = 101; ///< less the skill
+constexpr int64_t kSpreadBase = 101; ///< less the skill, of which documents give any number
 constexpr int32_t kShortestStraight =
     101; ///< ms; projectiles that fly straight for less are thrown in an arc
 constexpr float kLaunchGap = 0.1f, kLeastRise = 0.05f, kRiseStep = 0.001f;
@@ -28,19 +29,21 @@ struct Aim {
     cVector3 direction; ///< unit vector, unless the aim is where the object stands
 };
 
-Aim aimAt(const cCmlObject& self, int32_t target) {
+/// None when the player or the last target is meant and there is none; a name of nothing is straight ahead.
+std::optional<Aim> aimAt(const cCmlObject& self, int32_t target) {
     const cVector3& mine = self.getOwner()->getPosition();
     const auto along = [&](const cVector3& d) { return Aim{mine + d, d}; };
     cVector3 there;
     switch (target) {
     case kWordPlayer:
-        if (!targetPosition(self, target, there)) break;
-        there.y += kAimRise;
-        return {there, there - mine};
+    case kWordTarget:
+        if (!targetPosition(self, target, there)) return std::nullopt;
+        if (target == kWordPlayer) there.y += kAimRise;
+        return Aim{there, there - mine};
     case kWordRandom:
         return along(randomDirection());
     case kWordOrigin:
-        return {{}, self.getOrigin() - mine}; // it faces its origin, but aims at the middle of the world
+        return Aim{{}, self.getOrigin() - mine}; // it faces its origin, but aims at the middle of the world
     case kWordInverted:
         return along(-self.getOwner()->getDirection());
     case kWordInvertTarget:
@@ -48,13 +51,13 @@ Aim aimAt(const cCmlObject& self, int32_t target) {
     case kWordInvertOrigin:
         break;
     default:
-        if (targetPosition(self, target, there)) return {there, there - mine};
+        if (targetPosition(self, target, there)) return Aim{there, there - mine};
     }
     return along(self.getOwner()->getDirection());
 }
 
 cVector3 spread(int32_t skill, float step) {
-    const int32_t s = std::max(1, kSpreadBase - skill);
+    const int64_t s = std::max<int64_t>(1, kSpreadBase - skill);
     const auto component = [&] { return static_cast<float>(platform::randomNumber() % s - s / 2) * step; };
     const float x = component(), y = component(), z = component();
     return {x, y, z};
@@ -70,16 +73,16 @@ void shoot(cCmlObject& self, const cItemDef& item, const Aim& aim, int32_t skill
                                    static_cast<float>(item.damage));
 }
 
-/// Velocity of a throw that comes down at `aim` under the item's gravity; straight at full speed when nothing
-/// pulls it down there.
+/// Velocity of a throw that comes to `aim` under the item's gravity; straight at full speed when nothing
+/// pulls it there.
 cVector3 throwArc(const cItemDef& item, const cVector3& start, const cVector3& aim,
                   const cVector3& direction) {
     const float extra = static_cast<float>(platform::randomNumber() % kRiseSteps) * kRiseStep;
     const float rise = (direction.y >= kLeastRise ? direction.y / 2 : kLeastRise) + extra;
     const float g = item.gravityOrOffset.y;
-    // start + rise·t + g·t²/2 = aim, the later of the two times.
+    // start + rise·t + g·t²/2 = aim, the later of the two times; with a g that lifts, the only one to come.
     const float height = start.y - aim.y, root = rise * rise - 2 * g * height;
-    const float time = g < 0 && root >= 0 ? (-rise - std::sqrt(root)) / g : 0;
+    const float time = g != 0 && root >= 0 ? (-rise + std::copysign(std::sqrt(root), g)) / g : 0;
     const cVector3 level(aim.x - start.x, 0, aim.z - start.z);
     const float distance = level.length();
     if (!(time > 0) || !std::isfinite(distance / time)) return direction * item.maxSpeed;
@@ -114,7 +117,9 @@ void strike(cCmlObject& self, const cItemDef& item) {
 } // namespace
 
 void attackWith(cCmlObject& self, int32_t skill, int32_t itemPosition, int32_t target) {
-    Aim aim = aimAt(self, target);
+    std::optional<Aim> found = aimAt(self, target);
+    if (!found) return;
+    Aim& aim = *found;
     if (self.getFlags() & MOVE_GROUNDED) aim.direction.y = 0;
     aim.direction = aim.direction.normalized();
     self.setMoveDirection(aim.direction);

@@ -121,7 +121,7 @@ public:
     int32_t length = 0;    ///< cinematic, frames
     int32_t number = 0;    ///< frame
     int32_t frame = 0;     ///< filter
-    float speed = 0;       ///< frame, units per frame; kNoSpeed when not given
+    float speed = 0;       ///< frame, units per frame; kNoSpeed when not given, less counts as that
     float alpha = 0;       ///< filter
     int32_t upperAnim = 0; ///< frame: name hashes
     int32_t lowerAnim = 0;

@@ -115,7 +115,8 @@ private:
     void moveSelection(int by);
     void scrollBy(int pixels);
     void keepSelectedVisible();
-    bool scrollBarClicked();
+    bool isOverScrollBar() const;
+    void scrollTowardsPointer();
     void stepHighlights();
     void activateRow(Source source);
     int32_t pointerX() const;

@@ -91,7 +91,11 @@ void cMenu::handleInput() {
     if (isKeyDown(kWheelDown)) scrollBy(-kScrollStep);
     dragSlider();
     if (forward) {
-        if (!mouse || !scrollBarClicked()) activate(right ? kRightKey : mouse ? kMouseButton : kReturnKey);
+        if (mouse && isOverScrollBar()) {
+            scrollTowardsPointer();
+        } else {
+            activate(right ? kRightKey : mouse ? kMouseButton : kReturnKey);
+        }
     } else if (left) {
         activate(kLeftKey);
     } else if (back) {
@@ -153,7 +157,7 @@ void cMenu::selectByMouse() {
 void cMenu::dragSlider() {
     if (!isKeyDown(kLeftButton)) dragArmed_ = true;
     const SettingsScreen* screen = settingsScreen(page_);
-    if (!screen || !dragArmed_ || !isKeyDown(kLeftButton)) return;
+    if (!screen || !dragArmed_ || !isKeyDown(kLeftButton) || isOverScrollBar()) return;
     const int32_t at = selected_ - screen->keyRows;
     if (at < 0 || at >= static_cast<int32_t>(screen->rows.size())) return;
     const SettingsRow& row = screen->rows[static_cast<size_t>(at)];
@@ -181,14 +185,15 @@ void cMenu::keepSelectedVisible() {
     if (y > kKeepHigh) scrollBy(y - kKeepHigh);
 }
 
-bool cMenu::scrollBarClicked() {
+bool cMenu::isOverScrollBar() const {
     const int32_t x = pointerX(), y = pointerY();
-    if (contentHeight_ <= kVisibleHeight || x < kBarLeft || x > kBarRight || y < kContentFoot ||
-        y > kContentTop)
-        return false;
+    return contentHeight_ > kVisibleHeight && x >= kBarLeft && x <= kBarRight && y >= kContentFoot &&
+           y <= kContentTop;
+}
+
+void cMenu::scrollTowardsPointer() {
     const int32_t thumb = scroll_ * 228 / contentHeight_ + 41 + kVisibleHeight * 114 / contentHeight_;
-    scrollBy(y > thumb ? kScrollStep : -kScrollStep);
-    return true;
+    scrollBy(pointerY() > thumb ? kScrollStep : -kScrollStep);
 }
 
 void cMenu::stepHighlights() {

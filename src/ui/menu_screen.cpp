@@ -100,7 +100,7 @@ void cMenu::paint() const {
     glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
     cInputMgr::instance().promptActive ? paintPrompt() : paintItems();
     glDisable(GL_STENCIL_TEST);
-    if (visible_) drawPointer(pointerX(), pointerY());
+    drawPointer(pointerX(), pointerY());
     renderer.setProjection(false);
     glPopAttrib();
 }
@@ -259,7 +259,7 @@ void cMenu::paintCrosshair() const {
     const int32_t texture = cWorld::instance().hud.crosshairTexture;
     setColour(40, 48, 64, 6 * slide_);
     rectangle(kLeft - 4, kFoot - 4, kLeft + kSide + 4, kFoot + kSide + 4);
-    if (texture < 0 || (edit.options & kOptionCrosshair) == 0) return;
+    if (texture < 0) return;
     bind(texture);
     setColour(edit.crosshairColour[0], edit.crosshairColour[1], edit.crosshairColour[2],
               edit.crosshairColour[3]);

@@ -147,7 +147,7 @@ int SettingsScreen::rowY(size_t row) const {
 }
 
 const SettingsScreen& inputScreen() {
-    static const SettingsScreen screen{kCommandCount, kInputRows, 462, 16, 196, 16, 70, 40, 500};
+    static const SettingsScreen screen{kCommandCount, kInputRows, 462, 16, 206, 16, 70, 40, 500};
     return screen;
 }
 const SettingsScreen& videoScreen() {

@@ -129,7 +129,8 @@ void cWorld::updateIntro(uint32_t elapsedMs, GameState* state) {
         glEnable(GL_BLEND);
         glDisable(GL_TEXTURE_2D);
         glColor4f(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
-        drawRectangle(0, 0, 2000, 1500);
+        drawRectangle(0, 0, static_cast<float>(renderer.getWidth()),
+                      static_cast<float>(renderer.getHeight()));
     }
     renderer.setProjection(false);
     glPopAttrib();

@@ -22,7 +22,8 @@ void drawFade(float r, float g, float b, float a) {
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_TEXTURE_2D);
     glColor4f(r, g, b, a);
-    drawRectangle(0, 0, 2000, 1500);
+    const cRenderer& renderer = cRenderer::instance();
+    drawRectangle(0, 0, static_cast<float>(renderer.getWidth()), static_cast<float>(renderer.getHeight()));
     glColor4ub(255, 255, 255, 255);
 }
 

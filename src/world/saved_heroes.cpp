@@ -110,7 +110,6 @@ void cWorld::enterLevel() {
 
 void cWorld::leaveGame(const std::string& reason) {
     resetCinematic();
-    cinematic.element = nullptr;
     cDialogue::instance().close();
     cObjectMgr::instance().clear();
     cEventMgr::instance().clear();

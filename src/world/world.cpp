@@ -71,6 +71,9 @@ void cWorld::updateCameraOrCinematic(uint32_t, GameState* state) {
     if (*state == STATE_CINEMATIC || cinematic.keptState == STATE_CINEMATIC) {
         updateCinematic(state);
     } else {
+        // The menu only pauses a cinematic; a conversation within it has ended it, since that leads to the
+        // game.
+        if (*state != STATE_MENU) cinematic.playing = false;
         camera.apply();
     }
 }

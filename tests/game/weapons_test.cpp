@@ -142,6 +142,13 @@ TEST_F(Weapons, ScriptedObjectsShootStrikeAndThrow) {
     attack(itemAt("gun"), kWordPlayer);
     events.process(16, &t.state);
     EXPECT_EQ(world.health, 80);
+    TestWorld::script("foe").setTarget(nullptr);
+    attack(itemAt("gun"), kWordTarget);
+    events.process(16, &t.state);
+    EXPECT_EQ(world.health, 80) << "it faces the hero, but has no target to shoot at";
+    attackWith(TestWorld::script("foe"), INT32_MIN, itemAt("gun"), kWordPlayer); // documents give any skill
+    events.process(16, &t.state);
+    EXPECT_EQ(world.health, 80) << "such a shot goes anywhere";
     attack(itemAt("club"), kWordPlayer);
     events.process(16, &t.state);
     EXPECT_EQ(world.health, 80) << "too far for a club";

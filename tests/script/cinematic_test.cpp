@@ -126,6 +126,28 @@ TEST_F(Cinematic, TheStateBeforeTheFirstOneComesBack) {
     EXPECT_EQ(t.state, STATE_INVENTORY);
 }
 
+TEST_F(Cinematic, TheMenuPausesAndAConversationEnds) {
+    start("5", "", "<cinematic name=\"d\" length=\"3\" />");
+    world.camera.toggleView();
+    step(2);
+    t.state = STATE_MENU;
+    step(9);
+    EXPECT_TRUE(world.cinematic.playing);
+    t.state = STATE_CINEMATIC;
+    step();
+    EXPECT_EQ(world.cinematic.frame, 3u) << "goes on where it was";
+    for (const GameState left : {STATE_DIALOGUE, STATE_GAME}) {
+        t.state = left;
+        step();
+        EXPECT_EQ(t.state, left);
+        EXPECT_FALSE(world.isPlayerVisible());
+    }
+    world.startCinematic(2);
+    step(4);
+    EXPECT_EQ(world.cinematic.element, nullptr) << "the next one plays to its end";
+    EXPECT_EQ(t.state, STATE_GAME);
+}
+
 TEST_F(Cinematic, TheHeroShowsInFirstPersonWhileItPlays) {
     start("5", "");
     world.resetCinematic();

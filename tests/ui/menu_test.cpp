@@ -345,6 +345,13 @@ TEST_F(Menu, KeysAreCapturedForTheChosenViews) {
     EXPECT_FLOAT_EQ(edit.sensitivity, 0.01f);
     for (int i = 0; i < 40; ++i) tap(SDLK_LEFT);
     EXPECT_FLOAT_EQ(edit.sensitivity, 0.0001f);
+    point(650, 280);
+    t.keys[1] = 1;
+    frames(2);
+    t.keys[1] = 0;
+    frames(1);
+    EXPECT_FLOAT_EQ(edit.sensitivity, 0.0001f) << "the scroll bar is no slider";
+    EXPECT_EQ(menu.selected(), 20);
     tap(SDLK_DOWN);
     tap(SDLK_RETURN);
     EXPECT_EQ(input.bindings.getBinding(CMD_FORWARD), SDLK_DOWN);
