@@ -79,7 +79,7 @@ void stepLevelChange(cWorld& world) {
     cRenderer::instance().drawLoadingScreen();
     cAudioMgr::instance().stopMusic();
     cAudioMgr::instance().setMusicVolume(world.playerMusicVolume); // before the level starts its own
-    world.loadSavedGame(world.heroName);
+    world.returnToCheckpoint();
 }
 } // namespace
 

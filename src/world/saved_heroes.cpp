@@ -58,6 +58,7 @@ bool cWorld::saveGame() {
         saved = file.write();
     }
     if (!saved) hud.message(kNoticeFrames, "The game could not be saved. quorvane.html says why.");
+    checkpointWritten_ = saved;
     return saved;
 }
 
@@ -84,11 +85,20 @@ int cWorld::loadSavedGame(const std::string& name) {
     cInputMgr& input = cInputMgr::instance();
     if (input.loadSettings(heroSettings) != 0 && input.loadSettings(cInputMgr::kDefault) != 0)
         input.applySettings(); // the end of a level has turned the music down
+    checkpointWritten_ = true;
+    wakeUp();
+    return 0;
+}
+
+void cWorld::returnToCheckpoint() {
+    if (!checkpointWritten_ || loadSavedGame(heroName) != 0) wakeUp();
+}
+
+void cWorld::wakeUp() {
     enterLevel();
     hud.showStats();
     maxHealth = health = cConfigMgr::instance().getInt("MAX_HP", "character");
     levelChangePending = 0;
-    return 0;
 }
 
 /// Where the hero cannot go on, the player chooses anew in the menu.

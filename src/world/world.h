@@ -35,6 +35,9 @@ public:
     /// 0, or −1 with nothing changed when there is none of that name. A checkpoint that leads nowhere opens
     /// the menu with a notice, and no game is loaded then.
     int loadSavedGame(const std::string& name);
+    /// At the end of a level or of the hero: his checkpoint, or, when it never reached the disk, the level
+    /// and place that it names, with what he carries now.
+    void returnToCheckpoint();
     bool isGameLoaded() const;
 
     // --- Intro (intro.cpp)
@@ -108,9 +111,11 @@ private:
     void loadMusic();
     void endCinematic(GameState* state);
     void enterLevel();
+    void wakeUp(); ///< enters the level in full health
     void leaveGame(const std::string& reason);
 
     cEnvironment environment_;
+    bool checkpointWritten_ = false;
     GameState* state_ = nullptr;
     int32_t introImage_ = -1;
     uint64_t introClock_ = 0; ///< ms

@@ -191,3 +191,22 @@ TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
     EXPECT_EQ(file(), before);
     EXPECT_FALSE(world.hud.messages.empty());
 }
+
+TEST_F(SavedHeroes, WithoutTheDiskTheJourneyGoesOn) {
+    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
+    t.game.write("next.xml", std::string("<level name=\"n\">") + kHut + "</level>");
+    save("Ada", 2);
+    world.returnToCheckpoint();
+    ASSERT_EQ(world.inventory.countOf(0), 2);
+    world.inventory.give(0, 3);
+    {
+        const FullDisk full(10);
+        world.requestLevelChange("next.xml", "hut");
+    }
+    world.health = 7;
+    world.returnToCheckpoint();
+    EXPECT_EQ(world.levelFile, "next.xml") << "not back to the checkpoint that the file still holds";
+    EXPECT_EQ(world.inventory.countOf(0), 5);
+    EXPECT_EQ(world.health, 100);
+    EXPECT_NE(cObjectMgr::instance().hero(), nullptr);
+}
