@@ -316,13 +316,13 @@ void cApplication::destroyManagers() {
 
 void cApplication::destroyGame() {
     cObjectMgr::instance().setForgetListener({});
-    cDialogue::destroy();
     cEventMgr::destroy();
     cInputMgr::destroy();
     cObjectMgr::destroyInstance();
     cPhysicsWorld::destroy();
     cConfigMgr::destroy();
     cWorld::destroy();
+    cDialogue::destroy();
     cItemDefs::destroy();
     destroyEffects();
 }

@@ -7,8 +7,9 @@
 #include <iterator>
 
 namespace {
-constexpr int kDeepest = 256;         ///< nesting that the recursive parser accepts
-constexpr size_t kLongestToken = 255; ///< element name, or one attribute with its value
+constexpr size_t kMostAttributes = 256; ///< of an element: each is compared with those before it
+constexpr int kDeepest = 256;           ///< nesting that the recursive parser accepts
+constexpr size_t kLongestToken = 255;   ///< element name, or one attribute with its value
 constexpr size_t kUsualAttributes = 4;
 constexpr int kEnd = -1;
 } // namespace
@@ -91,6 +92,7 @@ private:
             if (std::isalnum(c)) {
                 if (!token(text)) return fail();
                 attribute(node, text);
+                if (node.attributes.size() > kMostAttributes) return refuse();
                 continue;
             }
             get();

@@ -72,6 +72,7 @@ cPlayer::cPlayer(cObject* owner)
     for (size_t i = 0; i < kAnimationCount; ++i) {
         animations_[i] = nameHash(cConfigMgr::instance().getString(kAnimationKeys[i], "animation"));
     }
+    refreshSelected(); // who comes from another level has his weapon in hand
 }
 
 cCharacterPose* cPlayer::pose() const {
@@ -225,8 +226,9 @@ void cPlayer::chargeOrFire(uint32_t elapsedMs) {
         }
         return;
     }
-    if (!pressed(CMD_FIRE) || attackFrame_ != -1 || !selectedItem_ || selectedItem_->weaponType == kNoWeapon)
-        return;
+    if (!pressed(CMD_FIRE) || attackFrame_ != -1) return;
+    refreshSelected(); // scripts give, take and select as well
+    if (!selectedItem_ || selectedItem_->weaponType == kNoWeapon) return;
     if (selectedItem_->weaponType == kProjectileWeapon && selectedItem_->charge) {
         charge_ = 1;
         return;
@@ -358,7 +360,7 @@ void cPlayer::runAttack() {
     // Without a weapon in hand (the last one was thrown) the attack ends.
     if (!selectedItem_ || attackFrame_ > selectedItem_->attackLength) {
         attackFrame_ = -2;
-        charge_ = 0;
+        charge_ = 0; // one that never fired would begin the next attack by itself
     }
     ++attackFrame_;
 }

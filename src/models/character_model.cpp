@@ -83,7 +83,11 @@ bool cCharacterModel::loadCffRaw(const std::string& directory, const std::string
 
 bool cCharacterModel::loadMd3(const std::string& directory, const std::string& name) {
     if (!loadBodies(directory, name, ".md3", &::loadMd3) || !loadSkins(directory)) return false;
-    if (!readAnimations(joined(directory, "animation.cfg"))) return false;
+    const std::string table = joined(directory, "animation.cfg");
+    if (!readAnimations(table)) {
+        SDL_SetError("Cannot load the animation table \"%s\"", table.c_str());
+        return false;
+    }
     attachBodies();
     return true;
 }

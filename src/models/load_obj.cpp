@@ -68,8 +68,9 @@ public:
 private:
     static void readColour(const std::string& numbers, ObjMaterial& material) {
         float k[3] = {};
-        if (std::sscanf(numbers.c_str(), "%f %f %f", &k[0], &k[1], &k[2]) != 3) return;
-        material.colour = {colourByte(k[0]), colourByte(k[1]), colourByte(k[2]), 0};
+        const int read = std::sscanf(numbers.c_str(), "%f %f %f", &k[0], &k[1], &k[2]);
+        uint8_t* const channels[] = {&material.colour.r, &material.colour.g, &material.colour.b};
+        for (int i = 0; i < read; ++i) *channels[i] = colourByte(k[i]);
     }
 
     static void readMap(std::string_view rest, ObjMaterial& material) {

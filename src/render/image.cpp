@@ -19,7 +19,10 @@ int fail(const char* format, const std::string& fileName) {
 }
 constexpr const char* kNotFound = "Cannot find image \"%s\"";
 constexpr const char* kCorrupt = "File \"%s\" is invalid or corrupt";
+constexpr const char* kNoMemory = "Out of memory loading file \"%s\"";
 constexpr const char* kCorruptRaw = "File %s is invalid or corrupt";
+
+constexpr uint64_t kLargestPicture = uint64_t{1} << 30; ///< bytes of pixels
 
 void swapBytes(std::span<uint8_t> pixels, size_t step, size_t a, size_t b) {
     for (size_t i = 0; i + step <= pixels.size(); i += step) std::swap(pixels[i + a], pixels[i + b]);
@@ -46,6 +49,7 @@ public:
     const char* decode(platform::Bytes& pixels) {
         const uint64_t packets = in_.left() / (1 + pixelBytes_) + 1;
         writes_ = left_ <= packets * kLongestPacket * pixelBytes_;
+        if (writes_ && left_ > kLargestPicture) return kNoMemory;
         if (writes_) pixels.resize(static_cast<size_t>(left_));
         row_ = pixels.data() + pixels.size();
         while (left_ > 0) {
@@ -170,6 +174,7 @@ int cImage::loadBmp(const std::string& fileName) {
     const uint64_t count = static_cast<uint64_t>(width_) * static_cast<uint64_t>(height_);
     if (count * (format / 8) > in.left()) return fail(kCorrupt, fileName);
 
+    if (count * 3 > kLargestPicture) return fail(kNoMemory, fileName);
     bpp_ = 24;
     pixels_.resize(count * 3);
     if (format == 24) {

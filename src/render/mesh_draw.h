@@ -7,6 +7,8 @@
 struct cVolumetricFog {
     bool enabled = false;
     float fogLow = 0, fogHigh = 0;
+
+    bool operator==(const cVolumetricFog&) const = default;
 };
 
 /// 0 at or above fogHigh; below it (y − fogLow) / (fogHigh − fogLow).

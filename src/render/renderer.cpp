@@ -66,15 +66,15 @@ void cRenderer::setCaption(const std::string& title, const std::string& iconFile
 }
 
 int cRenderer::setVideoMode(int width, int height, bool fullscreen) {
+    // Without a screen as well: the layout of pages asks for them.
+    width_ = width;
+    height_ = height;
     if (!sdlReady_) return -1;
     releaseResources();
     SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
     SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 1);
     const Uint32 flags = SDL_HWSURFACE | SDL_OPENGL | SDL_DOUBLEBUF | (fullscreen ? SDL_FULLSCREEN : 0u);
     screen_ = SDL_SetVideoMode(width, height, 32, flags);
-    // Without a screen as well: the layout of pages asks for them.
-    width_ = width;
-    height_ = height;
     if (!screen_) return -1;
     platform::setGlContext(true);
     fullscreen_ = fullscreen;

@@ -23,7 +23,7 @@ public:
 
     // Set-up.
     void setCaption(const std::string& title, const std::string& iconFile);
-    /// 0, or −1 when there is no such mode; the stored size is then as before. Every texture, list and font
+    /// 0, or −1 when there is no such mode; the size is stored all the same. Every texture, list and font
     /// made earlier is gone either way.
     int setVideoMode(int width, int height, bool fullscreen);
     void releaseResources();

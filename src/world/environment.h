@@ -28,7 +28,7 @@ private:
     float deathHeight_ = 0;
     bool hasWater_ = false;
     float waterScale_ = 0, waterHeight_ = 0; ///< factor on the waves; height of the still surface
-    uint8_t interval_ = 0, countdown_ = 0;   ///< frames between two steps of the waves
+    uint8_t interval_ = 10, countdown_ = 10; ///< frames between two steps of the waves
     uint32_t phaseUp_ = 0, phaseDown_ = 0;   ///< into the wave tables
     cModel sky1_, sky2_, water_;
     std::vector<std::vector<cVector3>> stillWater_; ///< positions as read, one list an object

@@ -100,7 +100,7 @@ void cWorld::updateIntro(uint32_t elapsedMs, GameState* state) {
         return;
     }
     if (t >= kCinematicEnd) {
-        *state = STATE_MENU;
+        if (*state == STATE_INTRO) *state = STATE_MENU; // a quit may have come with the last frame
         return;
     }
     const bool flight = t >= kCinematicStart;

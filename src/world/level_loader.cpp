@@ -170,17 +170,19 @@ int cWorld::loadScenery() {
     if (file != appearanceFile) {
         cBinaryReader in(file);
         cMaterialList materials;
-        appearanceFile.clear();
         if (!in.isOpen()) {
             cLogMgr::instance().error("Failed to open scenery file %s", file.c_str());
             result = -1;
-        } else if (!materials.read(in) || (materials.loadTextures(), !scenery.read(in, materials))) {
+        } else if (appearanceFile.clear();
+                   !materials.read(in) || (materials.loadTextures(), !scenery.read(in, materials))) {
             scenery.clear();
             cLogMgr::instance().error("Scenery file %s is damaged", file.c_str());
             result = -1;
         } else {
             appearanceFile = file;
         }
+    } else {
+        scenery.compileDisplayLists(); // the level may have another fog
     }
     cPhysicsWorld::instance().loadCollision(files->getAttribute("collision"));
     return result;

@@ -39,6 +39,7 @@ void cStaticObject::draw(const ViewInfo& view) {
     }
     lightInModel_ = transform_.inverseTransformPoint(view.light);
     const bool recompute = !shaded_ || !(lightInModel_ == shadedFor_);
+    if (recompute) shadowDirty_ = true; // the shadow pass comes before: the next one is for this light
     meshDraw::drawCel(model_->objects, lightInModel_, false, view.celRamp, recompute);
     shadedFor_ = lightInModel_;
     shaded_ = true;

@@ -28,7 +28,7 @@ public:
         forgetListener_ = std::move(listener);
     }
 
-    /// Controllers, then destructions, then creations, each queue newest first.
+    /// Controllers, then destructions, all at once (their order shows nowhere), then creations, newest first.
     void update(uint32_t elapsedMs, GameState* state);
     /// Shadow pass, then the objects. Without `drawHero` the hero neither shows nor casts a shadow.
     void draw(bool drawHero, const ViewInfo& view);

@@ -75,6 +75,14 @@ void compileNode(Node& node, const cVolumetricFog& fog) {
     meshDraw::drawImmediateTwoTextures(node.model->objects, fog);
     glEndList();
 }
+
+void dropLists(Node& node) {
+    for (auto& child : node.children) {
+        if (child) dropLists(*child);
+    }
+    if (node.displayList > 0) glDeleteLists(static_cast<GLuint>(node.displayList), 1);
+    node.displayList = -1;
+}
 } // namespace
 
 cOctree::Node::~Node() {
@@ -114,7 +122,10 @@ bool cOctree::read(cBinaryReader& in, const cMaterialList& materials) {
 }
 
 void cOctree::compileDisplayLists() {
-    if (root_ && platform::hasGlContext()) compileNode(*root_, fog_);
+    if (!root_ || !platform::hasGlContext()) return;
+    if (fog_ != compiledFog_) dropLists(*root_);
+    compileNode(*root_, fog_);
+    compiledFog_ = fog_;
 }
 
 void cOctree::draw() {

@@ -38,7 +38,8 @@ public:
     void draw();
     /// "Total Nodes: %d, last drawn: %d Last Trace: %d"
     std::string stats() const;
-    /// Makes the leaves' display lists (needs a GL context; without one nothing is drawn).
+    /// Makes the leaves' display lists (needs a GL context; without one nothing is drawn); anew when the fog
+    /// is another than they carry.
     void compileDisplayLists();
 
     // Queries return leaf models near a shape, never triangles. The list is emptied first.
@@ -72,7 +73,7 @@ private:
 
     std::unique_ptr<Node> root_;
     std::vector<QueryNode> queryNodes_; ///< root first
-    cVolumetricFog fog_;
+    cVolumetricFog fog_, compiledFog_;  ///< of the lists to come, of those that there are
     int32_t totalNodes_ = 0;
     int32_t lastDrawn_ = 0;
     mutable int32_t lastTrace_ = 0;

@@ -139,6 +139,16 @@ TEST(Xml, DeepNestingFailsInsteadOfOverflowing) {
     EXPECT_LE(depth(deep), 300);
 }
 
+TEST(Xml, ManyAttributesFailInsteadOfTakingForEver) {
+    for (const auto& [count, result] : {std::pair{256, 0}, {257, -1}}) {
+        std::string text = "<a";
+        for (int i = 0; i < count; ++i) text += " n" + std::to_string(i) + "=\"" + std::to_string(i) + "\"";
+        cXmlNode node;
+        EXPECT_EQ(parse(node, text + " n7=\"x\"/>"), result) << count;
+        EXPECT_TRUE(result != 0 || node.getAttribute("n7") == "x") << "the last value stands";
+    }
+}
+
 TEST(Xml, LinesAreCountedForMessages) {
     cXmlNode node;
     ASSERT_EQ(parse(node, "\n<a>\n<b x=\"\n\"/>\n<!--\n--><c/></a>"), 0);

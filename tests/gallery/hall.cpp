@@ -91,7 +91,6 @@ void Hall::stand(const std::string& exhibit, float distance) {
 void Hall::arm(int32_t item, int32_t count) {
     world.inventory.clear();
     world.inventory.give(item, count);
-    static_cast<cPlayer*>(hero()->getController())->refreshSelected();
 }
 
 void Hall::attack(int32_t item) {

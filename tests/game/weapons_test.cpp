@@ -62,7 +62,6 @@ protected:
     void take(int id, int n) {
         world.inventory.clear();
         world.inventory.give(id, n);
-        static_cast<cPlayer*>(cObjectMgr::instance().hero()->getController())->refreshSelected();
     }
     /// Holds the fire key for so many frames, then lets go and waits.
     void fire(int held, int after) {
