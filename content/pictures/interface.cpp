@@ -211,7 +211,18 @@ void drawBoat(Canvas& c, float x, float y) {
     c.fill(polygon({{x - 1.5f, y - 3}, {x - 1.5f, y - 30}, {x - 13, y - 3}}), rgb(0xe6b84c));
 }
 
-/// A painted board on two ropes' knots; the name stands before the view from the sea.
+/// From a wooden peg down to the ring of a board.
+void drawRope(Canvas& c, float x, float peg, float ring) {
+    c.fill(stroke(x, peg, x, ring, 6), rgb(0xcaa66a));
+    for (float y = peg + 6; y < ring - 4; y += 5)
+        c.fill(stroke(x - 2, y + 2, x + 2, y - 1, 1), rgb(0x97713c));
+    c.fill(outline(disc(x, ring, 8), 4), rgb(0xb98a48));
+    c.fill(disc(x, peg, 10), rgb(0x8a5c34));
+    c.fill(disc(x - 2, peg - 2, 4.5f), rgb(0xb07c48));
+    c.fill(outline(disc(x, peg, 10), 2.5f), rgb(0x4c3322));
+}
+
+/// A painted board on two ropes; the name stands before the view from the sea.
 void drawTitle(Canvas& c) {
     const Shape board = rectangle(14, 40, 676, 190, 34), view = rectangle(27, 53, 650, 164, 24);
     c.fill(board, [](float x, float y) {
@@ -223,10 +234,7 @@ void drawTitle(Canvas& c) {
     c.fill(outline(view, 3), rgb(0x4c3322));
     drawLighthouse(c, 642, 131);
     drawBoat(c, 60, 178);
-    for (const float x : {60.0f, 644.0f}) {
-        c.fill(stroke(x, 6, x, 44, 6), rgb(0xcaa66a));
-        c.fill(outline(disc(x, 44, 8), 4), rgb(0xb98a48));
-    }
+    for (const float x : {60.0f, 644.0f}) drawRope(c, x, 20, 44);
     TextStyle style{0, 96, 76, 12.4f, 0.11f, 0.05f};
     style = centred("Quorvane", style, 350);
     const std::vector<Shape> letters = textShapes("Quorvane", style);
