@@ -143,7 +143,7 @@ void cOctree::drawNode(const Node& node, bool cull) {
         if (child) drawNode(*child, cull);
     }
     if (node.hasChildren) return;
-    if (node.displayList > 0) glCallList(static_cast<GLuint>(node.displayList));
+    if (node.displayList > 0 && platform::hasGlContext()) glCallList(static_cast<GLuint>(node.displayList));
     ++lastDrawn_;
 }
 
