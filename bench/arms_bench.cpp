@@ -141,20 +141,11 @@ void fight(benchmark::State& state) {
 /// A saved record of so many entries, the cursor, and the end of one kind of two.
 void inventoryRecord(benchmark::State& state) {
     Game game;
-    cBinaryWriter record;
-    record.i32(static_cast<int32_t>(state.range(0)));
-    uint32_t sum = 0;
-    for (uint32_t i = 0; i < static_cast<uint32_t>(state.range(0)); ++i) {
-        const uint32_t id = i % 2 ? kKey : kApple;
-        record.u32(id);
-        record.u32(1);
-        sum += id * i + i / 2;
-    }
-    record.u32(sum);
+    const platform::Bytes record = inputs::inventoryRecord(state.range(0), 2, kApple);
     cHud hud;
     cInventory inventory(hud);
     for (auto _ : state) {
-        cBinaryReader in(record.bytes());
+        cBinaryReader in(record);
         if (!inventory.load(in)) state.SkipWithError("the record is not taken");
         for (int i = 0; i < 10; ++i) inventory.moveCursor(0, -1);
         inventory.removeAll(kKey);
