@@ -13,6 +13,7 @@
 namespace {
 constexpr float kPanelWidth = 675, kPanelHeight = 520;
 constexpr int kPointerSide = 32;
+constexpr GLenum kWithoutStates[] = {GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_TEXTURE_2D};
 constexpr float kPage = 1.0f; ///< text scales
 constexpr float kHeading = 1.2f, kSmall = 0.8f;
 constexpr int kTextX = 40, kThirdPersonX = 250, kFirstPersonX = 450; ///< of rows
@@ -82,7 +83,7 @@ void cMenu::paint() const {
     renderer.setProjection(true);
     glTranslatef(static_cast<float>(static_cast<int>(renderer.getWidth()) / 2 - kOriginX),
                  static_cast<float>(static_cast<int>(renderer.getHeight()) / 2 - kOriginY), 0);
-    for (const GLenum state : {GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_TEXTURE_2D}) glDisable(state);
+    for (const GLenum state : kWithoutStates) glDisable(state);
     glEnable(GL_BLEND);
     setColour(255, 255, 255, 5 * slide_);
     drawRectangle(0, 0, kPanelWidth, kPanelHeight);
