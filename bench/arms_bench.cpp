@@ -2,28 +2,22 @@
 // objects, what the hero carries; and the music's decoder.
 #include "audio/audio_mgr.h"
 #include "audio/music_stream.h"
-#include "core/application.h"
+#include "bare_game.h"
 #include "core/config_mgr.h"
 #include "data/binary_reader.h"
 #include "game/hud.h"
 #include "game/inventory.h"
-#include "game/physics_world.h"
 #include "game/projectile.h"
 #include "game/weapons.h"
 #include "inputs.h"
-#include "platform/random.h"
-#include "render/renderer.h"
-#include "script/event_mgr.h"
 #include "support/temp_game.h"
 #include "world/object_mgr.h"
-#include "world/world.h"
 
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstdlib>
 
 namespace {
-constexpr uint32_t kFrameMs = 16;
 constexpr int kSamplesASecond = 44100, kFrameBytes = 4; ///< of the made music: two channels of 16 bits
 constexpr const char* kItems =
     "<items><item name=\"gun\"><image /><weapon type=\"ballistic\" range=\"40\" damage=\"20\" /></item>"
@@ -32,35 +26,12 @@ constexpr const char* kItems =
     "max_speed=\"0.3\" /><damage radius=\"1.5\" falloff=\"3\" amount=\"40\" /></weapon></item>"
     "<item name=\"apple\" allow_grouping=\"1\"><image /></item><item name=\"key\"><image /></item></items>";
 enum { kGun, kBomb, kApple, kKey };
+constexpr const char* kArmed = "<item name=\"g\" src=\"gun\" skill=\"50\" />";
 
-/// The managers, on files of their own.
-struct Game {
-    TempGame files;
-    GameState state = STATE_GAME;
-
-    Game() {
-        setenv("SDL_VIDEODRIVER", "dummy", 1);
-        files.write("objects.xml", kItems);
-        files.write("inventory.cfg", "WIDTH 320\nSHOW_INFO 10\nSHOW_TIME 10\n");
-        files.write("movement.cfg", "SNAP_GROUND 0.06\n");
-        cModel thing;
-        thing.add(inputs::surface(20));
-        thing.saveCpm("thing.cpm");
-        cWorld::instance().attachState(&state);
+struct Game : BareGame {
+    Game()
+        : BareGame({{"objects.xml", kItems}, {"inventory.cfg", "WIDTH 320\nSHOW_INFO 10\nSHOW_TIME 10\n"}}) {
         cItemDefs::instance().loadItemDefs();
-        platform::seedRandom(1);
-    }
-    ~Game() { cApplication::destroyManagers(); }
-
-    void load(const std::string& objects) {
-        files.write("level.xml", "<level name=\"l\">" + objects + "</level>");
-        cWorld::instance().loadLevel("level.xml");
-    }
-    void frame() {
-        cObjectMgr::instance().update(kFrameMs, &state);
-        cPhysicsWorld::instance().step(kFrameMs, state);
-        cEventMgr::instance().process(kFrameMs, &state);
-        cRenderer::instance().endFrame();
     }
 };
 
@@ -70,14 +41,8 @@ std::string ring(int64_t count, float spacing, const std::string& inside) {
     const float radius = static_cast<float>(count) * spacing / 6.2831853f;
     for (int64_t i = 0; i < count; ++i) {
         const float angle = 6.2831853f * static_cast<float>(i) / static_cast<float>(count);
-        const float x = std::cos(angle), z = std::sin(angle);
-        text += "<object name=\"o" + std::to_string(i) +
-                "\" default_action=\"a\"><appearance type=\"static\"><model file=\"thing.cpm\" "
-                "/></appearance><physics position=\"" +
-                std::to_string(x * radius) + ",20," + std::to_string(z * radius) + "\" direction=\"" +
-                std::to_string(-x) + ",0," + std::to_string(-z) +
-                "\" up=\"0,1,0\"><boundingvolume radius=\"0.5\" solid=\"1\" /></physics>" + inside +
-                "<item name=\"g\" src=\"gun\" skill=\"50\" /></object>\n";
+        const cVector3 outwards(std::cos(angle), 0, std::sin(angle));
+        text += BareGame::object(i, outwards * radius + cVector3(0, 20, 0), outwards * -1, inside + kArmed);
     }
     return text;
 }
@@ -141,20 +106,11 @@ void fight(benchmark::State& state) {
 /// A saved record of so many entries, the cursor, and the end of one kind of two.
 void inventoryRecord(benchmark::State& state) {
     Game game;
-    cBinaryWriter record;
-    record.i32(static_cast<int32_t>(state.range(0)));
-    uint32_t sum = 0;
-    for (uint32_t i = 0; i < static_cast<uint32_t>(state.range(0)); ++i) {
-        const uint32_t id = i % 2 ? kKey : kApple;
-        record.u32(id);
-        record.u32(1);
-        sum += id * i + i / 2;
-    }
-    record.u32(sum);
+    const platform::Bytes record = inputs::inventoryRecord(state.range(0), 2, kApple);
     cHud hud;
     cInventory inventory(hud);
     for (auto _ : state) {
-        cBinaryReader in(record.bytes());
+        cBinaryReader in(record);
         if (!inventory.load(in)) state.SkipWithError("the record is not taken");
         for (int i = 0; i < 10; ++i) inventory.moveCursor(0, -1);
         inventory.removeAll(kKey);

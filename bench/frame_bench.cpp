@@ -3,6 +3,7 @@
 #include "core/application.h"
 #include "data/binary_reader.h"
 #include "game/physics_world.h"
+#include "inputs.h"
 #include "platform/clock.h"
 #include "platform/gl_api.h"
 #include "platform/random.h"
@@ -205,16 +206,7 @@ void explosionParticles(benchmark::State& state) {
 /// The screen with so many entries, of which the panel shows a few rows.
 void inventoryScreen(benchmark::State& state) {
     cInventory& inventory = cWorld::instance().inventory;
-    cBinaryWriter record;
-    record.i32(static_cast<int32_t>(state.range(0)));
-    uint32_t sum = 0;
-    for (uint32_t i = 0; i < static_cast<uint32_t>(state.range(0)); ++i) {
-        record.u32(i % 14);
-        record.u32(1);
-        sum += i % 14 * i + i / 2;
-    }
-    record.u32(sum);
-    cBinaryReader in(record.bytes());
+    cBinaryReader in(inputs::inventoryRecord(state.range(0), 14));
     if (!inventory.load(in)) state.SkipWithError("the record is not taken");
     inventory.step(-1); // the last entry: every row before it is passed over
     cRenderer& renderer = cRenderer::instance();

@@ -115,6 +115,20 @@ platform::Bytes runLengthTga(int width, int height) {
     return out.bytes();
 }
 
+platform::Bytes inventoryRecord(int64_t count, uint32_t kinds, uint32_t firstKind) {
+    cBinaryWriter record;
+    record.i32(static_cast<int32_t>(count));
+    uint32_t sum = 0; // of the record's check
+    for (uint32_t i = 0; i < static_cast<uint32_t>(count); ++i) {
+        const uint32_t id = firstKind + i % kinds;
+        record.u32(id);
+        record.u32(1);
+        sum += id * i + i / 2;
+    }
+    record.u32(sum);
+    return record.bytes();
+}
+
 forge::CharacterPart character(int triangles, int frames) {
     constexpr int kSegments = 25;
     const int rings = triangles / (2 * kSegments);

@@ -23,6 +23,9 @@ forge::Parts parts(int faces, int facesPerPart);
 /// 32 bit, type 10; every row mixes long runs, short runs and raw packets.
 platform::Bytes runLengthTga(int width, int height);
 
+/// The inventory's record of a saved hero: so many entries, one of a thing each, of `kinds` kinds in turn.
+platform::Bytes inventoryRecord(int64_t count, uint32_t kinds, uint32_t firstKind = 0);
+
 /// A character's part: a tube of about `triangles` triangles that bends from frame to frame, with two tags.
 forge::CharacterPart character(int triangles, int frames);
 } // namespace inputs

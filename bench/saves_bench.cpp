@@ -29,12 +29,19 @@ void fillPlayers(int64_t count) {
     out.save("players.cfl");
 }
 
-void fillSettings(int64_t count) {
+std::string settingsName(int64_t i) {
+    return "set" + std::to_string(i);
+}
+
+/// The input manager beside a file of so many entries.
+cInputMgr& inputWithSettings(int64_t count) {
     cBinaryWriter out;
     out.i32(static_cast<int32_t>(count));
-    for (int64_t i = 0; i < count; ++i) out.fixedText("set" + std::to_string(i), 10);
+    for (int64_t i = 0; i < count; ++i) out.fixedText(settingsName(i), 10);
     for (int64_t i = 0; i < count; ++i) cInputSettings().write(out);
     out.save("settings.cfl");
+    cInputMgr::instance().saveOnExit = false;
+    return cInputMgr::instance();
 }
 
 void heroFind(benchmark::State& state) {
@@ -58,10 +65,8 @@ void heroSave(benchmark::State& state) {
 
 void settingsLoad(benchmark::State& state) {
     const TempGame files;
-    fillSettings(state.range(0));
-    cInputMgr& input = cInputMgr::instance();
-    input.saveOnExit = false;
-    const std::string last = "set" + std::to_string(state.range(0) - 1);
+    cInputMgr& input = inputWithSettings(state.range(0));
+    const std::string last = settingsName(state.range(0) - 1);
     for (auto _ : state) {
         if (input.loadSettings(last) != 0) state.SkipWithError("not found");
     }
@@ -69,10 +74,8 @@ void settingsLoad(benchmark::State& state) {
 
 void settingsSave(benchmark::State& state) {
     const TempGame files;
-    fillSettings(state.range(0));
-    cInputMgr& input = cInputMgr::instance();
-    input.saveOnExit = false;
-    const std::string last = "set" + std::to_string(state.range(0) - 1);
+    cInputMgr& input = inputWithSettings(state.range(0));
+    const std::string last = settingsName(state.range(0) - 1);
     for (auto _ : state) {
         if (!input.saveSettings(last)) state.SkipWithError("not written");
     }

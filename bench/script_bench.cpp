@@ -1,70 +1,34 @@
 // Level documents at work, without a window: frames of scripted objects, compiled calls, events, pages of
 // conversations.
-#include "core/application.h"
-#include "game/physics_world.h"
-#include "inputs.h"
-#include "platform/random.h"
+#include "bare_game.h"
 #include "render/renderer.h"
 #include "script/cml_object.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
-#include "support/temp_game.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
 
 #include <benchmark/benchmark.h>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 
 namespace {
-constexpr uint32_t kFrameMs = 16;
 constexpr int kCallsPerList = 12;
 constexpr int kEvents = 1000;
 constexpr float kSpacing = 4; ///< from one object to the next, units
 
-/// The managers, on files of their own.
-struct Game {
-    TempGame files;
-    GameState state = STATE_GAME;
-
-    Game() {
-        setenv("SDL_VIDEODRIVER", "dummy", 1);
-        files.write("movement.cfg", "SNAP_GROUND 0.06\n");
-        files.write("messages.cfg", "X_POSITION 100\nY_POSITION 100000\nHEIGHT 100000\n");
-        cModel thing;
-        thing.add(inputs::surface(20));
-        thing.saveCpm("thing.cpm");
-        cWorld::instance().attachState(&state);
-        platform::seedRandom(1);
-    }
-    ~Game() { cApplication::destroyManagers(); }
+struct Game : BareGame {
+    Game() : BareGame({{"messages.cfg", "X_POSITION 100\nY_POSITION 100000\nHEIGHT 100000\n"}}) {}
 
     /// So many objects on a grid, their attributes' and elements' text made by `inside`.
     template <typename Inside> void load(int64_t count, const Inside& inside, bool bodies = true) {
-        std::string text = "<level name=\"l\">\n";
+        std::string text;
         const auto side = static_cast<int64_t>(std::ceil(std::sqrt(static_cast<double>(count))));
-        for (int64_t i = 0; i < count; ++i) {
-            const float half = static_cast<float>(side) / 2;
-            const auto place = [&](int64_t n) {
-                return std::to_string((static_cast<float>(n) - half) * kSpacing);
-            };
-            text += "<object name=\"o" + std::to_string(i) +
-                    "\" default_action=\"a\"><appearance type=\"static\"><model file=\"thing.cpm\" "
-                    "/></appearance>"
-                    "<physics position=\"" +
-                    place(i % side) + ",20," + place(i / side) + "\" direction=\"1,0,0\" up=\"0,1,0\">" +
-                    (bodies ? "<boundingvolume radius=\"0.5\" solid=\"1\" />" : "") + "</physics>" +
-                    inside(i) + "</object>\n";
-        }
-        files.write("level.xml", text + "</level>");
-        cWorld::instance().loadLevel("level.xml");
-    }
-    void frame() {
-        cObjectMgr::instance().update(kFrameMs, &state);
-        cPhysicsWorld::instance().step(kFrameMs, state);
-        cEventMgr::instance().process(kFrameMs, &state);
-        cRenderer::instance().endFrame();
+        const float half = static_cast<float>(side) / 2;
+        const auto place = [&](int64_t n) { return (static_cast<float>(n) - half) * kSpacing; };
+        for (int64_t i = 0; i < count; ++i)
+            text += object(i, {place(i % side), 20, place(i / side)}, {1, 0, 0}, inside(i), bodies);
+        BareGame::load(text);
     }
 };
 

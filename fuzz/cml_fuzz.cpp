@@ -1,5 +1,4 @@
 #include "script/cml_checker.h"
-#include "script/cml_vocabulary.h"
 #include "support.h"
 
 namespace {

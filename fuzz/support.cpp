@@ -4,6 +4,7 @@
 #include "memory_files.h"
 #include "models/anim_model.h"
 #include "models/model.h"
+#include "render/image.h"
 #include "render/shadow_volume.h"
 #include "render/texture_cache.h"
 #include "world/octree.h"
@@ -160,6 +161,19 @@ cDigest& cDigest::add(const void* bytes, size_t size) {
     const auto* p = static_cast<const uint8_t*>(bytes);
     for (size_t i = 0; i < size; ++i) hash_ = (hash_ ^ p[i]) * 1099511628211ull;
     return *this;
+}
+
+uint64_t readPicture(const std::string& name, const uint8_t* data, size_t size) {
+    putFile(name, text(data, size));
+    cImage image;
+    const int result = image.load(name);
+    const auto expected = static_cast<size_t>(image.width()) * static_cast<size_t>(image.height()) *
+                          static_cast<size_t>(image.bpp() / 8);
+    require(image.pixels().size() == expected, "a picture is whole or not there");
+    require((result == 0) == (expected != 0), "only what was read has pixels");
+    if (result != 0) return 0;
+    image.swapChannels(0, 2);
+    return cDigest().add(image.pixels().data(), expected).addValue(image.width()).value();
 }
 
 void useModel(cModel& model, cDigest& digest) {

@@ -48,6 +48,8 @@ private:
     uint64_t hash_ = 14695981039346656037ull;
 };
 
+/// A picture file of this name read: it is whole or not there. The target's digest.
+uint64_t readPicture(const std::string& name, const uint8_t* data, size_t size);
 /// What readers of models promise (mesh.h), and that the model can be written and read again; then normals
 /// and shadow data are made of it.
 void useModel(cModel& model, cDigest& digest);

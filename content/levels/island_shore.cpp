@@ -69,33 +69,41 @@ void addHarbour(Scenery& s) {
     addRocks(s);
 }
 
-void addLighthouse(Scenery& s) {
-    constexpr float kX = -18, kZ = -10, kFoot = kHillTop - 0.4f;
-    const cVector3 at(kX, 0, kZ);
-    // Tower: one picture from the foot to the gallery, so v follows the height.
-    constexpr float kGallery = 12.2f;
-    Mesh tower;
-    constexpr int kRings = 7, kSides = 16;
+namespace {
+constexpr float kX = -18, kZ = -10, kFoot = kHillTop - 0.4f, kGallery = 12.2f; ///< of the lighthouse
+constexpr int kSides = 16;
+constexpr cVector3 kTowerAt(kX, 0, kZ);
+
+/// A place on a circle round the tower: part `i` of `parts`.
+cVector3 round(int i, int parts, float radius, float y) {
+    const float a = 6.2831853f * static_cast<float>(i) / static_cast<float>(parts);
+    return {kX + radius * std::sin(a), y, kZ + radius * std::cos(a)};
+}
+
+void addTower(Scenery& s) {
+    // One picture from the foot to the gallery, so v follows the height.
+    constexpr int kRings = 7;
     std::vector<std::pair<float, float>> profile;
     for (int i = 0; i <= kRings; ++i) {
         const float t = static_cast<float>(i) / kRings;
         profile.emplace_back(1.75f - 0.75f * std::pow(t, 0.8f), kFoot + 0.5f + (kGallery - kFoot - 0.5f) * t);
     }
-    s.add(kTower, lathe(profile, kSides, 2, 1).moved(at));
-    s.add(kStone,
-          lathe({{2.05f, kFoot}, {2.0f, kFoot + 0.55f}, {1.7f, kFoot + 0.6f}}, kSides, 6, 0.4f).moved(at));
-    // Gallery with a rail, the lamp, the roof.
+    s.add(kTower, lathe(profile, kSides, 2, 1).moved(kTowerAt));
+    s.add(kStone, lathe({{2.05f, kFoot}, {2.0f, kFoot + 0.55f}, {1.7f, kFoot + 0.6f}}, kSides, 6, 0.4f)
+                      .moved(kTowerAt));
+}
+
+/// Gallery with a rail, the lamp, the roof.
+void addLantern(Scenery& s) {
     s.add(
         kStone,
         lathe(
             {{0.95f, kGallery - 0.25f}, {1.5f, kGallery}, {1.5f, kGallery + 0.15f}, {0.7f, kGallery + 0.16f}},
             kSides, 6, 0.5f)
-            .moved(at));
+            .moved(kTowerAt));
     for (int i = 0; i < kSides / 2; ++i) {
-        const float a = 6.2831853f * static_cast<float>(i) / (kSides / 2);
-        const float b = 6.2831853f * static_cast<float>(i + 1) / (kSides / 2);
-        const cVector3 p(kX + 1.4f * std::sin(a), kGallery + 0.15f, kZ + 1.4f * std::cos(a));
-        const cVector3 q(kX + 1.4f * std::sin(b), kGallery + 0.15f, kZ + 1.4f * std::cos(b));
+        const cVector3 p = round(i, kSides / 2, 1.4f, kGallery + 0.15f);
+        const cVector3 q = round(i + 1, kSides / 2, 1.4f, kGallery + 0.15f);
         for (float up : {0.3f, 0.62f})
             s.add(kTints,
                   tinted(tube({p + cVector3(0, up, 0), q + cVector3(0, up, 0)}, {0.03f, 0.03f}, 4),
@@ -105,11 +113,11 @@ void addLighthouse(Scenery& s) {
               Scenery::kSeen);
     }
     s.add(kGlowing,
-          tinted(lathe({{0.62f, kGallery + 0.16f}, {0.66f, kGallery + 1.1f}}, 8), Tint::kYellow).moved(at),
+          tinted(lathe({{0.62f, kGallery + 0.16f}, {0.66f, kGallery + 1.1f}}, 8), Tint::kYellow)
+              .moved(kTowerAt),
           Scenery::kSeen);
     for (int i = 0; i < 8; ++i) {
-        const float a = 6.2831853f * static_cast<float>(i) / 8;
-        const cVector3 p(kX + 0.66f * std::sin(a), kGallery + 0.15f, kZ + 0.66f * std::cos(a));
+        const cVector3 p = round(i, 8, 0.66f, kGallery + 0.15f);
         s.add(kTints, tinted(tube({p, p + cVector3(0, 1.0f, 0)}, {0.05f, 0.05f}, 4), Tint::kIron),
               Scenery::kSeen);
     }
@@ -123,8 +131,11 @@ void addLighthouse(Scenery& s) {
                                 {0, kHighest}},
                                12),
                          Tint::kBrick)
-                      .moved(at));
-    // Door and windows look over the island.
+                      .moved(kTowerAt));
+}
+
+/// They look over the island.
+void addDoorAndWindows(Scenery& s) {
     s.add(kBeams, box({-16.55f, kHillTop - 0.1f, -10.55f}, {-16.2f, kHillTop + 1.95f, -9.45f}, 0.7f),
           Scenery::kSeen);
     s.add(kTints,
@@ -140,5 +151,12 @@ void addLighthouse(Scenery& s) {
                      Tint::kIron),
               Scenery::kSeen);
     }
+}
+} // namespace
+
+void addLighthouse(Scenery& s) {
+    addTower(s);
+    addLantern(s);
+    addDoorAndWindows(s);
 }
 } // namespace island

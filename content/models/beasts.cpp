@@ -17,12 +17,11 @@ constexpr float kTurn = 6.28318531f;
 struct BeastGait {
     const char* name;
     int frames, fps;
-    float swing; ///< of the legs, degrees
-    float bob;   ///< of the body, units
-    float nod;   ///< of the head, degrees down at the deepest
-    float poke;  ///< how sharply it nods: 1 a wave, more: a quick peck and a rest
-    float fall =
-        0; ///< of the body onto its side in the course of the gait, degrees; such a gait does not loop
+    float swing;    ///< of the legs, degrees
+    float bob;      ///< of the body, units
+    float nod;      ///< of the head, degrees down at the deepest
+    float poke;     ///< how sharply it nods: 1 a wave, more: a quick peck and a rest
+    float fall = 0; ///< of the body onto its side by the end, degrees; such a gait does not loop
 };
 /// Facing −z, the middle of its body at the origin.
 struct Beast {

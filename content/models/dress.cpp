@@ -2,8 +2,6 @@
 #include "forge/noise.h"
 #include "models/humanoid.h"
 
-#include <cmath>
-
 using namespace forge;
 
 // The pictures of people. Where each part lies in them is laid down in humanoid.cpp; the front of a body is

@@ -3,7 +3,6 @@
 #include "forge/recipes.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 using namespace forge;

@@ -88,7 +88,6 @@ void cAudioMgr::setListener(const Listener* listener) {
 }
 
 // --- Effects
-// --------------------------------------------------------------------------------------------------
 
 cSound* cAudioMgr::getSound(std::string_view baseName, bool positional, bool) {
     if (const auto known = byName_.find(baseName); known != byName_.end()) return known->second.get();
@@ -177,7 +176,6 @@ void cAudioMgr::setEffectsVolume(float gain) {
 }
 
 // --- Music
-// ----------------------------------------------------------------------------------------------------
 
 void cAudioMgr::playMusic(std::string_view baseName) {
     if (!audible_ || byName_.find(baseName) != byName_.end()) return;
@@ -199,7 +197,6 @@ void cAudioMgr::setMusicVolume(float gain) {
 }
 
 // --- Frame
-// ----------------------------------------------------------------------------------------------------
 
 void cAudioMgr::update() {
     if (hasListener_) reportListener();

@@ -1,5 +1,4 @@
 #pragma once
-#include "audio/sound.h"
 #include "platform/files.h"
 
 #include <array>

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <ogg/ogg.h>
 
 namespace {

@@ -15,7 +15,6 @@
 #include "render/renderer.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
-#include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -24,13 +23,14 @@
 #include <cstdlib>
 
 namespace {
-/// Dark below 5/16, three quarters below 8/16, full above.
-constexpr int kRampTexels = 16;
 /// Who plays a level that was named on the command line: no hero of the player's is written over, and the
 /// menu does not offer him.
 constexpr const char* kLevelHero = "\xA3"
                                    "Quorvane";
 constexpr uint32_t kFrameMs = 16; ///< pace of a run without a screen
+
+/// The cel ramp: half bright below 5/16, three quarters below 8/16, full above.
+constexpr int kRampTexels = 16;
 constexpr struct {
     int first;
     uint8_t grey;
@@ -308,7 +308,6 @@ void cApplication::shutdown() {
 }
 
 void cApplication::destroyManagers() {
-    cObjectMgr::instance().setForgetListener({});
     cRenderer::destroy();
     cFrustum::destroy();
     destroyGame();

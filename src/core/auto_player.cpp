@@ -28,6 +28,12 @@ void pushKey(int key, bool down, char character = 0) {
     }
     SDL_PushEvent(&event);
 }
+
+/// From the hero to a point; nothing without a hero.
+cVector3 wayTo(const cVector3& point) {
+    const cObject* hero = cObjectMgr::instance().hero();
+    return hero ? point - hero->getPosition() : cVector3();
+}
 } // namespace
 
 void cAutoPlayer::setHeld(int command, bool held) {
@@ -77,14 +83,6 @@ void cAutoPlayer::look(int dx, int dy) {
     event.motion.y = static_cast<Uint16>(std::clamp(h / 2 - dy, 0, h - 1));
     SDL_PushEvent(&event);
 }
-
-namespace {
-/// From the hero to a point; nothing without a hero.
-cVector3 wayTo(const cVector3& point) {
-    const cObject* hero = cObjectMgr::instance().hero();
-    return hero ? point - hero->getPosition() : cVector3();
-}
-} // namespace
 
 float cAutoPlayer::turn(const cVector3& way) {
     const cVector3& forward = cWorld::instance().camera.getForward();

@@ -19,6 +19,9 @@
 #include <unistd.h>
 
 namespace {
+constexpr const char* kGameDataFile = "window.cfg"; ///< a directory that holds it holds game data
+constexpr int kLeastWidth = 320, kLeastHeight = 240, kLargestSide = 16384; ///< pixels of the window
+
 struct CommandLine {
     std::vector<std::string> data, exec, check, screenshots;
     std::string user, window, level, spawn = "hut", tour;
@@ -54,7 +57,7 @@ void declare(CLI::App& app, CommandLine& line) {
 
 bool isGameData(const std::filesystem::path& dir) {
     std::error_code ignored;
-    return std::filesystem::exists(dir / "window.cfg", ignored);
+    return std::filesystem::exists(dir / kGameDataFile, ignored);
 }
 
 /// The working directory when it holds game data and can be written to, else the user's data directory.
@@ -113,8 +116,8 @@ int checkDocuments(const std::vector<std::string>& files) {
 
 bool parseWindow(const std::string& text, RunOptions& run) {
     return text.empty() ||
-           (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= 320 &&
-            run.height >= 240 && run.width <= 16384 && run.height <= 16384);
+           (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= kLeastWidth &&
+            run.height >= kLeastHeight && run.width <= kLargestSide && run.height <= kLargestSide);
 }
 
 bool parseScreenshot(const std::string& text, RunOptions& run) {
@@ -153,7 +156,7 @@ int main(int argc, char** argv) {
     if (!platform::openFileSystem(argv[0], roots, problem)) return fail(problem);
     platform::allowRealPaths(tool);
     cLogMgr::useTerminal(tool);
-    if (!tool && !platform::fileExists("window.cfg")) {
+    if (!tool && !platform::fileExists(kGameDataFile)) {
         return fail(
             "There is no game data here. Start the game with ./play, or name the data with --data DIR.");
     }

@@ -4,11 +4,12 @@
 #include "platform/files.h"
 #include "render/renderer.h"
 #include "ui/bindings.h"
-#include "ui/menu.h"
+#include "ui/input_mgr.h"
 
 #include <SDL.h>
 #include <cstdio>
 #include <filesystem>
+#include <span>
 #include <sstream>
 
 namespace {
@@ -17,51 +18,39 @@ constexpr uint32_t kKeyFrames = 3;      ///< a key of the menu is held so long .
 constexpr uint32_t kKeyPause = 3;       ///< ... and left alone so long
 constexpr uint32_t kLongestWalk = 1200; ///< frames after which a walk is given up
 
-/// Words of the script and the commands that they press.
-constexpr struct {
+struct Word {
     const char* word;
-    int command;
-} kCommandWords[] = {{"forward", CMD_FORWARD},  {"back", CMD_BACK},       {"left", CMD_LEFT},
-                     {"right", CMD_RIGHT},      {"run", CMD_RUN},         {"use", CMD_USE},
-                     {"jump", CMD_JUMP},        {"zoom_in", CMD_ZOOM_IN}, {"zoom_out", CMD_ZOOM_OUT},
-                     {"view", CMD_TOGGLE_VIEW}, {"fire", CMD_FIRE},       {"inventory", CMD_INVENTORY},
-                     {"next", CMD_NEXT_ITEM}};
+    int code;
+};
+/// Words of the script and the commands that they press.
+constexpr Word kCommandWords[] = {
+    {"forward", CMD_FORWARD},   {"back", CMD_BACK},        {"left", CMD_LEFT}, {"right", CMD_RIGHT},
+    {"run", CMD_RUN},           {"use", CMD_USE},          {"jump", CMD_JUMP}, {"zoom_in", CMD_ZOOM_IN},
+    {"zoom_out", CMD_ZOOM_OUT}, {"view", CMD_TOGGLE_VIEW}, {"fire", CMD_FIRE}, {"inventory", CMD_INVENTORY},
+    {"next", CMD_NEXT_ITEM}};
 
 /// Keys of the menu by name.
-constexpr struct {
-    const char* word;
-    int key;
-} kKeyWords[] = {{"return", SDLK_RETURN}, {"escape", SDLK_ESCAPE},     {"up", SDLK_UP},
-                 {"down", SDLK_DOWN},     {"left", SDLK_LEFT},         {"right", SDLK_RIGHT},
-                 {"space", SDLK_SPACE},   {"console", SDLK_BACKQUOTE}, {"mouse", 1}};
+constexpr Word kKeyWords[] = {{"return", SDLK_RETURN}, {"escape", SDLK_ESCAPE},     {"up", SDLK_UP},
+                              {"down", SDLK_DOWN},     {"left", SDLK_LEFT},         {"right", SDLK_RIGHT},
+                              {"space", SDLK_SPACE},   {"console", SDLK_BACKQUOTE}, {"mouse", 1}};
 
 /// One line: "key NAME" (of the menu), "type TEXT" (a character a frame), "point X Y" (pixels from the
 /// window's middle, y upwards), "walk X Z", "wait FRAMES", "press COMMAND", "release COMMAND", "look DX DY
 /// FRAMES" (pixels a frame), "picture NAME". Lines are carried out one after another.
 struct Step {
     std::string act, name;
-    int command = 0, dx = 0, dy = 0;
+    int code = 0; ///< of the command, or of the key
+    int dx = 0, dy = 0;
     uint32_t frames = 0;
     cVector3 point;
 };
 
-bool parseCommand(std::istringstream& in, Step& step) {
+bool parseWord(std::istringstream& in, std::span<const Word> rows, Step& step) {
     std::string word;
     in >> word;
-    for (const auto& row : kCommandWords) {
+    for (const Word& row : rows) {
         if (word != row.word) continue;
-        step.command = row.command;
-        return true;
-    }
-    return false;
-}
-
-bool parseKey(std::istringstream& in, Step& step) {
-    std::string word;
-    in >> word;
-    for (const auto& row : kKeyWords) {
-        if (word != row.word) continue;
-        step.command = row.key;
+        step.code = row.code;
         return true;
     }
     return false;
@@ -70,14 +59,14 @@ bool parseKey(std::istringstream& in, Step& step) {
 bool parseStep(const std::string& line, Step& step) {
     std::istringstream in(line);
     in >> step.act;
-    if (step.act == "key") return parseKey(in, step);
+    if (step.act == "key") return parseWord(in, kKeyWords, step);
     if (step.act == "type") return static_cast<bool>(std::getline(in >> std::ws, step.name));
     if (step.act == "point") return static_cast<bool>(in >> step.dx >> step.dy);
     if (step.act == "walk") return static_cast<bool>(in >> step.point.x >> step.point.z);
     if (step.act == "wait") return static_cast<bool>(in >> step.frames);
     if (step.act == "look") return static_cast<bool>(in >> step.dx >> step.dy >> step.frames);
     if (step.act == "picture") return static_cast<bool>(in >> step.name);
-    return (step.act == "press" || step.act == "release") && parseCommand(in, step);
+    return (step.act == "press" || step.act == "release") && parseWord(in, kCommandWords, step);
 }
 
 bool readScript(std::vector<Step>& steps) {
@@ -152,17 +141,17 @@ private:
                             static_cast<int>(cRenderer::instance().getHeight()) / 2 - step.dy);
             return true;
         }
-        if (step.act == "press") player_.press(step.command);
-        if (step.act == "release") player_.release(step.command);
+        if (step.act == "press") player_.press(step.code);
+        if (step.act == "release") player_.release(step.code);
         // The picture is of the frame that follows; it takes that frame.
         if (step.act == "picture" && elapsed_ == 1) cRenderer::instance().requestScreenshot(pathOf(step));
         return step.act != "picture" || elapsed_ > 1;
     }
 
     bool keyDone(const Step& step) {
-        const bool console = step.command == SDLK_BACKQUOTE;
-        if (elapsed_ == 1) console ? player_.type('`') : player_.setKey(step.command, true);
-        if (elapsed_ == kKeyFrames && !console) player_.setKey(step.command, false);
+        const bool console = step.code == SDLK_BACKQUOTE;
+        if (elapsed_ == 1) console ? player_.type('`') : player_.setKey(step.code, true);
+        if (elapsed_ == kKeyFrames && !console) player_.setKey(step.code, false);
         return elapsed_ >= kKeyFrames + kKeyPause;
     }
 

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 /// Bounds-checked little-endian reader over a whole file in memory. A read past the end gives zeros and makes
 /// the reader bad for good; ask once at the end.
@@ -41,6 +43,14 @@ public:
     /// `count` little-endian words into the machine's own; false (and bad) when fewer are left.
     bool words16(void* out, size_t count);
     bool words32(void* out, size_t count);
+    /// Replaces the array by `count` records that consist of 32-bit words. False (and bad), with nothing
+    /// sized by the count, when they cannot all come.
+    template <typename Record> bool records(std::vector<Record>& out, int64_t count) {
+        static_assert(std::is_trivially_copyable_v<Record> && sizeof(Record) % 4 == 0);
+        if (!canHold(count, sizeof(Record))) return false;
+        out.resize(static_cast<size_t>(count));
+        return words32(out.data(), out.size() * (sizeof(Record) / 4));
+    }
     /// A fixed field of `size` bytes as text up to its first zero.
     std::string fixedText(size_t size);
     /// Text up to and without its zero terminator, at most `limit` characters (more goes bad).

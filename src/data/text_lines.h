@@ -14,7 +14,6 @@ public:
         bytes_.clear();
         return platform::readFile(fileName, bytes_);
     }
-    void rewind() { at_ = 0; }
     /// False at the end.
     bool next(std::string& line) {
         if (at_ >= bytes_.size()) return false;

@@ -20,7 +20,7 @@ constexpr int kBarStart = 9, kBarLength = 93; ///< pixels
 
 int32_t loadOrFail(const char* fileName) {
     const int32_t texture = cRenderer::instance().loadTexture(fileName);
-    return texture < 0 ? -2 : texture;
+    return texture < 0 ? kTextureFailed : texture;
 }
 } // namespace
 

@@ -1,4 +1,5 @@
 #pragma once
+#include "models/mesh.h"
 #include "ui/input_settings.h"
 
 #include <cstdint>
@@ -10,8 +11,8 @@ class cInventory;
 /// State of the heads-up display. Timers count drawn frames.
 class cHud {
 public:
-    int32_t interfaceTexture = -1; ///< −1 not loaded, −2 failed
-    int32_t crosshairTexture = -1;
+    int32_t interfaceTexture = kNoTexture; ///< or kTextureFailed
+    int32_t crosshairTexture = kNoTexture;
     uint8_t crosshairStyle = 0; ///< bit 0: right half of the picture, bit 1: t from 0.5
     std::array<uint8_t, 4> crosshairColour{255, 255, 255, 192};
     bool crosshairOn = true;

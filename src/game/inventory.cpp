@@ -7,11 +7,8 @@
 #include "render/renderer.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
-constexpr int kPanelStep = 10;     ///< pixels the panel moves in a frame; its width is a multiple
-constexpr int kBelowTheGrid = 160; ///< pixels
 constexpr size_t kEntryBytes = 8;
 
 /// 0 ... modulus − 1, also for negative values; 0 without a modulus.
@@ -34,7 +31,7 @@ cInventory::cInventory(cHud& hud) : hud_(hud) {
     const int32_t wanted = std::max(0, cConfigMgr::instance().getInt("WIDTH", "inventory"));
     width_ = wanted - wanted % kPanelStep;
     columns_ = width_ / kCell;
-    visibleRows_ = (cConfigMgr::instance().getInt("WINDOW_HEIGHT", "window") - kBelowTheGrid) / kCell;
+    visibleRows_ = (cConfigMgr::instance().getInt("WINDOW_HEIGHT", "window") - kGridFoot) / kCell;
 }
 
 int32_t cInventory::find(int32_t id) const {
@@ -59,10 +56,14 @@ void cInventory::give(int32_t id, int32_t n) {
         return;
     }
     entries_.push_back({id, n});
-    if (n == 1 || item->differentSubobjects) {
-        hud_.message(showInfo(), "got %s %s", item->article.c_str(), item->name.c_str());
+    tellPickup(*item, item->differentSubobjects ? 1 : n);
+}
+
+void cInventory::tellPickup(const cItemDef& item, int32_t n) const {
+    if (n == 1) {
+        hud_.message(showInfo(), "got %s %s", item.article.c_str(), item.name.c_str());
     } else {
-        hud_.message(showInfo(), "got %d %s%s", n, item->name.c_str(), item->pluralSuffix.c_str());
+        hud_.message(showInfo(), "got %d %s%s", n, item.name.c_str(), item.pluralSuffix.c_str());
     }
 }
 
@@ -87,10 +88,8 @@ void cInventory::add(size_t entry, int32_t n) {
     if (n <= 0) return;
     if (item->differentSubobjects) {
         hud_.message(showInfo(), "got %d %s for %s", n, item->subobjectName.c_str(), item->name.c_str());
-    } else if (n == 1) {
-        hud_.message(showInfo(), "got %s %s", item->article.c_str(), item->name.c_str());
     } else {
-        hud_.message(showInfo(), "got %d %s%s", n, item->name.c_str(), item->pluralSuffix.c_str());
+        tellPickup(*item, n);
     }
 }
 

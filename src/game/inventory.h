@@ -49,7 +49,6 @@ public:
     void moveRow(int rows);
     void step(int by);
     void clickCell(int x, int y);
-    int32_t getSlide() const { return slide_; }
     /// A step of the sliding and the panel, in the current 2D projection. Implemented in
     /// inventory_screen.cpp, as what follows.
     void slideAndDraw();
@@ -65,13 +64,16 @@ public:
 private:
     int32_t find(int32_t id) const; ///< first entry of the kind, −1 without one
     void add(size_t entry, int32_t n);
+    void tellPickup(const cItemDef& item, int32_t n) const;
     void removeAt(size_t entry);
     void keepVisible();
     int32_t checkSum() const;
     void drawGrid(int height) const;
     static void quad(float x, float y, float u, float v);
 
-    static constexpr int kCell = 100; ///< pixels from one cell to the next
+    static constexpr int kCell = 100;     ///< pixels from one cell to the next
+    static constexpr int kGridFoot = 160; ///< pixels below the grid's panel
+    static constexpr int kPanelStep = 10; ///< pixels the panel moves in a frame; its width is a multiple
     cHud& hud_;
     int32_t width_, columns_, visibleRows_;
     int32_t slide_ = 0; ///< visible width of the panel

@@ -7,8 +7,7 @@
 #include "ui/input_mgr.h"
 
 namespace {
-constexpr int kBar = 144,
-              kGridFoot = 160;            ///< pixels from the bottom: the description's bar, the grid's panel
+constexpr int kBar = 144;                 ///< height of the description's bar
 constexpr int kFirstX = 32, kFirstY = 94; ///< lower left corner of the first cell, y from the top
 constexpr int kLastY = 480;               ///< no cell is drawn lower
 constexpr int kRightMargin = 82;
@@ -16,16 +15,15 @@ constexpr int kPicture = 64;
 constexpr float kPictureSize = 0.25f;       ///< in the atlas
 constexpr float kMarkU = 0.75f, kMarkV = 0; ///< the frame round the selected cell
 constexpr uint8_t kItemAlpha = 192;
-constexpr int kStep = 10; ///< pixels a frame
 constexpr float kCountScale = 0.8f, kNameScale = 0.9f, kTextScale = 0.7f;
 } // namespace
 
 void cInventory::slideAndDraw() {
     if (!open_ && slide_ == 0) return;
     if (open_ && slide_ < width_) {
-        slide_ += kStep;
+        slide_ += kPanelStep;
     } else if (!open_ && slide_ > 0) {
-        slide_ -= kStep;
+        slide_ -= kPanelStep;
     }
     draw(static_cast<int>(cRenderer::instance().getWidth()) - slide_, 0);
 }

@@ -5,19 +5,16 @@
 #include <memory>
 
 namespace {
-std::unique_ptr<cItemDefs>& slot() {
-    static std::unique_ptr<cItemDefs> instance;
-    return instance;
-}
+std::unique_ptr<cItemDefs> g_instance;
 } // namespace
 
 cItemDefs& cItemDefs::instance() {
-    if (!slot()) slot() = std::make_unique<cItemDefs>();
-    return *slot();
+    if (!g_instance) g_instance = std::make_unique<cItemDefs>();
+    return *g_instance;
 }
 
 void cItemDefs::destroy() {
-    slot().reset();
+    g_instance.reset();
 }
 
 void cItemDefs::loadAtlas() {

@@ -28,19 +28,21 @@ struct cItemDef {
     float acceleration = 0;                  ///< read, not used in flight
     float maxSpeed = 0;                      ///< units per update, at full charge
     int32_t duration = 0;                    ///< ms of straight flight
-    float damageRadius = 0,
-          damageFalloff = 0; ///< full damage within the first, down to none along the second
-    bool charge = false;     ///< holding the key makes it fly farther
+    float damageRadius = 0;                  ///< full damage within
+    float damageFalloff = 0;                 ///< beyond that, down to none along so many units
+    bool charge = false;                     ///< holding the key makes it fly farther
     bool explodes = false;
     int32_t hitSound = 0;
     int32_t range = 0; ///< of shots, units
-    cVector3
-        gravityOrOffset; ///< of a projectile: added to its velocity in each update; of a blow: where it falls
+    /// Of a projectile: added to its velocity in each update. Of a blow: where it falls.
+    cVector3 gravityOrOffset;
 };
 
 /// The kinds of items of the run, in the order of "objects.xml"; their position there is their id.
 class cItemDefs {
 public:
+    static constexpr const char* kFile = "objects.xml";
+
     static cItemDefs& instance();
     static void destroy();
 

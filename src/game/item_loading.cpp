@@ -11,7 +11,6 @@
 #include <string_view>
 
 namespace {
-constexpr const char* kItemFile = "objects.xml";
 constexpr float kAtlasCells = 4;
 constexpr std::string_view kVowelSounds = "AOUEIYH18";
 
@@ -79,7 +78,7 @@ void cItemDefs::loadItemDefs() {
     if (loaded_) return;
     loaded_ = true;
     cXmlNode root;
-    if (root.load(kItemFile) < 0) return;
+    if (root.load(kFile) < 0) return;
     defs_.reserve(root.children.size());
     for (const auto& child : root.children) readItem(*child);
     loadAtlas();

@@ -1,6 +1,7 @@
 #include "models/anim_model.h"
 
 #include "core/name_hash.h"
+#include "data/binary_reader.h"
 #include "data/text_lines.h"
 #include "platform/files.h"
 #include "render/texture_cache.h"
@@ -90,10 +91,7 @@ std::string_view cTag::text() const {
 }
 
 void cAnimModel::setTexture(int32_t texture) {
-    for (cAnimMesh& mesh : meshes) {
-        mesh.texture = texture;
-        mesh.mode = texture >= 0 ? kModeTexture : kModeColour;
-    }
+    for (cAnimMesh& mesh : meshes) mesh.setTexture(texture);
 }
 
 void cAnimModel::scale(float factor) {
@@ -106,16 +104,14 @@ void cAnimModel::scale(float factor) {
 int32_t cAnimModel::findTag(std::string_view name) const {
     const auto count = std::min(tags.size(), static_cast<size_t>(std::max(tagCount, 0)));
     for (size_t i = 0; i < count; ++i) {
-        if (platform::equalIgnoringCase(std::string(tags[i].text()), std::string(name)))
-            return static_cast<int32_t>(i);
+        if (platform::equalIgnoringCase(tags[i].text(), name)) return static_cast<int32_t>(i);
     }
     return -1;
 }
 
 int32_t cAnimModel::findAnimation(std::string_view name) const {
-    const std::string wanted(name);
     for (size_t i = 0; i < animations.size(); ++i) {
-        if (platform::equalIgnoringCase(animations[i].name, wanted)) return static_cast<int32_t>(i);
+        if (platform::equalIgnoringCase(animations[i].name, name)) return static_cast<int32_t>(i);
     }
     return -1;
 }
@@ -127,6 +123,21 @@ int32_t cAnimModel::findAnimation(int32_t nameCode) const {
     return -1;
 }
 
+bool cAnimModel::readTags(cBinaryReader& in, int32_t frames, int32_t tagsPerFrame) {
+    const int64_t count = static_cast<int64_t>(frames) * tagsPerFrame;
+    if (!in.canHold(count, kTagBytes)) return false;
+    tags.resize(static_cast<size_t>(count));
+    for (cTag& tag : tags) {
+        in.raw(tag.name.data(), tag.name.size());
+        tag.origin = in.vector3();
+        for (cVector3& axis : tag.axis) axis = in.vector3();
+    }
+    attachments.assign(static_cast<size_t>(tagsPerFrame), kNothing);
+    tagCount = tagsPerFrame;
+    frameCount = frames;
+    return in.good();
+}
+
 cMatrix4 cAnimModel::tagTransform(int32_t index, int32_t frameA, int32_t frameB, float t) const {
     const auto perFrame = static_cast<size_t>(std::max(tagCount, 0));
     const size_t frames = perFrame > 0 ? tags.size() / perFrame : 0;
@@ -134,12 +145,6 @@ cMatrix4 cAnimModel::tagTransform(int32_t index, int32_t frameA, int32_t frameB,
     const cTag& a = tags[heldFrame(frameA, frames) * perFrame + static_cast<size_t>(index)];
     const cTag& b = tags[heldFrame(frameB, frames) * perFrame + static_cast<size_t>(index)];
     return rotationAt(slerp(fromAxes(a.axis), fromAxes(b.axis), t), lerp(a.origin, b.origin, t));
-}
-
-size_t cAnimModel::mostVertices() const {
-    size_t most = 0;
-    for (const cAnimMesh& mesh : meshes) most = std::max(most, FrameLayout(mesh).stride);
-    return most;
 }
 
 size_t poseMesh(const cAnimMesh& mesh, int32_t frameA, int32_t frameB, float t,

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+class cBinaryReader;
+
 /// A row of animation.cfg. Frames count from 0 in the part that holds the row.
 struct cAnimation {
     std::string name; ///< at most 259 characters
@@ -60,10 +62,11 @@ public:
     /// Index of the animation, −1 when there is none; names ignore case.
     int32_t findAnimation(std::string_view name) const;
     int32_t findAnimation(int32_t nameCode) const;
+    /// Tags of all frames, as MD3 and CFF files store them; nothing hangs on them yet. False when they cannot
+    /// all come.
+    bool readTags(cBinaryReader& in, int32_t frames, int32_t tagsPerFrame);
     /// Tag `index` between two frames: origins linearly, axes spherically. Frames are held inside the part's.
     cMatrix4 tagTransform(int32_t index, int32_t frameA, int32_t frameB, float t) const;
-    /// Largest number of vertices that one frame of a mesh has.
-    size_t mostVertices() const;
 };
 
 /// Writes one frame's worth of positions and normals (unit length) between two frames, 0 ≤ t ≤ 1. Frames are

@@ -30,21 +30,6 @@ bool readHeader(cBinaryReader& in, Header& h) {
            h.tagBlockSize <= static_cast<int64_t>(h.tagRecordCount) * kTagBytes;
 }
 
-bool readTags(cBinaryReader& in, const Header& h, cAnimModel& part) {
-    if (!in.canHold(h.tagRecordCount, kTagBytes)) return false;
-    part.tags.resize(static_cast<size_t>(h.tagRecordCount));
-    for (cTag& tag : part.tags) {
-        in.raw(tag.name.data(), tag.name.size());
-        tag.origin = in.vector3();
-        for (cVector3& axis : tag.axis) axis = in.vector3();
-    }
-    part.attachments.assign(static_cast<size_t>(h.tagCount), cAnimModel::kNothing);
-    part.tagCount = h.tagCount;
-    part.tagBlockSize = h.tagBlockSize;
-    part.frameCount = h.frameCount;
-    return true;
-}
-
 bool readAnimations(cBinaryReader& in, const Header& h, cAnimModel& part) {
     if (!in.canHold(h.animationCount, kAnimationBytes)) return false;
     for (int32_t i = 0; i < h.animationCount; ++i) {
@@ -59,12 +44,6 @@ bool readAnimations(cBinaryReader& in, const Header& h, cAnimModel& part) {
     return in.good();
 }
 
-bool readVectors(cBinaryReader& in, std::vector<cVector3>& vectors, int32_t count) {
-    if (!in.canHold(count, 12)) return false;
-    vectors.resize(static_cast<size_t>(count));
-    return in.words32(vectors.data(), vectors.size() * 3);
-}
-
 bool readMesh(cBinaryReader& in, cAnimModel& part) {
     const int32_t vertexCount = in.i32(), normalCount = in.i32(), texCoordCount = in.i32(),
                   faceCount = in.i32();
@@ -72,18 +51,12 @@ bool readMesh(cBinaryReader& in, cAnimModel& part) {
     record.meshName = in.fixedText(kTextureFieldBytes);
     record.texturePath = in.fixedText(kTextureFieldBytes);
     cAnimMesh mesh;
-    if (!readVectors(in, mesh.positions, vertexCount) || !readVectors(in, mesh.frameNormals, normalCount))
+    if (!in.records(mesh.positions, vertexCount) || !in.records(mesh.frameNormals, normalCount) ||
+        !in.records(mesh.texCoords, texCoordCount) || vertexCount % part.frameCount != 0 ||
+        !in.records(mesh.faces, faceCount))
         return false;
-    if (!in.canHold(texCoordCount, 8)) return false;
-    mesh.texCoords.resize(static_cast<size_t>(texCoordCount));
-    in.words32(mesh.texCoords.data(), mesh.texCoords.size() * 2);
-    if (vertexCount % part.frameCount != 0 || !in.canHold(faceCount, 12)) return false;
     mesh.verticesPerFrame = vertexCount / part.frameCount;
-    mesh.faces.resize(static_cast<size_t>(faceCount));
-    in.words32(mesh.faces.data(), mesh.faces.size() * 3);
-    for (const FaceIndices& f : mesh.faces) {
-        if (std::max({f[0], f[1], f[2]}) >= static_cast<uint32_t>(mesh.verticesPerFrame)) return false;
-    }
+    if (!liesWithin(mesh.faces, static_cast<size_t>(mesh.verticesPerFrame))) return false;
     if (mesh.positions.empty() || mesh.faces.empty()) return true;
     mesh.faceTexCoords = mesh.faces;
     part.meshes.push_back(std::move(mesh));
@@ -103,7 +76,9 @@ void loadTextures(cAnimModel& part) {
 
 bool readPart(cBinaryReader& in, cAnimModel& part) {
     Header h;
-    if (!readHeader(in, h) || !readTags(in, h, part) || !readAnimations(in, h, part)) return false;
+    if (!readHeader(in, h) || !part.readTags(in, h.frameCount, h.tagCount) || !readAnimations(in, h, part))
+        return false;
+    part.tagBlockSize = h.tagBlockSize;
     if (!in.canHold(h.meshCount, kMinMeshBytes)) return false;
     for (int32_t i = 0; i < h.meshCount; ++i) {
         if (!readMesh(in, part) || !in.good()) return false;

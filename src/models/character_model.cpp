@@ -6,6 +6,7 @@
 #include "render/shadow_volume.h"
 
 #include <SDL.h>
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <string_view>
@@ -205,4 +206,10 @@ void cCharacterModel::prepareShadowData() {
 bool cCharacterModel::carriesOnFirstTag(CharacterPart part) const {
     const std::vector<int>& attachments = parts[part].attachments;
     return !attachments.empty() && attachments[0] != cAnimModel::kNothing;
+}
+
+std::pair<std::string, std::string> splitCharacterName(const std::string& written) {
+    const size_t separator = platform::lastSeparator(written);
+    if (separator == std::string::npos) return {".\\", written};
+    return {written.substr(0, separator), written.substr(separator + 1)};
 }

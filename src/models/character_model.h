@@ -2,6 +2,7 @@
 #include "models/anim_model.h"
 
 #include <string>
+#include <utility>
 
 /// A character's parts in the order in which poses keep their states. The lower body is the root.
 enum CharacterPart : int { kLowerPart, kUpperPart, kHeadPart, kWeaponPart, kCharacterParts };
@@ -44,3 +45,7 @@ private:
     bool loadSkins(const std::string& directory);
     void attachBodies();
 };
+
+/// Directory and name of a character as documents write it, "directory\name"; the directory is ".\" when none
+/// is written.
+std::pair<std::string, std::string> splitCharacterName(const std::string& written);

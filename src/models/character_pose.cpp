@@ -109,10 +109,6 @@ void cCharacterPose::setLooping(bool looping) {
     states_[kLowerPart].looping = states_[kUpperPart].looping = looping;
 }
 
-bool cCharacterPose::hasAnimation(CharacterPart part, int32_t nameCode) const {
-    return model_ && model_->parts[part].findAnimation(nameCode) >= 0;
-}
-
 void cCharacterPose::draw(const cMatrix4& root, bool singleFrame) {
     drawFrom(root, {.kind = DrawCall::kPlain, .singleFrame = singleFrame});
 }

@@ -56,7 +56,6 @@ public:
     bool isLooping(CharacterPart part = kLowerPart) const { return states_[part].looping; }
     /// nameHash of the lower body's animation; 0 before the first was set.
     int32_t getCurrentAnimation() const { return states_[kLowerPart].nameCode; }
-    bool hasAnimation(CharacterPart part, int32_t nameCode) const;
     const cPartState& getState(CharacterPart part) const { return states_[part]; }
     bool hasHeadShadow() const { return headShadow_; }
     const std::shared_ptr<const cCharacterModel>& getModel() const { return model_; }

@@ -52,22 +52,6 @@ void writeObject(cBinaryWriter& out, const cModelObject& o, int32_t material) {
     if (o.mode == kModeTwoTextures) writeIndices(out, o.faceSecond, o.faces.size());
 }
 
-bool readVectors(cBinaryReader& in, std::vector<cVector3>& vectors, int32_t count) {
-    if (!in.canHold(count, 12)) return false;
-    vectors.resize(static_cast<size_t>(count));
-    return in.words32(vectors.data(), vectors.size() * 3);
-}
-
-/// False when an index lies outside its array of `limit` entries.
-bool readIndices(cBinaryReader& in, std::vector<FaceIndices>& indices, int32_t faceCount, size_t limit) {
-    if (!in.canHold(faceCount, 12)) return false;
-    indices.resize(static_cast<size_t>(faceCount));
-    in.words32(indices.data(), indices.size() * 3);
-    return std::all_of(indices.begin(), indices.end(), [&](const FaceIndices& f) {
-        return std::max({f[0], f[1], f[2]}) < limit;
-    });
-}
-
 bool readObject(cBinaryReader& in, const cMaterialList& materials, cModelObject& o) {
     const uint32_t material = in.u32();
     const int32_t vertexCount = in.i32(), faceCount = in.i32(), texCoordCount = in.i32();
@@ -76,20 +60,21 @@ bool readObject(cBinaryReader& in, const cMaterialList& materials, cModelObject&
     if (!in.good() || material >= materials.records.size()) return false;
     o.colour = materials.records[material].colour;
     o.texture = materials.records[material].texture;
-    if (!readVectors(in, o.positions, vertexCount)) return false;
+    if (!in.records(o.positions, vertexCount)) return false;
     if (o.mode >= kModeTwoTextures) {
-        if (!readVectors(in, o.vectors, secondCount)) return false;
-    } else if (in.u8() != 0 && !readVectors(in, o.vectors, vertexCount)) {
+        if (!in.records(o.vectors, secondCount)) return false;
+    } else if (in.u8() != 0 && !in.records(o.vectors, vertexCount)) {
         return false;
     }
-    if (!in.canHold(texCoordCount, 8)) return false;
-    o.texCoords.resize(static_cast<size_t>(texCoordCount));
-    in.words32(o.texCoords.data(), o.texCoords.size() * 2);
+    if (!in.records(o.texCoords, texCoordCount)) return false;
+    const auto readIndices = [&](std::vector<FaceIndices>& faces, size_t limit) {
+        return in.records(faces, faceCount) && liesWithin(faces, limit);
+    };
     // An imported mesh without coordinates still carries indices for them.
-    const auto limit = [](size_t count) { return count == 0 ? size_t{UINT32_MAX} + 1 : count; };
-    if (!readIndices(in, o.faces, faceCount, o.positions.size())) return false;
-    if (!readIndices(in, o.faceTexCoords, faceCount, limit(o.texCoords.size()))) return false;
-    return o.mode != kModeTwoTextures || readIndices(in, o.faceSecond, faceCount, limit(o.vectors.size()));
+    const auto orAny = [](size_t count) { return count == 0 ? size_t{UINT32_MAX} + 1 : count; };
+    return readIndices(o.faces, o.positions.size()) &&
+           readIndices(o.faceTexCoords, orAny(o.texCoords.size())) &&
+           (o.mode != kModeTwoTextures || readIndices(o.faceSecond, orAny(o.vectors.size())));
 }
 } // namespace
 

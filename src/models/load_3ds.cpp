@@ -171,8 +171,7 @@ private:
         if (!in_.good() || found == materials_.end()) return;
         const Material& material = found->second;
         object_.colour = material.colour;
-        object_.texture = material.texture;
-        object_.mode = material.texture >= 0 ? kModeTexture : kModeColour;
+        object_.setTexture(material.texture);
     }
 
     void readMaterial(const Chunk& chunk, int depth) {

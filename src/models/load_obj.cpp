@@ -223,8 +223,7 @@ private:
         addFaces();
         const ObjMaterial material = library_.find(materialName_);
         object_.colour = material.colour;
-        object_.texture = library_.loadTexture(material);
-        object_.mode = object_.texture >= 0 ? kModeTexture : kModeColour;
+        object_.setTexture(library_.loadTexture(material));
         for (TexCoord& t : object_.texCoords) {
             t.u *= material.su;
             t.v *= material.sv;

@@ -40,21 +40,12 @@ bool readHeader(cBinaryReader& in, Header& h) {
 }
 
 bool readTags(cBinaryReader& in, const Header& h, cAnimModel& part) {
-    const int64_t count = static_cast<int64_t>(h.numFrames) * h.numTags;
     if (!in.canHold(h.numFrames, kFrameBytes)) return false;
     in.skip(static_cast<size_t>(h.numFrames) * kFrameBytes);
-    if (!in.canHold(count, kTagBytes)) return false;
-    part.tags.resize(static_cast<size_t>(count));
-    for (cTag& tag : part.tags) {
-        in.raw(tag.name.data(), tag.name.size());
-        tag.origin = in.vector3();
-        for (cVector3& axis : tag.axis) axis = in.vector3();
-    }
-    part.attachments.assign(static_cast<size_t>(h.numTags), cAnimModel::kNothing);
-    part.frameCount = h.numFrames;
-    part.tagCount = h.numTags;
+    if (!part.readTags(in, h.numFrames, h.numTags)) return false;
     const int64_t block = static_cast<int64_t>(h.ofsSurfaces) - h.ofsTags;
-    part.tagBlockSize = static_cast<int32_t>(std::clamp<int64_t>(block, 0, count * kTagBytes));
+    const auto tagBytes = static_cast<int64_t>(part.tags.size()) * kTagBytes;
+    part.tagBlockSize = static_cast<int32_t>(std::clamp<int64_t>(block, 0, tagBytes));
     return in.good();
 }
 
@@ -92,45 +83,46 @@ bool enterSection(cBinaryReader& in, size_t start, const Surface& s, int32_t off
     return in.canHold(count, bytes);
 }
 
-bool readSurface(cBinaryReader& in, const Header& h, cAnimModel& part) {
-    const size_t start = in.position();
-    Surface s;
-    if (!readSurfaceHeader(in, s) || s.numFrames != h.numFrames) return false;
-    cAnimMesh mesh;
-    if (!enterSection(in, start, s, s.ofsTriangles, s.numTriangles, 12)) return false;
-    mesh.faces.resize(static_cast<size_t>(s.numTriangles));
-    in.words32(mesh.faces.data(), mesh.faces.size() * 3);
-    for (const FaceIndices& f : mesh.faces) {
-        if (std::max({f[0], f[1], f[2]}) >= static_cast<uint32_t>(s.numVerts)) return false;
-    }
-    if (!enterSection(in, start, s, s.ofsSt, s.numVerts, 8)) return false;
-    mesh.texCoords.resize(static_cast<size_t>(s.numVerts));
-    for (TexCoord& t : mesh.texCoords) {
-        t.u = in.f32();
-        t.v = -in.f32();
-    }
-    const int64_t records = static_cast<int64_t>(s.numVerts) * s.numFrames;
-    if (!enterSection(in, start, s, s.ofsVertices, records, 8)) return false;
-    mesh.positions.resize(static_cast<size_t>(records));
-    std::vector<std::array<int16_t, 4>> stored(mesh.positions.size()); // and a packed normal
+/// The sections of the surface that begins at `start`; false when one is damaged.
+bool readSections(cBinaryReader& in, size_t start, const Surface& s, cAnimMesh& mesh) {
+    if (!enterSection(in, start, s, s.ofsTriangles, s.numTriangles, sizeof(FaceIndices)) ||
+        !in.records(mesh.faces, s.numTriangles) || !liesWithin(mesh.faces, static_cast<size_t>(s.numVerts)))
+        return false;
+    if (!enterSection(in, start, s, s.ofsSt, s.numVerts, sizeof(TexCoord)) ||
+        !in.records(mesh.texCoords, s.numVerts))
+        return false;
+    for (TexCoord& t : mesh.texCoords) t.v = -t.v;
+    const int64_t count = static_cast<int64_t>(s.numVerts) * s.numFrames;
+    std::vector<std::array<int16_t, 4>> stored; // a position and a packed normal
+    if (!enterSection(in, start, s, s.ofsVertices, count, sizeof stored[0])) return false;
+    stored.resize(static_cast<size_t>(count));
     in.words16(stored.data(), stored.size() * 4);
-    for (size_t i = 0; i < stored.size(); ++i) {
-        const auto& v = stored[i];
-        mesh.positions[i] = cVector3(v[0], v[1], v[2]) / kUnitsPerWorldUnit;
-    }
+    mesh.positions.reserve(stored.size());
+    for (const auto& v : stored) mesh.positions.push_back(cVector3(v[0], v[1], v[2]) / kUnitsPerWorldUnit);
     in.seek(start + static_cast<size_t>(s.ofsEnd));
-    if (!in.good()) return false;
-    if (mesh.positions.empty() || mesh.faces.empty()) return true;
+    return in.good();
+}
 
-    const auto stride = static_cast<size_t>(s.numVerts);
-    mesh.verticesPerFrame = s.numVerts;
-    mesh.faceTexCoords = mesh.faces;
+void addNormals(cAnimMesh& mesh) {
     mesh.frameNormals.reserve(mesh.positions.size());
+    const auto stride = static_cast<size_t>(mesh.verticesPerFrame);
     cEqualPositions equal;
     for (size_t first = 0; first < mesh.positions.size(); first += stride) {
         appendSmoothNormals(std::span(mesh.positions).subspan(first, stride), mesh.faces, equal,
                             mesh.frameNormals);
     }
+}
+
+bool readSurface(cBinaryReader& in, const Header& h, cAnimModel& part) {
+    const size_t start = in.position();
+    Surface s;
+    if (!readSurfaceHeader(in, s) || s.numFrames != h.numFrames) return false;
+    cAnimMesh mesh;
+    if (!readSections(in, start, s, mesh)) return false;
+    if (mesh.positions.empty() || mesh.faces.empty()) return true;
+    mesh.verticesPerFrame = s.numVerts;
+    mesh.faceTexCoords = mesh.faces;
+    addNormals(mesh);
     part.meshes.push_back(std::move(mesh));
     part.meshTextures.push_back({s.name, {}});
     part.currentMesh = s.name;

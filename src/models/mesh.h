@@ -2,9 +2,9 @@
 #include "core/face_boxes.h"
 #include "core/vector3.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 /// Plain mesh records: filled by the readers of models/, drawn by render/.
@@ -13,6 +13,13 @@ struct TexCoord {
     float u = 0, v = 0;
 };
 using FaceIndices = std::array<uint32_t, 3>;
+
+/// Whether every index is below `count`.
+inline bool liesWithin(const std::vector<FaceIndices>& faces, size_t count) {
+    return std::all_of(faces.begin(), faces.end(), [count](const FaceIndices& f) {
+        return f[0] < count && f[1] < count && f[2] < count;
+    });
+}
 
 constexpr int32_t kNoTexture = -1;     ///< a texture handle that means none
 constexpr int32_t kTextureFailed = -2; ///< failed, not to be tried again
@@ -47,8 +54,8 @@ struct cModelObject {
         float d = 0;
     };
     std::vector<float> shade; ///< cel ramp coordinate of each vertex
-    std::vector<FaceIndices>
-        neighbours; ///< face across the edge from corner k to k + 1; faceCount() when none
+    /// Face across the edge from corner k to k + 1; faceCount() when none.
+    std::vector<FaceIndices> neighbours;
     std::vector<Plane> facePlanes;
     std::vector<uint8_t> litFaces;
     cFaceBoxes faceBoxes; ///< filled in the leaves of octrees
@@ -71,6 +78,11 @@ struct cModelObject {
             if (!visitFace(f)) return false;
         }
         return true;
+    }
+    /// And the mode that shows it; negative: the plain colour.
+    void setTexture(int32_t name) {
+        texture = name;
+        mode = name >= 0 ? kModeTexture : kModeColour;
     }
     void setSecondTexture(int32_t name) {
         colour.r = static_cast<uint8_t>(name % 256);

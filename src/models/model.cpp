@@ -3,24 +3,8 @@
 #include "models/normals.h"
 #include "render/texture_cache.h"
 
-#include <algorithm>
 #include <cmath>
-
-namespace {
-struct Box {
-    cVector3 low, high;
-    bool empty = true;
-
-    void add(const cVector3& p) {
-        if (empty) low = high = p;
-        empty = false;
-        for (int axis = 0; axis < 3; ++axis) {
-            if (p[axis] < low[axis]) low[axis] = p[axis];
-            if (p[axis] > high[axis]) high[axis] = p[axis];
-        }
-    }
-};
-} // namespace
+#include <optional>
 
 int cModel::loadWithColour(const std::string& fileName, uint8_t r, uint8_t g, uint8_t b) {
     const int result = load(fileName, true);
@@ -42,10 +26,7 @@ int cModel::loadWithTexture(const std::string& fileName, int32_t texture) {
 }
 
 void cModel::setTexture(int32_t texture) {
-    for (cModelObject& o : objects) {
-        o.texture = texture;
-        o.mode = texture >= 0 ? kModeTexture : kModeColour;
-    }
+    for (cModelObject& o : objects) o.setTexture(texture);
 }
 
 void cModel::add(cModelObject object) {
@@ -67,8 +48,7 @@ void cModel::setMaterial(const cColour4& colour, int32_t texture, int index) {
         if (index >= 0 && index != i) continue;
         cModelObject& o = objects[static_cast<size_t>(i)];
         o.colour = colour;
-        o.texture = texture;
-        o.mode = texture >= 0 ? kModeTexture : kModeColour;
+        o.setTexture(texture);
     }
 }
 
@@ -103,11 +83,14 @@ float cModel::extent() const {
 }
 
 cVector3 cModel::centre() const {
-    Box box;
+    std::optional<cBox> box;
     for (const cModelObject& o : objects) {
-        for (const cVector3& p : o.positions) box.add(p);
+        for (const cVector3& p : o.positions) {
+            if (!box) box = cBox{p, p};
+            box->add(p);
+        }
     }
-    return (box.high + box.low) / 2.0f;
+    return box ? (box->high + box->low) / 2.0f : cVector3();
 }
 
 int cModel::totalFaces() const {

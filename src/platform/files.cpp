@@ -16,8 +16,8 @@ constexpr uint64_t kLargestFile = 1ull << 30;
 constexpr size_t kFirstBlock = 1 << 20;
 
 std::string g_userDir;
-int g_mounts =
-    0; ///< each root is mounted at "/<index>", so that the first root wins whatever its names' case
+/// Each root is mounted at "/<index>", so that the first root wins whatever its names' case.
+int g_mounts = 0;
 bool g_realPaths = false;
 void (*g_listener)(const std::string&) = nullptr;
 
@@ -243,7 +243,7 @@ size_t lastSeparator(const std::string& name) {
     return name.find_last_of("\\/");
 }
 
-bool equalIgnoringCase(const std::string& a, const std::string& b) {
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
     for (size_t i = 0; i < a.size(); ++i) {
         if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The program's one file opener. Names are taken as the data gives them: backslashes or slashes, any case.
@@ -31,5 +32,5 @@ bool writeFile(const std::string& name, const Bytes& bytes);
 std::string userPath(const std::string& name);
 /// "dir\file.ext" and "dir/file.ext" alike: position of the last separator, npos when there is none.
 size_t lastSeparator(const std::string& name);
-bool equalIgnoringCase(const std::string& a, const std::string& b);
+bool equalIgnoringCase(std::string_view a, std::string_view b);
 } // namespace platform

@@ -24,6 +24,12 @@ constexpr const char* kCorruptRaw = "File %s is invalid or corrupt";
 
 constexpr uint64_t kLargestPicture = uint64_t{1} << 30; ///< bytes of pixels
 
+// Where the fields of the two headers stand, bytes from the file's start.
+constexpr size_t kTgaHeader = 18, kTgaIdLength = 0, kTgaType = 2, kTgaWidth = 12, kTgaHeight = 14,
+                 kTgaBits = 16;
+constexpr uint8_t kTgaPlain = 2, kTgaRunLength = 10;
+constexpr size_t kBmpDataOffset = 10, kBmpSize = 18, kBmpBits = 28, kBmpPalette = 54;
+
 void swapBytes(std::span<uint8_t> pixels, size_t step, size_t a, size_t b) {
     for (size_t i = 0; i + step <= pixels.size(); i += step) std::swap(pixels[i + a], pixels[i + b]);
 }
@@ -123,30 +129,27 @@ void cImage::swapChannels(int a, int b) {
 int cImage::loadTga(const std::string& fileName) {
     cBinaryReader in(fileName);
     if (!in.isOpen()) return fail(kNotFound, fileName);
-    uint8_t header[18];
+    uint8_t header[kTgaHeader];
     if (!in.raw(header, sizeof header)) return fail(kCorrupt, fileName);
-    const uint8_t type = header[2];
-    if (type != 2 && type != 10) return fail(kCorrupt, fileName);
-    width_ = header[12] | header[13] << 8;
-    height_ = header[14] | header[15] << 8;
-    bpp_ = header[16];
+    const uint8_t type = header[kTgaType];
+    if (type != kTgaPlain && type != kTgaRunLength) return fail(kCorrupt, fileName);
+    width_ = header[kTgaWidth] | header[kTgaWidth + 1] << 8;
+    height_ = header[kTgaHeight] | header[kTgaHeight + 1] << 8;
+    bpp_ = header[kTgaBits];
     if (bpp_ != 24 && bpp_ != 32) return fail("Unsupported format in file \"%s\"", fileName);
     const size_t pixelBytes = bpp_ / 8u;
     const uint64_t count = static_cast<uint64_t>(width_) * static_cast<uint64_t>(height_);
-    in.skip(header[0]);
+    in.skip(header[kTgaIdLength]);
     if (count == 0 || !in.good()) return fail(kCorrupt, fileName);
     const size_t rowBytes = static_cast<size_t>(width_) * pixelBytes;
     const auto rows = static_cast<size_t>(height_);
-    if (type == 2) {
-        if (count * pixelBytes > in.left()) return fail(kCorrupt, fileName);
-        pixels_.resize(count * pixelBytes);
-        for (size_t row = 0; row < rows; ++row)
-            in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
-    } else {
-        if (const char* problem = cRunDecoder(in, pixelBytes, rowBytes, rows).decode(pixels_))
-            return fail(problem, fileName);
-        return 0;
+    if (type == kTgaRunLength) {
+        const char* problem = cRunDecoder(in, pixelBytes, rowBytes, rows).decode(pixels_);
+        return problem ? fail(problem, fileName) : 0;
     }
+    if (count * pixelBytes > in.left()) return fail(kCorrupt, fileName);
+    pixels_.resize(count * pixelBytes);
+    for (size_t row = 0; row < rows; ++row) in.raw(pixels_.data() + (rows - 1 - row) * rowBytes, rowBytes);
     swapChannels(0, 2);
     return 0;
 }
@@ -154,19 +157,19 @@ int cImage::loadTga(const std::string& fileName) {
 int cImage::loadBmp(const std::string& fileName) {
     cBinaryReader in(fileName);
     if (!in.isOpen()) return fail(kNotFound, fileName);
-    in.seek(10);
+    in.seek(kBmpDataOffset);
     const uint32_t dataOffset = in.u32();
-    in.seek(18);
+    in.seek(kBmpSize);
     width_ = in.i32();
     height_ = in.i32();
-    in.seek(28);
+    in.seek(kBmpBits);
     const uint32_t format = in.u32(); // bit count, and above it the low half of the compression
     if (!in.good()) return fail(kCorrupt, fileName);
     if (format != 8 && format != 24)
         return fail("\"%s\": Cannot handle BMP images not using 8 or 24 bpp", fileName);
     uint8_t palette[256][4] = {};
     if (format == 8) {
-        in.seek(54);
+        in.seek(kBmpPalette);
         in.raw(palette, sizeof palette);
     }
     in.seek(dataOffset);

@@ -10,10 +10,10 @@
 #include "render/texture_cache.h"
 
 #include <SDL.h>
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
-#include <memory>
 
 namespace {
 constexpr uint32_t kLeastFrameMs = 16;
@@ -43,7 +43,7 @@ void cRenderer::destroy() {
     g_instance = nullptr;
 }
 
-cRenderer::cRenderer() : loadingTexture_(-1) {
+cRenderer::cRenderer() {
     sdlReady_ = SDL_Init(0) != -1 && SDL_InitSubSystem(SDL_INIT_TIMER | SDL_INIT_VIDEO) != -1;
     platform::seedRandom(static_cast<uint32_t>(std::time(nullptr)));
 }
@@ -106,7 +106,7 @@ void cRenderer::releaseResources() {
     if (!screen_) return;
     cTextureCache::instance().releaseAll();
     font_.release();
-    if (loadingTexture_ != -2) loadingTexture_ = -1;
+    if (loadingTexture_ != kTextureFailed) loadingTexture_ = kNoTexture;
     // The surface of SDL_SetVideoMode is SDL's own to free, at the next mode set or at SDL_Quit.
     screen_ = nullptr;
     platform::setGlContext(false);
@@ -167,10 +167,10 @@ void cRenderer::setProjection(bool ortho) {
 }
 
 void cRenderer::drawLoadingScreen() {
-    if (!screen_ || loadingTexture_ == -2) return;
-    if (loadingTexture_ == -1) loadingTexture_ = loadTexture("img\\loading.bmp");
+    if (!screen_ || loadingTexture_ == kTextureFailed) return;
+    if (loadingTexture_ == kNoTexture) loadingTexture_ = loadTexture("img\\loading.bmp");
     if (loadingTexture_ < 0) {
-        loadingTexture_ = -2;
+        loadingTexture_ = kTextureFailed;
         return;
     }
     glPushMatrix();
@@ -251,4 +251,15 @@ void drawRectangle(float x0, float y0, float x1, float y1, float s0, float t0, f
     glTexCoord2f(s0, t1);
     glVertex2f(x0, y1);
     glEnd();
+}
+
+void drawOverWindow(float r, float g, float b, float a) {
+    if (!platform::hasGlContext()) return;
+    glEnable(GL_BLEND);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_TEXTURE_2D);
+    glColor4f(r, g, b, a);
+    const cRenderer& renderer = cRenderer::instance();
+    drawRectangle(0, 0, static_cast<float>(renderer.getWidth()), static_cast<float>(renderer.getHeight()));
+    glColor4ub(255, 255, 255, 255);
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "models/mesh.h"
 #include "render/text.h"
 
 #include <cstdint>
@@ -55,7 +56,6 @@ public:
     int textWidth(uint8_t glyphSet, float scale, const std::string& text) const;
     /// Lines about the frame's work, dropped at its end.
     void addDebugText(const char* format, ...) __attribute__((format(printf, 2, 3)));
-    const std::vector<std::string>& debugLines() const { return debugLines_; }
 
     // Textures; see cTextureCache.
     int32_t loadTexture(const std::string& fileName);
@@ -72,7 +72,7 @@ private:
     void limitFrameRate();
     void swap();
 
-    int32_t loadingTexture_; ///< −1 not loaded yet, −2 unavailable
+    int32_t loadingTexture_ = kNoTexture; ///< or kTextureFailed
     bool sdlReady_ = false;
     SDL_Surface* screen_ = nullptr;
     int32_t width_ = 0, height_ = 0;
@@ -90,3 +90,6 @@ private:
 /// Rectangle in the current 2D projection; texture coordinates (s0, t0) at (x0, y0).
 void drawRectangle(float x0, float y0, float x1, float y1);
 void drawRectangle(float x0, float y0, float x1, float y1, float s0, float t0, float s1, float t1);
+/// Lays one colour over the whole window, components 0 … 1. Leaves the colour white, blending on, depth test
+/// and texturing off.
+void drawOverWindow(float r, float g, float b, float a);

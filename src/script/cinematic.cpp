@@ -116,8 +116,8 @@ void cWorld::startCinematic(int32_t position) {
     c.frame = 0;
     c.element = element;
     c.length = element->length;
-    c.cameraTrack = element->slots[0];
-    c.heroTrack = element->slots[1];
+    c.cameraTrack = element->slots[cCmlElement::kCameraTrack];
+    c.heroTrack = element->slots[cCmlElement::kHeroTrack];
     startTracks(c);
     startFilters(c);
     if (!c.playing) c.keptState = STATE_CINEMATIC;

@@ -100,7 +100,7 @@ void aim(const Call& call, const std::string& arg) {
 
 const cCmlElement* child(const Call& call, CmlKind kind, const char* tag, const std::string& name) {
     const cCmlElement& around = call.place.object;
-    const int32_t index = call.check.childNamed(around, kind, name);
+    const int32_t index = call.check.childNames.find(around, kind, name);
     const std::string here = quoted(around.getAttribute("name"));
     if (index < 0) {
         call.warn("the object " + here + " has no " + tag + " " + quoted(name) +
@@ -128,13 +128,13 @@ void ownItem(const Call& call, const std::string& arg) {
 
 /// An unknown dialogue is the compiler's error.
 void dialogue(const Call& call, const std::string& arg) {
-    if (call.check.childNamed(call.place.object, kCmlDialogue, arg) < 0) return;
+    if (call.check.childNames.find(call.place.object, kCmlDialogue, arg) < 0) return;
     call.check.used.insert(child(call, kCmlDialogue, "dialogue", arg));
 }
 
 void cinematic(const Call& call, const std::string& arg) {
     const cCmlElement& root = call.check.root;
-    call.check.used.insert(root.childAt(call.check.childNamed(root, kCmlCinematic, arg)));
+    call.check.used.insert(root.childAt(call.check.childNames.find(root, kCmlCinematic, arg)));
 }
 
 // --- Variables

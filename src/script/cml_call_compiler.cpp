@@ -103,7 +103,7 @@ bool CmlCallCompiler::convertProcedure(const cCmlElement& holder, cCmlElement& o
         if (!call.procedure) report_.add(holder.line, "Unrecognised procedure \"" + form + "\" in CML file");
     };
     if (name == "set_action") {
-        call.args[0] = childNamed(object, kCmlAction, written.arg(0));
+        call.args[0] = childNames_.find(object, kCmlAction, written.arg(0));
     } else if (name == "run_cinematic") {
         if (object.parent && toChildIndex(*object.parent, kCmlCinematic, written, call)) return true;
         report_.add(holder.line, "CML object " + object.getAttribute("name") +
@@ -156,19 +156,8 @@ cCmlCall CmlCallCompiler::compileFunction(cCmlElement& holder, const std::string
 
 bool CmlCallCompiler::toChildIndex(const cCmlElement& owner, CmlKind kind, const Written& written,
                                    cCmlCall& call) {
-    call.args[0] = childNamed(owner, kind, written.arg(0));
+    call.args[0] = childNames_.find(owner, kind, written.arg(0));
     return call.args[0] >= 0;
-}
-
-int32_t CmlCallCompiler::childNamed(const cCmlElement& owner, CmlKind kind, const std::string& name) {
-    const auto [entry, isNew] = childNames_.try_emplace({&owner, kind});
-    auto& positions = entry->second;
-    for (int32_t i = 0; isNew && i < owner.childCount(); ++i) {
-        const cCmlElement& child = *owner.childAt(i);
-        if (child.elementKind == kind) positions.try_emplace(child.getAttribute("name"), i);
-    }
-    const auto found = positions.find(name);
-    return found == positions.end() ? -1 : found->second;
 }
 
 void CmlCallCompiler::toItemIndex(const cCmlElement& holder, const Written& written, cCmlCall& call) {
@@ -182,7 +171,7 @@ void CmlCallCompiler::toItemIndex(const cCmlElement& holder, const Written& writ
 }
 
 void CmlCallCompiler::toItemUse(const cCmlElement& object, const Written& written, cCmlCall& call) {
-    call.args[1] = childNamed(object, kCmlItem, written.arg(0));
+    call.args[1] = childNames_.find(object, kCmlItem, written.arg(0));
     // The item may be compiled after this call: its attribute is read, not its field.
     const cCmlElement* item = object.childAt(call.args[1]);
     call.args[0] = item ? std::min(toInt(item->getAttribute("skill")), kBestSkill) : 0;

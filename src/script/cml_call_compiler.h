@@ -1,9 +1,6 @@
 #pragma once
 #include "script/cml_element.h"
 
-#include <unordered_map>
-#include <utility>
-
 /// Compiles call lists: "name(arg,arg);object.name(arg)". Nothing is trimmed, so arguments are written
 /// without blanks. Bad calls are reported and kept without a handler, or dropped when their arguments name
 /// nothing.
@@ -23,8 +20,6 @@ private:
     /// False when the call is to be dropped.
     bool convertProcedure(const cCmlElement& holder, cCmlElement& object, Written& written, cCmlCall& call);
     bool toChildIndex(const cCmlElement& owner, CmlKind kind, const Written& written, cCmlCall& call);
-    /// Position of the first child of that kind and name, −1 when there is none.
-    int32_t childNamed(const cCmlElement& owner, CmlKind kind, const std::string& name);
     void toItemIndex(const cCmlElement& holder, const Written& written, cCmlCall& call);
     void toItemUse(const cCmlElement& object, const Written& written, cCmlCall& call);
     void toSound(const Written& written, cCmlCall& call);
@@ -37,6 +32,5 @@ private:
 
     const CmlLookups& lookups_;
     CmlReport& report_;
-    /// Children by name, collected at the first question: a document may ask as often as it has calls.
-    std::map<std::pair<const cCmlElement*, CmlKind>, std::unordered_map<std::string, int32_t>> childNames_;
+    cCmlChildNames childNames_;
 };

@@ -16,16 +16,6 @@ const cCmlElement* cCmlCheck::findObject(const std::string& name) const {
     return found == objects_.end() ? nullptr : found->second;
 }
 
-int32_t cCmlCheck::childNamed(const cCmlElement& parent, CmlKind kind, const std::string& name) {
-    const auto [entry, isNew] = children_.try_emplace({&parent, kind});
-    for (int32_t i = 0; isNew && i < parent.childCount(); ++i) {
-        const cCmlElement& child = *parent.childAt(i);
-        if (child.elementKind == kind) entry->second.try_emplace(child.getAttribute("name"), i);
-    }
-    const auto found = entry->second.find(name);
-    return found == entry->second.end() ? -1 : found->second;
-}
-
 void cCmlCheck::checkAnimation(int line, const std::string& model, const std::string& name, bool lower,
                                bool upper) {
     const CmlCheckData::Animations* known = data.animations(model);

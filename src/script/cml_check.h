@@ -31,8 +31,6 @@ public:
     void warn(int line, const std::string& message) { warnings_.add(line, message); }
     /// The level's first object of that name, null when there is none.
     const cCmlElement* findObject(const std::string& name) const;
-    /// Position of the first child of that kind and name, −1 when there is none.
-    int32_t childNamed(const cCmlElement& parent, CmlKind kind, const std::string& name);
     /// Warns where a lower or upper body of the model lacks the animation; silent about models that cannot be
     /// read, which are reported where they are named.
     void checkAnimation(int line, const std::string& model, const std::string& name, bool lower, bool upper);
@@ -45,11 +43,10 @@ public:
     std::set<std::pair<const cCmlElement*, std::string>> setLocals;         ///< object and name
     std::map<std::pair<const cCmlElement*, std::string>, int> testedLocals; ///< and a line that asks
     std::map<int32_t, std::string> soundNames;                              ///< by their hash
+    cCmlChildNames childNames;
 
 private:
     std::map<std::string, const cCmlElement*, std::less<>> objects_;
-    std::map<std::pair<const cCmlElement*, CmlKind>, std::map<std::string, int32_t>>
-        children_; ///< as asked for
     CmlReport& warnings_;
 };
 

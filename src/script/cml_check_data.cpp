@@ -1,5 +1,6 @@
 #include "script/cml_check_data.h"
 
+#include "game/item_def.h"
 #include "models/character_model.h"
 #include "platform/files.h"
 #include "world/hierarchy.h"
@@ -10,12 +11,9 @@ namespace {
 using Animations = CmlCheckData::Animations;
 
 std::optional<Animations> readAnimations(const std::string& model) {
-    const size_t separator = platform::lastSeparator(model);
-    const bool hasDirectory = separator != std::string::npos;
+    const auto [directory, name] = splitCharacterName(model);
     cCharacterModel character;
-    if (!character.loadCff(hasDirectory ? model.substr(0, separator) : ".\\",
-                           hasDirectory ? model.substr(separator + 1) : model))
-        return std::nullopt;
+    if (!character.loadCff(directory, name)) return std::nullopt;
     Animations found;
     for (const cAnimation& a : character.parts[kLowerPart].animations) found.lower.insert(a.name);
     for (const cAnimation& a : character.parts[kUpperPart].animations) found.upper.insert(a.name);
@@ -25,7 +23,7 @@ std::optional<Animations> readAnimations(const std::string& model) {
 /// Nothing when there are no item definitions to compare with.
 std::optional<std::set<std::string>> readItemNames() {
     cXmlNode items;
-    if (items.load("objects.xml") != 0) return std::nullopt;
+    if (items.load(cItemDefs::kFile) != 0) return std::nullopt;
     std::set<std::string> names;
     for (const auto& item : items.children) names.insert(item->getAttribute("name"));
     return names;

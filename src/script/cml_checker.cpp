@@ -6,17 +6,12 @@
 #include "core/parse.h"
 #include "script/cml_call_checker.h"
 #include "script/cml_call_text.h"
-#include "script/cml_compiler.h"
 #include "script/cml_vocabulary.h"
 #include "script/dialogue_checker.h"
 
 #include <algorithm>
 
 namespace {
-const std::string kHeroModel = "maincharfinal\\mainchar_noweapon";
-const std::string kIntro = "intro"; ///< the cinematic that the program starts by itself
-constexpr size_t kShortestMusic = 3;
-
 // --- Elements: where they may stand and what they may say
 
 struct ElementRow {
@@ -163,8 +158,8 @@ void checkUse(cCmlCheck& check, const cCmlElement& parent) {
             e.elementKind == kCmlAction || e.elementKind == kCmlDialogue || e.elementKind == kCmlCinematic;
         const std::string& name = e.getAttribute("name");
         if (startable && !name.empty() && check.used.count(&e) == 0 &&
-            check.childNamed(parent, e.elementKind, name) == i &&
-            !(e.elementKind == kCmlCinematic && name == kIntro))
+            check.childNames.find(parent, e.elementKind, name) == i &&
+            !(e.elementKind == kCmlCinematic && name == kIntroCinematic))
             check.warn(e.line, "nothing ever starts the " + e.name + " " + quoted(name));
     }
 }
@@ -242,7 +237,7 @@ void checkReaction(cCmlCheck& check, const cCmlElement& reaction) {
 
 void checkMusic(cCmlCheck& check, const cCmlElement& files) {
     const std::string& music = files.getAttribute("music");
-    if (!music.empty() && (music.size() < kShortestMusic || !check.data.fileExists(music + ".ogg")))
+    if (!music.empty() && (music.size() < kShortestText || !check.data.fileExists(music + ".ogg")))
         check.warn(files.line, "there is no music file " + music + ".ogg");
 }
 
@@ -250,12 +245,13 @@ void checkHeroFrame(cCmlCheck& check, const cCmlElement& frame) {
     const std::string &upper = frame.getAttribute("upper_anim"), &lower = frame.getAttribute("lower_anim");
     if (!frame.parent || frame.parent->elementKind != kCmlPlayerCin || (upper.empty() && lower.empty()))
         return;
-    if (!check.data.animations(kHeroModel)) {
+    const std::string model = std::string(kHeroDirectory) + "\\" + kHeroModel;
+    if (!check.data.animations(model)) {
         check.warn(frame.line, "the hero's model cannot be read, so the frame's animations are not checked");
         return;
     }
-    if (!upper.empty()) check.checkAnimation(frame.line, kHeroModel, upper, false, true);
-    if (!lower.empty()) check.checkAnimation(frame.line, kHeroModel, lower, true, false);
+    if (!upper.empty()) check.checkAnimation(frame.line, model, upper, false, true);
+    if (!lower.empty()) check.checkAnimation(frame.line, model, lower, true, false);
 }
 
 // --- The walk

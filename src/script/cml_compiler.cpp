@@ -10,8 +10,8 @@
 
 namespace {
 constexpr double kPi = 3.141592;
-constexpr size_t kShortestVector =
-    5;                           ///< characters; shorter values of pos, target, dir and up count as absent
+/// Characters; shorter values of pos, target, dir and up count as absent.
+constexpr size_t kShortestVector = 5;
 constexpr float kNoView = 1e-8f; ///< squared length of a target from which an up vector is derived
 
 bool classify(cCmlElement& element, cCmlElement* parent, CmlReport& report) {
@@ -60,8 +60,8 @@ public:
             break;
         case kCmlCinematic:
             e.length = toInt(e.getAttribute("length"));
-            e.slots[0] = e.findChild(kCmlCamera);
-            e.slots[1] = e.findChild(kCmlPlayerCin);
+            e.slots[cCmlElement::kCameraTrack] = e.findChild(kCmlCamera);
+            e.slots[cCmlElement::kHeroTrack] = e.findChild(kCmlPlayerCin);
             break;
         case kCmlFrame:
             frame(e);
@@ -103,7 +103,7 @@ private:
             type != cmlTriggers()[kTriggerDistanceFallsBelow])
             return;
         const std::string& point = e.getAttribute("point");
-        e.point = point == "player" ? 2 : point == "self" ? 1 : 0;
+        e.point = point == "player" ? kPointPlayer : point == "self" ? kPointSelf : kPointOrigin;
         e.distance = toFloat(e.getAttribute("distance"));
     }
 

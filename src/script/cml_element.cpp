@@ -45,3 +45,14 @@ int32_t cCmlElement::childIndex(CmlKind wanted, const std::string& attribute,
     }
     return -1;
 }
+
+int32_t cCmlChildNames::find(const cCmlElement& parent, CmlKind kind, const std::string& name) {
+    const auto [entry, isNew] = positions_.try_emplace({&parent, kind});
+    auto& positions = entry->second;
+    for (int32_t i = 0; isNew && i < parent.childCount(); ++i) {
+        const cCmlElement& child = *parent.childAt(i);
+        if (child.elementKind == kind) positions.try_emplace(child.getAttribute("name"), i);
+    }
+    const auto found = positions.find(name);
+    return found == positions.end() ? -1 : found->second;
+}

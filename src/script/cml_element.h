@@ -6,6 +6,8 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 class cCmlElement;
@@ -50,6 +52,9 @@ enum CmlTrigger : int32_t {
     kTriggerMeleeHit,
     kTriggerCount,
 };
+
+/// What the distance of a reaction is measured from.
+enum CmlPoint : int32_t { kPointOrigin, kPointSelf, kPointPlayer };
 
 using CmlProcedure = void (*)(cCmlObject& self, int argCount, const int32_t* args);
 using CmlFunction = bool (*)(cCmlObject& self, int argCount, const int32_t* args);
@@ -109,28 +114,40 @@ public:
     CmlKind elementKind = kCmlLevel;
     cCmlElement* parent = nullptr;
     int32_t key = 0;                              ///< name hash of the key attribute, 0 without one
-    const cCmlElement* slots[kTriggerCount] = {}; ///< reactions; for a cinematic: camera, player_cin
+    const cCmlElement* slots[kTriggerCount] = {}; ///< an action's reactions; a cinematic's tracks
     std::vector<cCmlCall> calls;
     std::vector<cCmlCall> tests;
     std::map<std::string, int32_t> localNames; ///< of an object
     std::vector<int32_t> localValues;
 
-    int32_t point = 0;     ///< reaction: 0 origin, 1 self, 2 player
-    float distance = 0;    ///< reaction, world units
-    float fov = 0;         ///< object: cosine of the angle
-    int32_t length = 0;    ///< cinematic, frames
-    int32_t number = 0;    ///< frame
-    int32_t frame = 0;     ///< filter
-    float speed = 0;       ///< frame, units per frame; kNoSpeed when not given, less counts as that
-    float alpha = 0;       ///< filter
-    int32_t upperAnim = 0; ///< frame: name hashes
+    CmlPoint point = kPointOrigin; ///< reaction
+    float distance = 0;            ///< reaction, world units
+    float fov = 0;                 ///< object: cosine of the angle
+    int32_t length = 0;            ///< cinematic, frames
+    int32_t number = 0;            ///< frame
+    int32_t frame = 0;             ///< filter
+    float speed = 0;               ///< frame, units per frame; kNoSpeed when not given, less counts as that
+    float alpha = 0;               ///< filter
+    int32_t upperAnim = 0;         ///< frame: name hashes
     int32_t lowerAnim = 0;
     int32_t skill = 0;              ///< item
     const cItemDef* item = nullptr; ///< item: null when the item file has none of that name
     cVector3 vectors[3];            ///< frame: position, target, up; filter: colour
 
     static constexpr float kNoSpeed = -256;
+    static constexpr size_t kCameraTrack = 0, kHeroTrack = 1; ///< slots of a cinematic
 
 protected:
     std::unique_ptr<cXmlNode> makeChild() const override { return std::make_unique<cCmlElement>(); }
+};
+
+/// Children by kind and name. Those of an element are collected at the first question: a document may ask as
+/// often as it has calls.
+class cCmlChildNames {
+public:
+    /// Position among all children of the first of that kind and name, −1 when there is none.
+    int32_t find(const cCmlElement& parent, CmlKind kind, const std::string& name);
+
+private:
+    std::map<std::pair<const cCmlElement*, CmlKind>, std::unordered_map<std::string, int32_t>> positions_;
 };

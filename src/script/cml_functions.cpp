@@ -9,7 +9,6 @@ using Self = cCmlObject&;
 using Args = const int32_t*;
 
 // --- The target's place in the hierarchy
-// ------------------------------------------------------------------------
 
 enum class Depth { type, race, classIndex };
 
@@ -35,7 +34,6 @@ template <Depth depth> bool targetKind(Self self, int, Args args) {
 }
 
 // --- Variables
-// ------------------------------------------------------------------------------------------------
 
 int32_t local(Self self, int32_t index) {
     return self.getLocal(index);
@@ -69,7 +67,6 @@ template <Variable variable, Value value> bool lessThan(Self self, int, Args a) 
 }
 
 // --- The world
-// ------------------------------------------------------------------------------------------------
 
 bool isActive(Self self, int, Args) {
     return self.isActive();
@@ -102,7 +99,6 @@ bool inFov(Self self, int, Args args) {
 }
 
 // --- The inventory
-// ---------------------------------------------------------------------------------------------
 
 bool objectOwned(Self, int, Args args) {
     return cWorld::instance().inventory.has(args[0]);

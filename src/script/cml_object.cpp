@@ -70,12 +70,12 @@ void cCmlObject::arm(DistanceTrigger& trigger, CmlTrigger number) const {
 }
 
 bool cCmlObject::referencePoint(const DistanceTrigger& trigger, cVector3& out) const {
-    if (trigger.point == 2) {
+    if (trigger.point == kPointPlayer) {
         const cObject* hero = cObjectMgr::instance().hero();
         if (hero) out = hero->getPosition();
         return hero != nullptr;
     }
-    out = trigger.point == 1 ? owner_->getPosition() : origin_;
+    out = trigger.point == kPointSelf ? owner_->getPosition() : origin_;
     return true;
 }
 

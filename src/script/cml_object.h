@@ -20,6 +20,7 @@ public:
     /// Makes a child of the object element the current action; an index that names no child leaves none.
     void setAction(int32_t childIndex);
     /// The current action's reaction: the first requirement that holds, else the reaction's own list.
+    /// Implemented in cml_runtime.cpp.
     void fireReaction(CmlTrigger trigger);
 
     /// The document asks for what cannot go on: one row in the log for the object's life, "CML object NAME
@@ -55,7 +56,7 @@ private:
     struct DistanceTrigger {
         bool armed = false;
         float radiusSq = 0;
-        int32_t point = 0; ///< 0 origin, 1 self, 2 player
+        CmlPoint point = kPointOrigin;
     };
     void arm(DistanceTrigger& trigger, CmlTrigger number) const;
     /// False when the point is the hero's and there is no hero.

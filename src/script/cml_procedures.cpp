@@ -19,7 +19,6 @@ using Self = cCmlObject&;
 using Args = const int32_t*;
 
 // --- Steering
-// -------------------------------------------------------------------------------------------------
 
 void setDirection(Self self, int, Args args) {
     cVector3 direction;
@@ -62,7 +61,6 @@ void setAcceleration(Self self, int, Args args) {
 }
 
 // --- The object itself
-// ----------------------------------------------------------------------------------------
 
 void setAction(Self self, int, Args args) {
     self.setAction(args[0]);
@@ -92,7 +90,6 @@ void setRadius(Self self, int, Args args) {
 }
 
 // --- Animation
-// ------------------------------------------------------------------------------------------------
 
 cCharacterPose* poseOf(Self self) {
     if (self.getOwner()->getVisualKind() != cObject::kAnimated) return nullptr;
@@ -123,9 +120,9 @@ void playAnimation(Self self, int, Args) {
 }
 
 // --- Variables
-// ------------------------------------------------------------------------------------------------ A table
-// (locals or globals), an operation, and where the second value comes from: the call's number, the event
-// parameter, or another variable of the same table.
+
+// A table (locals or globals), an operation, and where the second value comes from: the call's number, the
+// event parameter, or another variable of the same table.
 
 struct Locals {
     static int32_t get(Self self, int32_t index) { return self.getLocal(index); }
@@ -171,7 +168,6 @@ template <typename Table, typename Source> void randomizeVariable(Self self, int
 }
 
 // --- Levels
-// ---------------------------------------------------------------------------------------------------
 
 void swapLevel(Self self, int, Args) {
     cWorld::instance().requestLevelChange(self.getElement()->getAttribute("file"),
@@ -195,7 +191,6 @@ void runDialogue(Self self, int, Args args) {
 }
 
 // --- Items
-// ----------------------------------------------------------------------------------------------------
 
 cInventory& inventory() {
     return cWorld::instance().inventory;
@@ -229,7 +224,6 @@ void useItem(Self self, int, Args args) {
 }
 
 // --- Sound
-// ----------------------------------------------------------------------------------------------------
 
 void playSound(Self self, int argCount, Args args) {
     cVector3 position = self.getOwner()->getPosition();

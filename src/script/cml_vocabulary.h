@@ -8,6 +8,12 @@
 
 /// In place of a level's file: where swap_level leads after the last level.
 constexpr std::string_view kEndOfTheGame = "end";
+/// The cinematic of the opening document, which starts by itself.
+constexpr const char* kIntroCinematic = "intro";
+/// The hero's model, whose animations a cinematic may name.
+constexpr const char *kHeroDirectory = "maincharfinal", *kHeroModel = "mainchar_noweapon";
+/// Shorter names of a level's music, and shorter texts of no_head_shadow, count as absent.
+constexpr size_t kShortestText = 3;
 
 struct CmlElementRow {
     std::string_view tag;

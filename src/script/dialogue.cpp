@@ -14,12 +14,8 @@ namespace {
 constexpr int kOpeningStep = 20; ///< pixels a frame
 constexpr int kFrame = 12;       ///< between outer and inner box
 constexpr int kTextLeft = 8, kTextTop = 34;
-constexpr size_t kRepliesFrom = 2; ///< labels in the first two characters are no targets of replies
 
-std::unique_ptr<cDialogue>& slot() {
-    static std::unique_ptr<cDialogue> instance;
-    return instance;
-}
+std::unique_ptr<cDialogue> g_instance;
 
 void drawBox(int left, int bottom, int right, int top) {
     drawRectangle(static_cast<float>(left), static_cast<float>(bottom), static_cast<float>(right),
@@ -28,12 +24,13 @@ void drawBox(int left, int bottom, int right, int top) {
 } // namespace
 
 cDialogue& cDialogue::instance() {
-    if (!slot()) slot() = std::make_unique<cDialogue>(static_cast<int>(cRenderer::instance().getWidth()));
-    return *slot();
+    if (!g_instance)
+        g_instance = std::make_unique<cDialogue>(static_cast<int>(cRenderer::instance().getWidth()));
+    return *g_instance;
 }
 
 void cDialogue::destroy() {
-    slot().reset();
+    g_instance.reset();
 }
 
 cDialogue::cDialogue(int screenWidth)

@@ -30,6 +30,11 @@ public:
         bool animating;   ///< opening or closing: no text yet
     };
 
+    static constexpr int32_t kLeastReplies = 2, kMostReplies = 6; ///< of a menu
+    static constexpr size_t kTagLength = 2;                       ///< '^' and its character
+    /// Labels in the first two characters are no targets of replies.
+    static constexpr size_t kRepliesFrom = 2;
+
     /// The game's own, created on first use for the screen of that time.
     static cDialogue& instance();
     static void destroy();
@@ -73,7 +78,6 @@ private:
     bool choosing_ = false;
     int32_t choice_ = 0;
     int32_t replyCount_ = 0;
-    static constexpr int32_t kMostReplies = 6;
     std::array<char, kMostReplies> replyTargets_{};
     const cCmlElement* element_ = nullptr;
     cCmlObject* speaker_ = nullptr;

@@ -4,15 +4,14 @@
 #include "script/dialogue_checker.h"
 
 #include "script/cml_call_text.h"
+#include "script/dialogue.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
 constexpr size_t kNowhere = std::string::npos;
-constexpr size_t kRepliesFrom = 2; ///< labels in the first two characters are no targets of replies
-constexpr int kLeastReplies = 2, kMostReplies = 6;
-constexpr size_t kTagLength = 2;
+constexpr size_t kTagLength = cDialogue::kTagLength;
 
 /// What stands on the page so far, when a word is reached.
 enum PageState : size_t { kEmpty, kStyled, kWritten, kPageStates };
@@ -28,7 +27,7 @@ public:
             if (at + kTagLength == text_.size()) break;
             const auto label = static_cast<unsigned char>(text_[at + 2]);
             if (fromFirst_[label] == kNowhere) fromFirst_[label] = at;
-            if (at >= kRepliesFrom && fromThird_[label] == kNowhere) fromThird_[label] = at;
+            if (at >= cDialogue::kRepliesFrom && fromThird_[label] == kNowhere) fromThird_[label] = at;
         }
     }
 
@@ -173,7 +172,7 @@ private:
     void replies(size_t start, size_t argument) {
         const int count = argument < text_.size() ? text_[argument] - '0' : 0;
         mark(kPageEnds);
-        if (count < kLeastReplies || count > kMostReplies) {
+        if (count < cDialogue::kLeastReplies || count > cDialogue::kMostReplies) {
             warn(start, "a menu has 2 to 6 replies");
             mark(kLeaves);
             return cover(end_);

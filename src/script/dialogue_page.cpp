@@ -19,7 +19,7 @@ constexpr Colour kWhite{255, 255, 255}, kSpeaker{192, 192, 255}, kOtherReply{128
 constexpr Colour kColours[] = {kWhite,    {64, 64, 255},  {255, 64, 64},  {64, 255, 64},
                                {0, 0, 0}, {255, 255, 64}, {64, 255, 255}, {255, 64, 255}};
 constexpr int kMostJumps = 64; ///< in one layout: labels may lead to each other in a circle
-constexpr size_t kTagLength = 2;
+constexpr size_t kTagLength = cDialogue::kTagLength;
 } // namespace
 
 /// One pass over the current page.
@@ -118,7 +118,7 @@ private:
                                            label);
             position_ = text_.size();
         } else {
-            position_ = at == std::string::npos ? text_.size() : at + 3;
+            position_ = at == std::string::npos ? text_.size() : at + kTagLength + 1;
         }
     }
 
@@ -126,7 +126,7 @@ private:
         done_ = true;
         const int count = digit - '0';
         size_t at = position_ + kTagLength + 1;
-        if (count < 2 || count > cDialogue::kMostReplies) {
+        if (count < cDialogue::kLeastReplies || count > cDialogue::kMostReplies) {
             dialogue_.fail("Talking script contains errors! check all ^8 tags, only 2-6 replies allowed!");
             return;
         }

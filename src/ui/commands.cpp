@@ -6,7 +6,6 @@
 #include "ui/bind_commands.h"
 #include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
-#include "ui/menu.h"
 #include "world/drop_octree.h"
 #include "world/object_mgr.h"
 #include "world/world.h"

@@ -12,10 +12,8 @@
 
 namespace {
 constexpr int kRepeatDelayMs = 500, kRepeatIntervalMs = 30;
-constexpr int kWheelUp = 4, kWheelDown = 5, kLastHeldButton = 3;
 constexpr int kResumeCode = 0;
 constexpr char kReturn = 13;
-constexpr int kConsoleLimit = 93;
 
 cInputMgr* g_instance = nullptr;
 
@@ -40,7 +38,6 @@ cInputMgr::cInputMgr() {
         settingsName.clear(); // what the player changes is not saved over the defaults
     }
     names.load();
-    maxTextLength = kConsoleLimit;
 }
 
 cInputMgr::~cInputMgr() {
@@ -73,8 +70,8 @@ void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
         firstPump();
     } else {
         SDL_PumpEvents();
-        bindings.setKey(kWheelUp, false);
-        bindings.setKey(kWheelDown, false);
+        bindings.setKey(SDL_BUTTON_WHEELUP, false);
+        bindings.setKey(SDL_BUTTON_WHEELDOWN, false);
     }
     if (centerY_ == 0) {
         centerX_ = static_cast<int>(cRenderer::instance().getWidth()) / 2;
@@ -107,7 +104,8 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
         buttonPressed(event.button.button, event.button.x, event.button.y, state);
         break;
     case SDL_MOUSEBUTTONUP:
-        if (event.button.button <= kLastHeldButton) bindings.setKey(event.button.button, false);
+        // A step of the wheel is up again at once: it counts until the next pump.
+        if (event.button.button <= SDL_BUTTON_RIGHT) bindings.setKey(event.button.button, false);
         break;
     case SDL_QUIT:
         *state = STATE_QUIT;
@@ -156,7 +154,7 @@ void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
 
 void cInputMgr::buttonPressed(int button, int x, int y, GameState* state) {
     if (*state == STATE_INTRO) *state = STATE_MENU;
-    if (button >= 1 && button <= kWheelDown) bindings.setKey(button, true);
+    if (button >= SDL_BUTTON_LEFT && button <= SDL_BUTTON_WHEELDOWN) bindings.setKey(button, true);
     if (*state == STATE_INVENTORY) cWorld::instance().inventory.clickCell(x, y);
 }
 
@@ -192,4 +190,17 @@ void cInputMgr::scrollConsole() {
     } else if (bindings.isKeyDown(down)) {
         console.scrollDown(speed);
     }
+}
+
+void pushResumeEvent() {
+    SDL_Event event{};
+    event.type = SDL_USEREVENT;
+    event.user.code = kResumeCode;
+    SDL_PushEvent(&event);
+}
+
+void pushQuitEvent() {
+    SDL_Event event{};
+    event.type = SDL_QUIT;
+    SDL_PushEvent(&event);
 }

@@ -65,8 +65,10 @@ public:
     GameState returnState = STATE_GAME;
     bool promptActive = false, promptConfirmed = false;
     std::string promptText;
-    int maxTextLength = 93;
-    bool saveOnExit = true; ///< off in tool modes
+    int maxTextLength = kConsoleLimit; ///< of what is typed, plus one
+    bool saveOnExit = true;            ///< off in tool modes
+
+    static constexpr int kConsoleLimit = static_cast<int>(cConsole::kLineLength) + 1; ///< of maxTextLength
 
 private:
     cInputMgr();
@@ -83,3 +85,8 @@ private:
     bool pumped_ = false;
     int centerX_ = 0, centerY_ = 0;
 };
+
+/// Ends the menu with the next pump, which returns to the remembered state.
+void pushResumeEvent();
+/// Ends the program with the next pump.
+void pushQuitEvent();

@@ -23,7 +23,7 @@ enum Command : int {
     CMD_PREV_ITEM = 14,
     CMD_TOGGLE_VIEW = 15,
 };
-constexpr int kFirstPersonCommands = 16; ///< added to a command for its first-person binding
+constexpr int kFirstPersonCommands = kCommandCount; ///< added to a command for its first-person binding
 
 enum ControlMode : uint8_t { kControlMouse, kControlInvertedMouse, kControlArrows, kControlInvertedArrows };
 

@@ -1,7 +1,4 @@
 #pragma once
-#include "core/game_state.h"
-
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -46,6 +43,8 @@ public:
     int32_t texture() const { return texture_; }
     /// The mouse pointer with its tip at (x, y), y upwards, in the current 2D projection.
     void drawPointer(int x, int y) const;
+    /// The title's part of the menu's picture, which must be bound, between two corners.
+    static void drawTitle(float x0, float y0, float x1, float y1);
 
     // What is shown.
     int32_t page() const { return page_; }
@@ -53,14 +52,18 @@ public:
     const std::vector<Item>& items() const { return items_; }
     int32_t selected() const { return selected_; }
     int32_t scroll() const { return scroll_; }
-    bool isList() const { return list_; }
     const std::vector<std::string>& listNames() const { return listNames_; }
     const std::string& title() const { return title_; } ///< of the list or prompt
     const std::string& notice() const { return notice_; }
     bool isCapturing() const { return capture_ != kNoCapture; }
 
 private:
-    struct Tables; ///< pages and their entries (menu_pages.cpp)
+    struct Tables;                                           ///< pages and their entries (menu_pages.cpp)
+    static constexpr int32_t kOriginX = 337, kOriginY = 264; ///< the window's middle, from the panel's corner
+    static constexpr int32_t kPageLeft = 20, kPageRight = 655, kPageFoot = 20,
+                             kPageTop = 290;                  ///< what shows it
+    static constexpr int32_t kBarLeft = 633, kBarRight = 654; ///< the scroll bar
+    static constexpr int32_t kHoldFrames = 24; ///< before a held key acts again, and before it first acts
     struct Picture {
         float s0, s1, t0, t1;
         int32_t halfWidth, halfHeight;
@@ -117,6 +120,8 @@ private:
     void keepSelectedVisible();
     bool isOverScrollBar() const;
     void scrollTowardsPointer();
+    int32_t thumbFoot() const; ///< of the scroll bar's thumb
+    int32_t thumbHeight() const;
     void stepHighlights();
     void activateRow(Source source);
     int32_t pointerX() const;
@@ -136,6 +141,7 @@ private:
     void paintKeys(size_t command, int y) const;
     void paintCrosshair() const;
     void setInk(bool chosen) const;
+    int32_t fullAlpha() const { return 8 * slide_ - 1; } ///< of what is opaque once the panel has come
 
     bool visible_ = false;
     int32_t slide_ = 0; ///< 0 … kFullSlide
@@ -157,7 +163,3 @@ private:
     std::vector<Picture> pictures_;
     int32_t texture_ = -1, pointerTexture_ = -1;
 };
-
-/// SDL event that ends the menu: the pump returns to the remembered state.
-void pushResumeEvent();
-void pushQuitEvent();

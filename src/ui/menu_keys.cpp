@@ -8,22 +8,17 @@
 
 #include <SDL.h>
 #include <algorithm>
-#include <cctype>
 
 namespace {
-constexpr int32_t kHoldFrames = 24;
-constexpr int kLeftButton = 1, kRightButton = 3, kWheelUp = 4, kWheelDown = 5;
 constexpr int32_t kScrollStep = 8;
-constexpr int32_t kBarLeft = 633, kBarRight = 654;      ///< the scroll bar
-constexpr int32_t kContentFoot = 20, kContentTop = 290; ///< the part of the panel that shows the page
-constexpr int32_t kKeepLow = 60, kKeepHigh = 240;       ///< where the selected row stays
+constexpr int32_t kBarFoot = 41, kBarHeight = 228; ///< the way of the scroll bar's thumb
+constexpr int32_t kKeepLow = 60, kKeepHigh = 240;  ///< where the selected row stays
 constexpr int32_t kFullHighlight = 16;
 constexpr int32_t kThirdPersonX = 200, kFirstPersonX = 400; ///< where the columns of keys begin
-constexpr int kConsoleLimit = 93;
 constexpr int kLockKeys[] = {SDLK_NUMLOCK, SDLK_CAPSLOCK, SDLK_SCROLLOCK};
 
-/// A key acts when its counter is 0, and then again every 25th frame.
-bool acts(int32_t& counter, bool held) {
+/// A key acts when its counter is 0, and then again when `holdFrames` have passed.
+bool acts(int32_t& counter, bool held, int32_t holdFrames) {
     if (!held) {
         counter = 0;
         return false;
@@ -32,7 +27,7 @@ bool acts(int32_t& counter, bool held) {
         --counter;
         return false;
     }
-    counter = kHoldFrames;
+    counter = holdFrames;
     return true;
 }
 
@@ -60,22 +55,24 @@ void cMenu::draw() {
 }
 
 int32_t cMenu::pointerX() const {
-    return cInputMgr::instance().mouseX - (static_cast<int>(cRenderer::instance().getWidth()) / 2 - 337);
+    return cInputMgr::instance().mouseX - (static_cast<int>(cRenderer::instance().getWidth()) / 2 - kOriginX);
 }
 int32_t cMenu::pointerY() const {
-    return cInputMgr::instance().mouseY - (static_cast<int>(cRenderer::instance().getHeight()) / 2 - 264);
+    return cInputMgr::instance().mouseY -
+           (static_cast<int>(cRenderer::instance().getHeight()) / 2 - kOriginY);
 }
 
 void cMenu::handleInput() {
     const cInputMgr& input = cInputMgr::instance();
     // The counters run on while something else has the keys. A console line is not the menu's business.
     const bool keys = !input.console.visible;
-    const bool mouse = isKeyDown(kLeftButton), right = keys && isKeyDown(SDLK_RIGHT);
-    const bool up = acts(holdUp_, keys && isKeyDown(SDLK_UP));
-    const bool down = acts(holdDown_, keys && isKeyDown(SDLK_DOWN));
-    const bool forward = acts(holdActivate_, mouse || right || (keys && isKeyDown(SDLK_RETURN)));
-    const bool left = acts(holdLeft_, keys && isKeyDown(SDLK_LEFT));
-    const bool back = acts(holdBack_, isKeyDown(kRightButton) || (keys && isKeyDown(SDLK_ESCAPE)));
+    const bool mouse = isKeyDown(SDL_BUTTON_LEFT), right = keys && isKeyDown(SDLK_RIGHT);
+    const auto acted = [](int32_t& counter, bool held) { return acts(counter, held, kHoldFrames); };
+    const bool up = acted(holdUp_, keys && isKeyDown(SDLK_UP));
+    const bool down = acted(holdDown_, keys && isKeyDown(SDLK_DOWN));
+    const bool forward = acted(holdActivate_, mouse || right || (keys && isKeyDown(SDLK_RETURN)));
+    const bool left = acted(holdLeft_, keys && isKeyDown(SDLK_LEFT));
+    const bool back = acted(holdBack_, isKeyDown(SDL_BUTTON_RIGHT) || (keys && isKeyDown(SDLK_ESCAPE)));
     if (input.promptActive) {
         answerPrompt(back);
         return;
@@ -87,8 +84,8 @@ void cMenu::handleInput() {
     selectByMouse();
     if (up) moveSelection(1);
     if (down) moveSelection(-1);
-    if (isKeyDown(kWheelUp)) scrollBy(kScrollStep);
-    if (isKeyDown(kWheelDown)) scrollBy(-kScrollStep);
+    if (isKeyDown(SDL_BUTTON_WHEELUP)) scrollBy(kScrollStep);
+    if (isKeyDown(SDL_BUTTON_WHEELDOWN)) scrollBy(-kScrollStep);
     dragSlider();
     if (forward) {
         if (mouse && isOverScrollBar()) {
@@ -111,13 +108,13 @@ void cMenu::answerPrompt(bool back) {
     input.promptConfirmed = false;
     if (!taken && !back) return;
     input.promptActive = false;
-    input.maxTextLength = kConsoleLimit;
+    input.maxTextLength = cInputMgr::kConsoleLimit;
     if (taken) (this->*answer_)(text);
 }
 
 void cMenu::captureKey() {
     if (capture_ == kAwaitRelease) {
-        if (!isKeyDown(kLeftButton) && !isKeyDown(SDLK_RETURN)) capture_ = kAwaitKey;
+        if (!isKeyDown(SDL_BUTTON_LEFT) && !isKeyDown(SDLK_RETURN)) capture_ = kAwaitKey;
         return;
     }
     for (int key = 1; key < kKeyCount; ++key) {
@@ -140,7 +137,7 @@ void cMenu::bindKey(int key) {
 void cMenu::selectByMouse() {
     const cInputMgr& input = cInputMgr::instance();
     const int32_t x = pointerX(), y = pointerY();
-    if ((input.mouseDX == 0 && input.mouseDY == 0) || y < kContentFoot || y >= kContentTop) return;
+    if ((input.mouseDX == 0 && input.mouseDY == 0) || y < kPageFoot || y >= kPageTop) return;
     for (size_t i = 0; i < items_.size(); ++i) {
         const Item& item = items_[i];
         if (std::abs(x - item.x) > item.halfWidth || std::abs(y + scroll_ - item.y) > item.halfHeight)
@@ -155,9 +152,9 @@ void cMenu::selectByMouse() {
 
 /// A slider follows the held button in every frame, but for a press that has only opened the page.
 void cMenu::dragSlider() {
-    if (!isKeyDown(kLeftButton)) dragArmed_ = true;
+    if (!isKeyDown(SDL_BUTTON_LEFT)) dragArmed_ = true;
     const SettingsScreen* screen = settingsScreen(page_);
-    if (!screen || !dragArmed_ || !isKeyDown(kLeftButton) || isOverScrollBar()) return;
+    if (!screen || !dragArmed_ || !isKeyDown(SDL_BUTTON_LEFT) || isOverScrollBar()) return;
     const int32_t at = selected_ - screen->keyRows;
     if (at < 0 || at >= static_cast<int32_t>(screen->rows.size())) return;
     const SettingsRow& row = screen->rows[static_cast<size_t>(at)];
@@ -187,13 +184,20 @@ void cMenu::keepSelectedVisible() {
 
 bool cMenu::isOverScrollBar() const {
     const int32_t x = pointerX(), y = pointerY();
-    return contentHeight_ > kVisibleHeight && x >= kBarLeft && x <= kBarRight && y >= kContentFoot &&
-           y <= kContentTop;
+    return contentHeight_ > kVisibleHeight && x >= kBarLeft && x <= kBarRight && y >= kPageFoot &&
+           y <= kPageTop;
 }
 
 void cMenu::scrollTowardsPointer() {
-    const int32_t thumb = scroll_ * 228 / contentHeight_ + 41 + kVisibleHeight * 114 / contentHeight_;
-    scrollBy(pointerY() > thumb ? kScrollStep : -kScrollStep);
+    scrollBy(pointerY() > thumbFoot() + thumbHeight() / 2 ? kScrollStep : -kScrollStep);
+}
+
+int32_t cMenu::thumbFoot() const {
+    return kBarFoot + scroll_ * kBarHeight / contentHeight_;
+}
+
+int32_t cMenu::thumbHeight() const {
+    return kVisibleHeight * kBarHeight / contentHeight_;
 }
 
 void cMenu::stepHighlights() {

@@ -9,18 +9,15 @@
 #include "ui/settings_screens.h"
 #include "world/world.h"
 
-#include <SDL.h>
 #include <algorithm>
 #include <span>
 
 namespace {
-constexpr int32_t kCentreX = 337;
-constexpr int kHoldFrames = 24;
 constexpr int kWithoutGame = 40; ///< pixels that the main page moves up without its first entry
 constexpr int32_t kListTop = 170, kListStep = 18, kListHalfHeight = 8, kListRoom = 250;
 constexpr int32_t kRowHalfWidth = 307, kRowHalfHeight = 8;
 constexpr int32_t kCreditsHeight = 500;
-constexpr int kConsoleLimit = 93, kHeroLimit = 14, kSettingsLimit = 8;
+constexpr int kHeroLimit = 14, kSettingsLimit = 8; ///< of names, plus one
 constexpr const char* kCreateNew = "[ Create New ]";
 
 /// Buttons in the order of their pictures; their highlights follow, CANCEL's before OK's.
@@ -85,19 +82,6 @@ struct cMenu::Tables {
     }
 };
 
-void pushResumeEvent() {
-    SDL_Event event{};
-    event.type = SDL_USEREVENT;
-    event.user.code = 0;
-    SDL_PushEvent(&event);
-}
-
-void pushQuitEvent() {
-    SDL_Event event{};
-    event.type = SDL_QUIT;
-    SDL_PushEvent(&event);
-}
-
 const SettingsScreen* cMenu::settingsScreen(Page page) {
     switch (page) {
     case kInputPage:
@@ -132,7 +116,7 @@ void cMenu::open() {
     notice_.clear();
     holdUp_ = holdDown_ = holdActivate_ = holdBack_ = holdLeft_ = kHoldFrames;
     input().promptActive = input().promptConfirmed = false;
-    input().maxTextLength = kConsoleLimit;
+    input().maxTextLength = cInputMgr::kConsoleLimit;
     showPage(kMainPage);
 }
 
@@ -162,7 +146,7 @@ void cMenu::showButtons(Page page) {
     for (const Tables::Entry& entry : Tables::entries(page)) {
         if (withoutGame && entry.button == kReturn) continue;
         const Picture& picture = pictures_[static_cast<size_t>(entry.button)];
-        items_.push_back({entry.button, kCentreX, entry.y + (withoutGame ? kWithoutGame : 0),
+        items_.push_back({entry.button, kOriginX, entry.y + (withoutGame ? kWithoutGame : 0),
                           picture.halfWidth, picture.halfHeight});
     }
 }
@@ -171,10 +155,10 @@ void cMenu::showSettingsScreen(Page page) {
     input().editSettings = input().bindings.settings;
     const SettingsScreen& screen = *settingsScreen(page);
     for (size_t row = 0; row < screen.rowCount(); ++row)
-        items_.push_back({kTextRow, kCentreX, screen.rowY(row), kRowHalfWidth, kRowHalfHeight});
+        items_.push_back({kTextRow, kOriginX, screen.rowY(row), kRowHalfWidth, kRowHalfHeight});
     for (const auto& [button, y] : {std::pair{kOk, screen.okY}, {kCancel, screen.cancelY}}) {
         const Picture& picture = pictures_[static_cast<size_t>(button)];
-        items_.push_back({button, kCentreX, y, picture.halfWidth, picture.halfHeight});
+        items_.push_back({button, kOriginX, y, picture.halfWidth, picture.halfHeight});
     }
     contentHeight_ = screen.contentHeight;
 }
@@ -194,7 +178,7 @@ void cMenu::showList(const std::string& title, std::vector<std::string> names,
     for (int32_t i = 0; i < count; ++i) {
         const int width = cRenderer::instance().textWidth(0, 1, listNames_[static_cast<size_t>(i)]);
         items_.push_back(
-            {kTextRow, kCentreX, scroll_ + kListTop - kListStep * i, width / 2, kListHalfHeight});
+            {kTextRow, kOriginX, scroll_ + kListTop - kListStep * i, width / 2, kListHalfHeight});
     }
 }
 

@@ -12,8 +12,8 @@
 
 namespace {
 constexpr float kPanelWidth = 675, kPanelHeight = 520;
-constexpr int kOriginX = 337, kOriginY = 264; ///< from the panel's corner to the window's middle
 constexpr int kPointerSide = 32;
+constexpr GLenum kWithoutStates[] = {GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_TEXTURE_2D};
 constexpr float kPage = 1.0f; ///< text scales
 constexpr float kHeading = 1.2f, kSmall = 0.8f;
 constexpr int kTextX = 40, kThirdPersonX = 250, kFirstPersonX = 450; ///< of rows
@@ -73,7 +73,7 @@ void cMenu::drawPointer(int x, int y) const {
 
 /// Shades with the panel.
 void cMenu::setInk(bool chosen) const {
-    chosen ? setColour(64, 64, 192, 8 * slide_ - 1) : setColour(0, 0, 0, 8 * slide_ - 1);
+    chosen ? setColour(64, 64, 192, fullAlpha()) : setColour(0, 0, 0, fullAlpha());
 }
 
 void cMenu::paint() const {
@@ -83,7 +83,7 @@ void cMenu::paint() const {
     renderer.setProjection(true);
     glTranslatef(static_cast<float>(static_cast<int>(renderer.getWidth()) / 2 - kOriginX),
                  static_cast<float>(static_cast<int>(renderer.getHeight()) / 2 - kOriginY), 0);
-    for (const GLenum state : {GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_TEXTURE_2D}) glDisable(state);
+    for (const GLenum state : kWithoutStates) glDisable(state);
     glEnable(GL_BLEND);
     setColour(255, 255, 255, 5 * slide_);
     drawRectangle(0, 0, kPanelWidth, kPanelHeight);
@@ -94,7 +94,7 @@ void cMenu::paint() const {
     glStencilFunc(GL_ALWAYS, 1, ~0u);
     glStencilOp(GL_REPLACE, GL_REPLACE, GL_REPLACE);
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-    rectangle(20, 20, 655, 290);
+    rectangle(kPageLeft, kPageFoot, kPageRight, kPageTop);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glStencilFunc(GL_EQUAL, 1, ~0u);
     glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
@@ -107,9 +107,13 @@ void cMenu::paint() const {
 
 void cMenu::paintTitle() const {
     bind(texture_);
-    setColour(255, 255, 255, 8 * slide_ - 1);
-    drawRectangle(-11, 280, 685, 530, 0.00390625f, 0.74902344f, 0.68359375f, 0.99316406f);
+    setColour(255, 255, 255, fullAlpha());
+    drawTitle(-11, 280, 685, 530);
     glDisable(GL_TEXTURE_2D);
+}
+
+void cMenu::drawTitle(float x0, float y0, float x1, float y1) {
+    drawRectangle(x0, y0, x1, y1, 4 / kImageSide, 767 / kImageSide, 700 / kImageSide, 1017 / kImageSide);
 }
 
 void cMenu::paintPrompt() const {
@@ -140,7 +144,7 @@ void cMenu::paintItems() const {
     if (!list_ && settingsScreen(page_)) paintRows();
     if (contentHeight_ > kVisibleHeight) paintScrollBar();
     if (notice_.empty()) return;
-    setColour(160, 32, 32, 8 * slide_ - 1);
+    setColour(160, 32, 32, fullAlpha());
     write(kNoticeX, kNoticeY, kSmall, notice_);
 }
 
@@ -166,11 +170,10 @@ void cMenu::paintButton(const Item& item) const {
 }
 
 void cMenu::paintScrollBar() const {
-    const int thumb = scroll_ * 228 / contentHeight_ + 41, height = kVisibleHeight * 228 / contentHeight_;
     setColour(64, 64, 96, 2 * slide_);
-    rectangle(633, 20, 654, 290);
+    rectangle(kBarLeft, kPageFoot, kBarRight, kPageTop);
     setColour(64, 64, 192, 6 * slide_);
-    rectangle(635, thumb, 652, thumb + height);
+    rectangle(kBarLeft + 2, thumbFoot(), kBarRight - 2, thumbFoot() + thumbHeight());
     glBegin(GL_TRIANGLES);
     for (const auto& [tip, base] : {std::pair{287, 273}, {23, 37}}) {
         const int sign = tip > base ? 1 : -1; // counter-clockwise either way
@@ -186,7 +189,7 @@ void cMenu::paintCredits() const {
     const int top = contentHeight_ - scroll_;
     for (const auto& line : kCreditLines) write(kTextX, top - line.drop, kPage, line.text);
     bind(texture_);
-    setColour(255, 255, 255, 8 * slide_ - 1);
+    setColour(255, 255, 255, fullAlpha());
     for (const auto& p : kCreditPictures) {
         const auto x = static_cast<float>(kTextX), y = static_cast<float>(top - p.drop);
         drawRectangle(x, y, x + static_cast<float>(p.width), y + static_cast<float>(p.height),

@@ -1,6 +1,6 @@
 #include "world/hierarchy.h"
 
-#include "platform/files.h"
+#include "data/text_lines.h"
 
 #include <cctype>
 #include <string_view>
@@ -36,15 +36,13 @@ HierarchyIndices lookupHierarchy(const std::string& type, const std::string& rac
                                  const std::string& className) {
     int16_t found[3] = {-1, -1, -1};
     const std::string* wanted[3] = {&type, &race, &className};
-    platform::Bytes bytes;
-    platform::readFile("hierarchy.cfl", bytes);
-    std::string_view rest(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    cTextLines lines;
+    lines.open("hierarchy.cfl");
+    std::string text;
     int level = 0;
     int16_t counter = 0;
-    while (!rest.empty() && level < 3) {
-        const size_t end = rest.find('\n');
-        const Line line = parseLine(rest.substr(0, end).substr(0, kLongestLine));
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    while (level < 3 && lines.next(text)) {
+        const Line line = parseLine(std::string_view(text).substr(0, kLongestLine));
         if (line.name.empty() || line.level != level) continue;
         if (line.name == *wanted[level]) {
             found[level++] = counter;

@@ -3,12 +3,14 @@
 #include "core/frustum.h"
 #include "platform/gl_api.h"
 #include "render/renderer.h"
-#include "script/cml_lookups.h"
+#include "script/cml_vocabulary.h"
+#include "ui/menu.h"
 #include "world/world.h"
 
 namespace {
+// The timeline, in ms from the intro's start.
 constexpr uint64_t kLoadingEnd = 3000, kCinematicStart = 75500, kCinematicEnd = 152000;
-constexpr uint64_t kTitleStart = 23501, kTitleFadeEnd = 24500;
+constexpr uint64_t kTitleStart = 23501, kTitleFadeEnd = 24500, kTitleFadeMs = 1000;
 constexpr float kPicture = 1024; ///< side of the intro image and the menu image
 
 /// A part of the intro image, in texture pixels from its lower left corner.
@@ -16,7 +18,7 @@ struct Piece {
     int s, t, width, height;
 };
 
-/// A sign that fades in and out: shown for start ≤ t < end.
+/// A sign that fades in and out: shown for start ≤ t < end, ms.
 struct Sign {
     uint64_t start, end;
     uint64_t fadeInEnd, fadeInMs;     ///< below fadeInEnd
@@ -66,7 +68,8 @@ void drawPiece(int32_t texture, const Piece& p, int x, int y, int alpha) {
 void drawTitle(int32_t menuTexture, uint64_t t) {
     if (!platform::hasGlContext()) return;
     cRenderer& renderer = cRenderer::instance();
-    const int alpha = t < kTitleFadeEnd ? 255 - static_cast<int>((kTitleFadeEnd - t) * 256 / 1000) : 255;
+    const int alpha =
+        t < kTitleFadeEnd ? 255 - static_cast<int>((kTitleFadeEnd - t) * 256 / kTitleFadeMs) : 255;
     const auto cx = static_cast<float>(renderer.getWidth() / 2),
                cy = static_cast<float>(renderer.getHeight() / 2);
     glEnable(GL_BLEND);
@@ -76,7 +79,7 @@ void drawTitle(int32_t menuTexture, uint64_t t) {
     if (menuTexture < 0) return;
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(menuTexture));
-    drawRectangle(cx - 348, cy - 125, cx + 348, cy + 125, 0.00390625f, 0.74902344f, 0.68359375f, 0.99316406f);
+    cMenu::drawTitle(cx - 348, cy - 125, cx + 348, cy + 125);
 }
 } // namespace
 
@@ -87,7 +90,7 @@ void cWorld::startIntro() {
     loadEnvironment();
     loadFog();
     loadScenery();
-    const int32_t position = document.childIndex(kCmlCinematic, "name", "intro");
+    const int32_t position = document.childIndex(kCmlCinematic, "name", kIntroCinematic);
     if (position >= 0) startCinematic(position);
 }
 
@@ -126,11 +129,7 @@ void cWorld::updateIntro(uint32_t elapsedMs, GameState* state) {
         if (t >= caption.start && t < caption.end) drawPiece(introImage_, caption.piece, 10, 10, 255);
     }
     if (flight && cinematic.fade.a > 0) {
-        glEnable(GL_BLEND);
-        glDisable(GL_TEXTURE_2D);
-        glColor4f(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
-        drawRectangle(0, 0, static_cast<float>(renderer.getWidth()),
-                      static_cast<float>(renderer.getHeight()));
+        drawOverWindow(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
     }
     renderer.setProjection(false);
     glPopAttrib();

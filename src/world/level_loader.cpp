@@ -8,6 +8,7 @@
 #include "render/shadow_volume.h"
 #include "script/cml_lookups.h"
 #include "script/cml_object.h"
+#include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
 #include "world/model_objects.h"
@@ -17,7 +18,6 @@
 namespace {
 constexpr float kLeastSize = 0.001f;  ///< a smaller "size" leaves a model as it is
 constexpr float kLeastRadius = 0.01f; ///< a smaller capsule gives no body
-constexpr size_t kShortestName = 3;   ///< of music and of attribute texts that switch something on
 const cCapsule kHeroCapsule({0, 0.35f, 0}, {0, -0.85f, 0}, 0.4f);
 
 /// An object's collision shape, relative to its position.
@@ -49,14 +49,11 @@ std::unique_ptr<cObject> makeStatic(cWorld& world, const cCmlElement& model, flo
 }
 
 std::unique_ptr<cObject> makeAnimated(cWorld& world, const cCmlElement& model) {
-    const std::string& file = model.getAttribute("file");
-    const size_t separator = platform::lastSeparator(file);
-    const std::string directory = separator == std::string::npos ? ".\\" : file.substr(0, separator);
-    const std::string name = separator == std::string::npos ? file : file.substr(separator + 1);
+    const auto [directory, name] = splitCharacterName(model.getAttribute("file"));
     auto object = std::make_unique<cAnimatedObject>(
         world.animatedModels.load(directory, name, true, world.lightPosition.y > cWorld::kNoLight),
         &world.animatedModels);
-    if (model.getAttribute("no_head_shadow").size() >= kShortestName) object->pose().setHeadShadow(false);
+    if (model.getAttribute("no_head_shadow").size() >= kShortestText) object->pose().setHeadShadow(false);
     return object;
 }
 
@@ -97,6 +94,27 @@ void createObject(cWorld& world, cCmlElement& element) {
           toVector3(physics->getAttribute("up")).normalized());
     cObjectMgr::instance().add(std::move(object));
 }
+
+/// A file that cannot be opened leaves the scenery that there is; a damaged one leaves none.
+bool readScenery(cWorld& world, const std::string& file) {
+    cBinaryReader in(file);
+    if (!in.isOpen()) {
+        cLogMgr::instance().error("Failed to open scenery file %s", file.c_str());
+        return false;
+    }
+    world.appearanceFile.clear();
+    cMaterialList materials;
+    if (materials.read(in)) {
+        materials.loadTextures();
+        if (world.scenery.read(in, materials)) {
+            world.appearanceFile = file;
+            return true;
+        }
+    }
+    world.scenery.clear();
+    cLogMgr::instance().error("Scenery file %s is damaged", file.c_str());
+    return false;
+}
 } // namespace
 
 int cWorld::loadLevel(const std::string& fileName) {
@@ -108,7 +126,7 @@ int cWorld::loadLevel(const std::string& fileName) {
     if (loadDocument(fileName) != 0) return -1;
     loadEnvironment();
     loadFog();
-    int result = loadScenery();
+    const int result = loadScenery();
     loadObjects();
     loadMusic();
     return result;
@@ -133,9 +151,12 @@ void cWorld::loadEnvironment() {
     if (!element) return;
     const std::string& file = element->getAttribute("file");
     if (file == environmentFile) return;
-    environmentFile = environment_.load(file) ? file : environment_.isLoaded() ? environmentFile : "";
-    if (environmentFile != file) return;
-    lightPosition = environment_.lightPosition();
+    if (environment_.load(file)) {
+        environmentFile = file;
+        lightPosition = environment_.lightPosition();
+    } else if (!environment_.isLoaded()) {
+        environmentFile.clear();
+    }
 }
 
 void cWorld::loadFog() {
@@ -167,22 +188,10 @@ int cWorld::loadScenery() {
     if (!files) return 0;
     int result = 0;
     const std::string& file = files->getAttribute("appearance");
-    if (file != appearanceFile) {
-        cBinaryReader in(file);
-        cMaterialList materials;
-        if (!in.isOpen()) {
-            cLogMgr::instance().error("Failed to open scenery file %s", file.c_str());
-            result = -1;
-        } else if (appearanceFile.clear();
-                   !materials.read(in) || (materials.loadTextures(), !scenery.read(in, materials))) {
-            scenery.clear();
-            cLogMgr::instance().error("Scenery file %s is damaged", file.c_str());
-            result = -1;
-        } else {
-            appearanceFile = file;
-        }
-    } else {
+    if (file == appearanceFile) {
         scenery.compileDisplayLists(); // the level may have another fog
+    } else if (!readScenery(*this, file)) {
+        result = -1;
     }
     cPhysicsWorld::instance().loadCollision(files->getAttribute("collision"));
     return result;
@@ -206,8 +215,7 @@ void cWorld::loadHero() {
         return;
     }
     auto hero = std::make_unique<cAnimatedObject>(
-        animatedModels.load("maincharfinal", "mainchar_noweapon", false, lightPosition.y > kNoLight),
-        &animatedModels);
+        animatedModels.load(kHeroDirectory, kHeroModel, false, lightPosition.y > kNoLight), &animatedModels);
     hero->setController(std::make_unique<cPlayer>(hero.get()));
     place(*hero, {kHeroCapsule, 0}, toVector3(physics->getAttribute("position")),
           toVector3(physics->getAttribute("direction")).normalized(),
@@ -224,7 +232,7 @@ void cWorld::loadHero() {
 
 void cWorld::loadMusic() {
     const cCmlElement* files = document.findChild(kCmlFiles);
-    if (files && files->getAttribute("music").size() >= kShortestName) {
+    if (files && files->getAttribute("music").size() >= kShortestText) {
         cAudioMgr::instance().playMusic(files->getAttribute("music"));
     }
 }

@@ -1,5 +1,6 @@
 #include "world/octree.h"
 
+#include "core/frustum.h"
 #include "data/binary_reader.h"
 #include "platform/gl_api.h"
 #include "render/mesh_draw.h"

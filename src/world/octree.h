@@ -1,5 +1,4 @@
 #pragma once
-#include "core/frustum.h"
 #include "core/geometry.h"
 #include "models/model.h"
 #include "render/mesh_draw.h"

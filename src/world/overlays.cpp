@@ -6,7 +6,7 @@
 #include "platform/gl_api.h"
 #include "render/renderer.h"
 #include "script/cml_vocabulary.h"
-#include "ui/menu.h"
+#include "ui/input_mgr.h"
 #include "world/world.h"
 
 #include <algorithm>
@@ -15,17 +15,6 @@ namespace {
 constexpr int32_t kLoudest = 200, kRise = 3, kFullVolume = 100;
 constexpr int32_t kFadeStep = 4, kFadeEnd = 255;
 constexpr uint32_t kEndPictureMs = 3000;
-
-void drawFade(float r, float g, float b, float a) {
-    if (!platform::hasGlContext()) return;
-    glEnable(GL_BLEND);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_TEXTURE_2D);
-    glColor4f(r, g, b, a);
-    const cRenderer& renderer = cRenderer::instance();
-    drawRectangle(0, 0, static_cast<float>(renderer.getWidth()), static_cast<float>(renderer.getHeight()));
-    glColor4ub(255, 255, 255, 255);
-}
 
 void stepIntensity(cWorld& world) {
     world.intensity += world.intensityRising != 0 ? kRise : -1;
@@ -65,7 +54,7 @@ void showEnd(const cWorld& world) {
 }
 
 void stepLevelChange(cWorld& world) {
-    drawFade(0, 0, 0, static_cast<float>(world.levelChangePending) / 255.0f);
+    drawOverWindow(0, 0, 0, static_cast<float>(world.levelChangePending) / 255.0f);
     cAudioMgr::instance().setMusicVolume(world.playerMusicVolume *
                                          static_cast<float>(256 - world.levelChangePending) / 256.0f);
     world.levelChangePending += kFadeStep;
@@ -98,7 +87,7 @@ void cWorld::drawOverlays() {
     if (hud.statsTimer > 0 && !cinematic.playing) hud.drawStats(inventory, health, maxHealth);
     if (!hud.messages.empty()) hud.drawMessages(static_cast<int>(renderer.getHeight()));
     if (cinematic.fade.a > 0)
-        drawFade(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
+        drawOverWindow(cinematic.fade.r, cinematic.fade.g, cinematic.fade.b, cinematic.fade.a);
     if (intensity > 0) stepIntensity(*this);
     if (levelChangePending > 0) stepLevelChange(*this);
     renderer.setProjection(false);

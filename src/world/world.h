@@ -18,7 +18,6 @@ public:
     static void destroy();
 
     // --- Levels (level_loader.cpp, saved_heroes.cpp)
-    // ---------------------------------------------------------
     /// 0, or negative when the document or a file of it cannot be loaded; a document that fails leaves no
     /// objects.
     int loadLevel(const std::string& fileName);
@@ -41,12 +40,10 @@ public:
     bool isGameLoaded() const;
 
     // --- Intro (intro.cpp)
-    // -----------------------------------------------------------------------------------
     void startIntro();
     void updateIntro(uint32_t elapsedMs, GameState* state);
 
     // --- Frame
-    // -----------------------------------------------------------------------------------------------
     /// Where state changes of a level load go: conversations and cinematics end with their level.
     void attachState(GameState* state) { state_ = state; }
     void update(uint32_t elapsedMs, GameState* state);
@@ -58,16 +55,18 @@ public:
     void drawOverlays();          ///< 2D layer: crosshair, fades, action music, end of level (overlays.cpp)
     void forget(const cObject* object);
 
-    // --- Cinematics (cinematic.cpp)
-    // --------------------------------------------------------------------------
+    // --- Cinematics (script/cinematic.cpp)
     void startCinematic(int32_t position); ///< among the level element's children
     void updateCinematic(GameState* state);
     void resetCinematic();
 
     // --- Hero
-    // ------------------------------------------------------------------------------------------------
     /// Negative heals. Plays the hit or death animation.
     void damage(int32_t amount);
+    /// His name as people say it: without the mark of the program's own names.
+    std::string shownHeroName() const {
+        return heroName.substr(heroName.starts_with(kUnloadedHero[0]) ? 1 : 0);
+    }
 
     static constexpr const char* kUnloadedHero = "\xA3"
                                                  "UNLOADED";
@@ -77,10 +76,6 @@ public:
     std::string levelFile, spawnPoint;
     std::string appearanceFile, environmentFile;
     std::string heroName = kUnloadedHero;
-    /// As people say it: without the mark of the program's own names.
-    std::string shownHeroName() const {
-        return heroName.substr(heroName.starts_with(kUnloadedHero[0]) ? 1 : 0);
-    }
     std::string heroSettings;
     cStaticModelStore staticModels;
     cAnimatedModelStore animatedModels;

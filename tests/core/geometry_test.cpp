@@ -1,6 +1,5 @@
 #include "core/geometry.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 

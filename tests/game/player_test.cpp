@@ -23,9 +23,7 @@ protected:
         t.setFloor(0);
         world.spawnPoint = "hut";
         EXPECT_EQ(
-            t.load("<player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" "
-                   "up=\"0,1,0\" />"
-                   "<camera firstperson=\"0\" offset=\"0,0,0\" position=\"0,0,4\" /></player>" +
+            t.load(spawnElement() +
                    objectElement("lever", "default_action=\"a\"",
                                  "<action name=\"a\" on_set=\"set_local(n,0)\"><reaction type=\"context\" "
                                  "do=\"inc_local(n,1)\" /></action>",

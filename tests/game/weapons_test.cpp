@@ -44,11 +44,7 @@ protected:
                 "<item name=\"club\" src=\"stick\" skill=\"100\" /><item name=\"none\" src=\"nothing\" />",
             "<physics position=\"0,1.3,-8\" direction=\"0,0,1\" up=\"0,1,0\" gravity=\"1\">"
             "<boundingvolume start=\"0,0.35,0\" end=\"0,-0.85,0\" radius=\"0.4\" solid=\"1\" /></physics>");
-        EXPECT_EQ(t.load("<player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" "
-                         "up=\"0,1,0\" />"
-                         "<camera firstperson=\"0\" offset=\"0,0,0\" position=\"0,0,4\" /></player>" +
-                         foe),
-                  0);
+        EXPECT_EQ(t.load(spawnElement() + foe), 0);
         cInputSettings& s = cInputMgr::instance().bindings.settings;
         for (int c = 0; c < kCommandCount; ++c) s.keysThirdPerson[static_cast<size_t>(c)] = 10 + c;
         s.repeatIntervals.fill(0);

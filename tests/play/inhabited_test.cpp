@@ -1,9 +1,7 @@
 // The first level as its people live in it: talk, lever, gate, bell, flight, watch and ride, by keys alone.
 
-#include "game/physics_world.h"
 #include "script/cml_object.h"
 #include "support/game_run.h"
-#include "world/world.h"
 
 #include <gtest/gtest.h>
 
@@ -45,20 +43,12 @@ TEST(Inhabited, TheLeverOpensTheGateAndTheBellShutsIt) {
     ASSERT_TRUE(game.started);
     ASSERT_TRUE(game.follow({{0.0f, -5.0f}, {-7.6f, -5.0f}, {-7.8f, 2.0f}, {-12.6f, 2.6f}}));
     game.face(-12.6f, 20);
-    game.hold(CMD_FORWARD, 12);
-    game.player.press(CMD_FORWARD);
-    game.hold(CMD_JUMP, 10);
-    game.frames(50);
-    game.player.release(CMD_FORWARD);
+    game.runAndJump(12, 50);
     // And on to the second ledge, with a run-up again.
     ASSERT_TRUE(game.walkTo(-12.6f, 6.6f));
     game.frames(20);
     game.face(-12.6f, 20);
-    game.hold(CMD_FORWARD, 3);
-    game.player.press(CMD_FORWARD);
-    game.hold(CMD_JUMP, 10);
-    game.frames(45);
-    game.player.release(CMD_FORWARD);
+    game.runAndJump(3, 45);
     ASSERT_GT(game.hero().y, 4.1f + 1.2f) << "on the upper ledge";
     game.walkTo(-12.7f, 9, 60);
     EXPECT_EQ(script("gate_bastion").getFlags() & MOVE_PASSABLE, 0u);

@@ -2,7 +2,6 @@
 
 #include "core/name_hash.h"
 #include "game/item_def.h"
-#include "script/cml_object.h"
 #include "support/game_run.h"
 #include "ui/input_settings.h"
 #include "world/world.h"

@@ -33,11 +33,7 @@ TEST(WholeGame, FromTheIntroOntoALedge) {
 
     ASSERT_TRUE(game.walkTo(-12.6f, 2.6f)) << "a run-up: a jump has no steering of its own";
     game.face(-12.6f, 20);
-    game.hold(CMD_FORWARD, 12);
-    game.player.press(CMD_FORWARD);
-    game.hold(CMD_JUMP, 10);
-    game.frames(50);
-    game.player.release(CMD_FORWARD);
+    game.runAndJump(12, 50);
     EXPECT_NEAR(game.hero().y, 3.1f + kStandingHeight, 0.06f) << "stands on the ledge";
     EXPECT_GT(game.hero().y, ground + 0.9f);
     game.hold(CMD_FORWARD, 120);

@@ -1,12 +1,9 @@
-#include "game/player.h"
 #include "support/test_world.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-const std::string kHero =
-    "<player spawnpoint=\"hut\"><physics position=\"1,2,3\" direction=\"0,0,1\" up=\"0,1,0\" />"
-    "<camera firstperson=\"0\" position=\"0,0,4\" /></player>";
+const std::string kHero = spawnElement("1,2,3", "0,0,1");
 
 class Cinematic : public ::testing::Test {
 protected:

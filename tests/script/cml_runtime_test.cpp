@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 namespace {
-const std::string kHero =
-    "<player spawnpoint=\"hut\"><physics position=\"0,0,10\" direction=\"0,0,1\" up=\"0,1,0\" />"
-    "<camera firstperson=\"0\" position=\"0,0,4\" /></player>";
+const std::string kHero = spawnElement("0,0,10", "0,0,1");
 const std::string kBall =
     "<physics position=\"0,5,0\" direction=\"1,0,0\" up=\"0,1,0\"><boundingvolume radius=\"0.5\" />"
     "</physics>";

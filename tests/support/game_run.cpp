@@ -83,6 +83,14 @@ void GameRun::hold(int command, int count) {
     player.release(command);
 }
 
+void GameRun::runAndJump(int runUp, int flight) {
+    hold(CMD_FORWARD, runUp);
+    player.press(CMD_FORWARD);
+    hold(CMD_JUMP, 10);
+    frames(flight);
+    player.release(CMD_FORWARD);
+}
+
 void GameRun::tapKey(int sdlKey) {
     for (const bool down : {true, false}) {
         player.setKey(sdlKey, down);

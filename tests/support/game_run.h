@@ -28,7 +28,9 @@ public:
     bool follow(std::initializer_list<std::pair<float, float>> places, int mostFrames = 900);
     void face(float x, float z);
     void hold(int command, int count); ///< for so many frames
-    void use();                        ///< the use key, and the time until it is asked again
+    /// Runs forwards for so many frames, jumps, and keeps forwards for so many frames of the flight.
+    void runAndJump(int runUp, int flight);
+    void use(); ///< the use key, and the time until it is asked again
     /// Presses use until the conversation is over; every reply is the one that was highlighted first.
     void talkToTheEnd();
     void tapKey(int sdlKey); ///< down for a frame, up for a frame

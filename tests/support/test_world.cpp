@@ -177,6 +177,11 @@ std::string objectElement(const std::string& name, const std::string& attributes
            "</object>";
 }
 
+std::string spawnElement(const std::string& position, const std::string& direction) {
+    return "<player spawnpoint=\"hut\"><physics position=\"" + position + "\" direction=\"" + direction +
+           "\" up=\"0,1,0\" /><camera firstperson=\"0\" offset=\"0,0,0\" position=\"0,0,4\" /></player>";
+}
+
 cModelObject floorMesh(float y, float half) {
     cModelObject o;
     o.positions = {{-half, y, -half}, {-half, y, half}, {half, y, half}, {half, y, -half}};

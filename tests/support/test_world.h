@@ -47,6 +47,8 @@ public:
 std::string objectElement(const std::string& name, const std::string& attributes = "",
                           const std::string& inside = "",
                           const std::string& physics = "position=\"0,0,0\" radius=\"1\"");
+/// The place "hut" where the hero starts, with the camera behind him.
+std::string spawnElement(const std::string& position = "0,1.3,0", const std::string& direction = "0,0,-1");
 /// A rectangle at height y, facing up.
 cModelObject floorMesh(float y, float half);
 /// A rectangle across x = `x`, facing −x, as high and as wide as `half` each way.

@@ -9,9 +9,7 @@
 
 namespace {
 constexpr int kMiddleX = 337, kMiddleY = 264; ///< of the window, seen from the panel's corner
-constexpr const char* kHut =
-    "<level name=\"l\"><player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" "
-    "up=\"0,1,0\" /><camera firstperson=\"0\" offset=\"0,1,0\" position=\"0,1,5\" /></player></level>";
+const std::string kHut = "<level name=\"l\">" + spawnElement() + "</level>";
 
 class Menu : public ::testing::Test {
 protected:

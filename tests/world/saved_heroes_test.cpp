@@ -13,9 +13,6 @@ constexpr const char* kFile = "players.cfl";
 constexpr const char* kItems =
     "<items><i name=\"nut\" allow_grouping=\"1\"><image column=\"0\" row=\"0\"/></i>"
     "<i name=\"key\"><image column=\"0\" row=\"0\"/></i></items>";
-constexpr const char* kHut =
-    "<player spawnpoint=\"hut\"><physics position=\"0,1.3,0\" direction=\"0,0,-1\" up=\"0,1,0\" />"
-    "<camera firstperson=\"0\" offset=\"0,1,0\" position=\"0,1,5\" /></player>";
 
 class SavedHeroes : public ::testing::Test {
 protected:
@@ -95,7 +92,7 @@ TEST_F(SavedHeroes, HeroesAreReplacedAppendedAndDropped) {
 }
 
 TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
-    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
     input.bindings.settings.walkIsDefault = 1;
     ASSERT_TRUE(input.saveSettings("calm"));
     save("Ada", 4);
@@ -120,7 +117,7 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
 }
 
 TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
-    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
     t.game.write("bad.xml", "<level><object");
     struct {
         const char *level, *spawn;
@@ -193,8 +190,8 @@ TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
 }
 
 TEST_F(SavedHeroes, WithoutTheDiskTheJourneyGoesOn) {
-    t.game.write("isle.xml", std::string("<level name=\"l\">") + kHut + "</level>");
-    t.game.write("next.xml", std::string("<level name=\"n\">") + kHut + "</level>");
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
+    t.game.write("next.xml", "<level name=\"n\">" + spawnElement() + "</level>");
     save("Ada", 2);
     world.returnToCheckpoint();
     ASSERT_EQ(world.inventory.countOf(0), 2);

@@ -2,9 +2,11 @@
 
 #include "core/name_hash.h"
 #include "data/binary_reader.h"
+#include "game/player.h"
+#include "models/anim_model.h"
+#include "script/cml_vocabulary.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <map>
 #include <regex>
@@ -47,8 +49,8 @@ constexpr const char* kAlwaysNeeded[] = {"window.cfg",
                                          "maincharfinal/mainchar_noweapon_head.cff",
                                          "maincharfinal/mainchar_noweapon_upper.cff",
                                          "maincharfinal/mainchar_noweapon_lower.cff"};
-constexpr const char* kEndOfTheGame = "end"; ///< in place of a level's file
-constexpr int kIntroFrames = 4781;           ///< 76.5 s that the opening plays
+constexpr int kIntroFrames = 4781; ///< 76.5 s that the opening plays
+constexpr size_t kMenuKeys = 112;  ///< four sides of 28 pictures
 
 constexpr const char* kFloatSections[] = {"movement.cfg", "camera.cfg", "sound.cfg"};
 
@@ -126,8 +128,8 @@ private:
         const auto [at, fresh] = seen.emplace(hash, what);
         if (!fresh)
             out_.problem(where + ": the names " + at->second + " and " + what + " are the same to the game");
-        if ((hash >= 0 && hash <= 10) || hash == 10000 || hash == 10001)
-            out_.problem(where + ": the name " + what + " means a script keyword");
+        for (const CmlKeywordRow& word : cmlKeywords())
+            if (hash == word.value) out_.problem(where + ": the name " + what + " means a script keyword");
     }
 
     void materialLibrary(const std::string& name) {
@@ -154,7 +156,7 @@ private:
         in.skip(12);
         const int32_t animations = in.i32(), tags = in.i32();
         const int32_t tagBytes = in.i32();
-        if (tagBytes != tags * 112) out_.problem(name + ": the tag block has a wrong size");
+        if (tagBytes != tags * kTagBytes) out_.problem(name + ": the tag block has a wrong size");
         in.skip(static_cast<size_t>(tagBytes));
         std::map<int32_t, std::string> seen;
         std::set<std::string>& names = animations_[name];
@@ -176,7 +178,8 @@ private:
                     out_.problem(std::string(section) + ": " + key + " is a float and needs a point");
         need(configOf(out_, "window.cfg")["WINDOW_ICON"], "window.cfg");
         const auto animation = configOf(out_, "animation.cfg");
-        if (animation.size() != 31) out_.problem("animation.cfg does not hold 31 keys");
+        if (animation.size() != cPlayer::kAnimationCount)
+            out_.problem("animation.cfg does not hold " + std::to_string(cPlayer::kAnimationCount) + " keys");
         for (const auto& [key, value] : animation)
             for (const char* part : {"upper", "lower"})
                 if (!animations_[std::string("maincharfinal/mainchar_noweapon_") + part + ".cff"].count(
@@ -190,7 +193,8 @@ private:
             int left, top, right, bottom;
         };
         const auto values = configOf(out_, "menu.cfg");
-        if (values.size() != 112) out_.problem("menu.cfg does not hold 112 keys");
+        if (values.size() != kMenuKeys)
+            out_.problem("menu.cfg does not hold " + std::to_string(kMenuKeys) + " keys");
         std::vector<Box> boxes;
         for (const auto& [key, value] : values) {
             if (!key.ends_with("_LEFT")) continue;

@@ -3,6 +3,6 @@
 
 namespace forge {
 /// Reports as problems what would only show while playing: files named but not made, names whose hashes
-/// collide, menu pictures that overlap, bounding boxes that disagree.
+/// collide, menu pictures that overlap, an opening that is too short.
 void checkDataSet(Output& out);
 } // namespace forge

@@ -1,7 +1,6 @@
 #include "forge/lettering.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 namespace forge {

@@ -7,8 +7,6 @@
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <thread>
 #include <vector>
 
@@ -22,14 +20,6 @@ std::vector<Recipe>& recipes() {
 namespace {
 namespace fs = std::filesystem;
 
-bool readRealFile(const fs::path& path, platform::Bytes& bytes) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    const std::vector<char> chars((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    bytes.assign(chars.begin(), chars.end());
-    return true;
-}
-
 /// Plain data that the game reads as it is edited: configuration, levels, items.
 bool copyPlainData(const fs::path& content, forge::Output& out) {
     std::vector<fs::path> files;
@@ -42,7 +32,7 @@ bool copyPlainData(const fs::path& content, forge::Output& out) {
     std::sort(files.begin(), files.end());
     for (const fs::path& path : files) {
         platform::Bytes bytes;
-        if (!readRealFile(path, bytes)) return false;
+        if (!forge::readRealFile(path.string(), bytes)) return false;
         out.put(path.filename().string(), std::move(bytes));
     }
     return !error && !files.empty();

@@ -1,29 +1,16 @@
 #include "forge/md3.h"
 
+#include "models/anim_model.h"
+
 #include <cmath>
 
 namespace forge {
 namespace {
-constexpr size_t kHeaderBytes = 108, kFrameBytes = 56, kTagBytes = 112, kSurfaceHeaderBytes = 108;
+constexpr size_t kHeaderBytes = 108, kFrameBytes = 56, kSurfaceHeaderBytes = 108;
 constexpr float kSteps = 64;
-
-/// y up, facing −z, to the form in which the readers expect imported parts.
-cVector3 toImported(const cVector3& p) {
-    return {-p.z, -p.x, p.y};
-}
 
 int16_t quantised(float v) {
     return static_cast<int16_t>(std::lround(v * kSteps));
-}
-
-void writeTags(cBinaryWriter& out, const CharacterPart& part) {
-    for (const auto& frame : part.tags) {
-        for (const Tag& tag : frame) {
-            out.fixedText(tag.name, 64);
-            out.vector3(toImported(tag.origin));
-            for (const cVector3& axis : tag.axes) out.vector3(axis);
-        }
-    }
 }
 
 platform::Bytes surface(const CharacterPart& part) {
@@ -72,7 +59,7 @@ platform::Bytes md3File(const CharacterPart& part) {
     }
     const platform::Bytes frame(kFrameBytes, 0); // bounds, which nobody reads
     for (size_t i = 0; i < frames; ++i) out.raw(frame.data(), frame.size());
-    writeTags(out, part);
+    writeTags(out, part, true);
     out.raw(mesh.data(), mesh.size());
     return out.bytes();
 }

@@ -42,13 +42,16 @@ void Output::merge(Output&& other) {
     append(problems_, other.problems_);
 }
 
-static bool holdsAlready(const fs::path& path, const platform::Bytes& bytes) {
+bool readRealFile(const std::string& path, platform::Bytes& bytes) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return false;
-    const std::vector<char> old((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    return old.size() == bytes.size() &&
-           std::equal(old.begin(), old.end(), bytes.begin(),
-                      [](char a, uint8_t b) { return static_cast<uint8_t>(a) == b; });
+    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    return true;
+}
+
+static bool holdsAlready(const fs::path& path, const platform::Bytes& bytes) {
+    platform::Bytes old;
+    return readRealFile(path.string(), old) && old == bytes;
 }
 
 bool Output::writeAll(const std::string& directory) {

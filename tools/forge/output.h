@@ -30,6 +30,9 @@ private:
     std::vector<std::string> octreeLines_, promised_, problems_;
 };
 
+/// False when there is no such file.
+bool readRealFile(const std::string& path, platform::Bytes& bytes);
+
 /// Backslashes become slashes, capitals lower case: the form in which the data set keeps its names.
 std::string dataName(const std::string& name);
 } // namespace forge

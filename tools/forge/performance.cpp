@@ -3,7 +3,6 @@
 #include "forge/score.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 

@@ -11,6 +11,8 @@
 
 namespace forge {
 namespace {
+constexpr float kHalfDegree = 0.00872665f; ///< radians
+
 struct Shot {
     PreviewShot view;
     Parts parts;
@@ -57,7 +59,7 @@ public:
         ahead_ = (view.target - view.eye).normalized();
         right_ = ahead_.cross({0, 1, 0}).normalized();
         up_ = right_.cross(ahead_);
-        scale_ = static_cast<float>(view.height) / 2 / std::tan(view.fieldOfView * 0.00872665f);
+        scale_ = static_cast<float>(view.height) / 2 / std::tan(view.fieldOfView * kHalfDegree);
     }
 
     void draw(const Part& part, const Texture& texture) {

@@ -5,7 +5,6 @@
 #include "forge/writers.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 #include <tuple>
 

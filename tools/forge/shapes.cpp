@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <tuple>
 
 namespace forge {
 namespace {
@@ -40,6 +38,15 @@ void Mesh::addQuad(const cVector3& a, const cVector3& b, const cVector3& c, cons
     addVertex(d, 0, vSize);
     addTriangle(i, i + 1, i + 2);
     addTriangle(i, i + 2, i + 3);
+}
+
+void Mesh::addGrid(uint32_t first, size_t rows, uint32_t columns) {
+    for (uint32_t j = 0; j + 1 < rows; ++j)
+        for (uint32_t i = 0; i + 1 < columns; ++i) {
+            const uint32_t k = first + j * columns + i;
+            addTriangle(k, k + 1, k + columns + 1);
+            addTriangle(k, k + columns + 1, k + columns);
+        }
 }
 
 void Mesh::append(const Mesh& other) {
@@ -117,13 +124,7 @@ Mesh patch(const cVector3& a, const cVector3& b, const cVector3& c, const cVecto
             const float t = static_cast<float>(j) / static_cast<float>(along);
             mesh.addVertex(lerp(lerp(a, b, s), lerp(d, c, s), t), s * uSize, t * vSize);
         }
-    const auto row = static_cast<uint32_t>(across + 1);
-    for (uint32_t j = 0; j < static_cast<uint32_t>(along); ++j)
-        for (uint32_t i = 0; i < static_cast<uint32_t>(across); ++i) {
-            const uint32_t k = j * row + i;
-            mesh.addTriangle(k, k + 1, k + row + 1);
-            mesh.addTriangle(k, k + row + 1, k + row);
-        }
+    mesh.addGrid(0, static_cast<size_t>(along + 1), static_cast<uint32_t>(across + 1));
     return mesh;
 }
 
@@ -154,7 +155,6 @@ Mesh box(const cVector3& low, const cVector3& high, float repeats, unsigned side
 Mesh lathe(const std::vector<std::pair<float, float>>& profile, int segments, float uRepeats,
            float vRepeats) {
     Mesh mesh;
-    const auto row = static_cast<uint32_t>(segments + 1);
     for (size_t j = 0; j < profile.size(); ++j)
         for (int i = 0; i <= segments; ++i) {
             const float u = static_cast<float>(i) / static_cast<float>(segments);
@@ -165,12 +165,7 @@ Mesh lathe(const std::vector<std::pair<float, float>>& profile, int segments, fl
             mesh.addVertex({r * std::sin(angle), profile[j].second, r * std::cos(angle)}, u * uRepeats,
                            v * vRepeats);
         }
-    for (uint32_t j = 0; j + 1 < profile.size(); ++j)
-        for (uint32_t i = 0; i + 1 < row; ++i) {
-            const uint32_t k = j * row + i;
-            mesh.addTriangle(k, k + 1, k + row + 1);
-            mesh.addTriangle(k, k + row + 1, k + row);
-        }
+    mesh.addGrid(0, profile.size(), static_cast<uint32_t>(segments + 1));
     return mesh;
 }
 
@@ -239,28 +234,6 @@ Mesh terrain(float x0, float z0, float cell, int cellsX, int cellsZ,
             }
         }
     return mesh;
-}
-
-std::vector<cVector3> smoothNormals(const std::vector<cVector3>& positions,
-                                    const std::vector<FaceIndices>& faces) {
-    using Key = std::tuple<float, float, float>;
-    std::map<Key, size_t> index;
-    std::vector<size_t> group(positions.size());
-    for (size_t i = 0; i < positions.size(); ++i) {
-        const cVector3& p = positions[i];
-        group[i] = index.emplace(Key(p.x + 0.0f, p.y + 0.0f, p.z + 0.0f), index.size()).first->second;
-    }
-    std::vector<cVector3> sums(index.size());
-    for (const FaceIndices& f : faces) {
-        const cVector3 n = (positions[f[1]] - positions[f[0]]).cross(positions[f[2]] - positions[f[0]]);
-        for (uint32_t corner : f) sums[group[corner]] += n;
-    }
-    std::vector<cVector3> normals(positions.size());
-    for (size_t i = 0; i < positions.size(); ++i) {
-        const cVector3 n = sums[group[i]].normalized();
-        normals[i] = n.lengthSq() > 0 ? n : cVector3(0, 1, 0);
-    }
-    return normals;
 }
 
 Mesh faceted(const Mesh& mesh) {

@@ -19,6 +19,9 @@ struct Mesh {
     /// Corners counter-clockwise; texture coordinates (0,0) (uSize,0) (uSize,vSize) (0,vSize).
     void addQuad(const cVector3& a, const cVector3& b, const cVector3& c, const cVector3& d, float uSize = 1,
                  float vSize = 1);
+    /// Two triangles a cell between `rows` rows of `columns` vertices each, the first of which is `first`;
+    /// counter- clockwise where rows go up and columns to the right.
+    void addGrid(uint32_t first, size_t rows, uint32_t columns);
     void append(const Mesh& other);
     Mesh moved(const cVector3& by) const;
     Mesh scaled(const cVector3& by) const;  ///< positive factors
@@ -43,11 +46,10 @@ enum BoxSides : unsigned {
     kWalls = kEast | kWest | kNorth | kSouth,
     kAllSides = 63
 };
-/// Box between two corners; texture coordinates count `texelsPerUnit` repeats a unit. Long faces are split so
-/// that no edge is longer than `maxEdge`.
+/// Box between two corners; long faces are split so that no edge is longer than `maxEdge`.
 Mesh box(const cVector3& low, const cVector3& high, float repeatsPerUnit = 0.5f, unsigned sides = kAllSides,
          float maxEdge = 8);
-/// A flat patch of cells × cells quads over four counter-clockwise corners.
+/// A flat patch of across × along quads over four counter-clockwise corners.
 Mesh patch(const cVector3& a, const cVector3& b, const cVector3& c, const cVector3& d, int across, int along,
            float uSize, float vSize);
 /// Profile (radius, height) from bottom to top, turned about the y axis. Radius 0 makes a pole.
@@ -70,9 +72,6 @@ struct Part {
 };
 using Parts = std::vector<Part>;
 
-/// Smooth normals: the face normals of all faces that touch the same position, by area.
-std::vector<cVector3> smoothNormals(const std::vector<cVector3>& positions,
-                                    const std::vector<FaceIndices>& faces);
 /// Every face with corners of its own, so that edges stay sharp under smooth normals.
 Mesh faceted(const Mesh& mesh);
 } // namespace forge

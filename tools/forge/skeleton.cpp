@@ -82,12 +82,7 @@ void Skin::addBody(const std::vector<Ring>& rings, int segments, const TexCoord&
                          static_cast<float>(j) / static_cast<float>(rings.size() - 1)),
                       r);
         }
-    for (uint32_t j = 0; j + 1 < rings.size(); ++j)
-        for (uint32_t i = 0; i + 1 < row; ++i) {
-            const uint32_t k = base + j * row + i;
-            mesh_.addTriangle(k, k + 1, k + row + 1);
-            mesh_.addTriangle(k, k + row + 1, k + row);
-        }
+    mesh_.addGrid(base, rings.size(), row);
     const auto last = base + static_cast<uint32_t>(rings.size() - 1) * row;
     const uint32_t first = addVertex(rings.front().centre - ahead * startCap, at(0.5f, 0), rings.front());
     const uint32_t end = addVertex(rings.back().centre + ahead * endCap, at(0.5f, 1), rings.back());

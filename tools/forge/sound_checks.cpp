@@ -1,5 +1,6 @@
 #include "forge/sound_checks.h"
 
+#include "audio/audio_mgr.h"
 #include "core/name_hash.h"
 #include "data/binary_reader.h"
 
@@ -12,7 +13,6 @@ namespace {
 /// Names that the program itself asks for.
 constexpr const char* kAlwaysNeeded[] = {"sounds/hopp.wav", "sounds/landa.wav", "sounds/quorvane.ogg",
                                          "sounds/action.ogg"};
-constexpr size_t kMostEffects = 252; ///< sources that a sound device lends
 constexpr size_t kHeadBytes = 44;
 constexpr float kShortest = 0.1f, kLongest = 4.5f; ///< seconds
 constexpr int kLoudest = 23300;                    ///< -3 dBFS and a little
@@ -87,6 +87,7 @@ void checkSounds(Output& out) {
         const auto [at, fresh] = seen.emplace(nameHash(base), base);
         if (!fresh) out.problem("the sounds " + at->second + " and " + base + " are the same to the game");
     }
-    if (seen.size() > kMostEffects) out.problem("there are more effects than a sound device can hold");
+    if (seen.size() > cAudioMgr::kMostEffects)
+        out.problem("there are more effects than a sound device can hold");
 }
 } // namespace forge

@@ -1,9 +1,10 @@
 #include "forge/writers.h"
 
+#include "models/anim_model.h"
+#include "models/normals.h"
+
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <map>
 
 namespace forge {
 namespace {
@@ -54,14 +55,13 @@ std::string line(const char* format, double a, double b, double c) {
     return text;
 }
 
-void writeTags(cBinaryWriter& out, const CharacterPart& part, bool zUp) {
-    for (const auto& frame : part.tags)
-        for (const Tag& tag : frame) {
-            out.fixedText(tag.name, 64);
-            const cVector3& o = tag.origin;
-            out.vector3(zUp ? cVector3(-o.z, -o.x, o.y) : o);
-            for (const cVector3& axis : tag.axes) out.vector3(axis);
-        }
+/// Smooth normals; a vertex without any face that has an area points up.
+std::vector<cVector3> normalsOf(const std::vector<cVector3>& positions,
+                                const std::vector<FaceIndices>& faces) {
+    std::vector<cVector3> normals = smoothNormals(positions, faces);
+    for (cVector3& n : normals)
+        if (!(n.lengthSq() > 0)) n = {0, 1, 0};
+    return normals;
 }
 } // namespace
 
@@ -90,7 +90,7 @@ void writeObjects(cBinaryWriter& out, const Parts& parts, int firstMaterial, boo
         for (const cVector3& p : mesh.positions) out.vector3(p);
         out.u8(withNormals);
         if (withNormals)
-            for (const cVector3& n : smoothNormals(mesh.positions, mesh.faces)) out.vector3(n);
+            for (const cVector3& n : normalsOf(mesh.positions, mesh.faces)) out.vector3(n);
         for (const TexCoord& t : mesh.texCoords) {
             out.f32(t.u);
             out.f32(t.v);
@@ -148,13 +148,22 @@ ObjFiles objFiles(const Parts& parts, const std::string& mtlName) {
     return files;
 }
 
+void writeTags(cBinaryWriter& out, const CharacterPart& part, bool zUp) {
+    for (const auto& frame : part.tags)
+        for (const Tag& tag : frame) {
+            out.fixedText(tag.name, 64);
+            out.vector3(zUp ? toImported(tag.origin) : tag.origin);
+            for (const cVector3& axis : tag.axes) out.vector3(axis);
+        }
+}
+
 platform::Bytes cffFile(const CharacterPart& part, bool zUp) {
     const auto frameCount = static_cast<int32_t>(part.frames.size());
     const auto tagCount = static_cast<int32_t>(part.tags.front().size());
     const auto vertexCount = static_cast<int32_t>(part.frames.front().size());
     cBinaryWriter out;
     for (int32_t v : {1, tagCount, frameCount, static_cast<int32_t>(part.animations.size()),
-                      frameCount * tagCount, frameCount * tagCount * 112})
+                      frameCount * tagCount, frameCount * tagCount * kTagBytes})
         out.i32(v);
     writeTags(out, part, zUp);
     for (const AnimationRow& row : part.animations) {
@@ -167,9 +176,9 @@ platform::Bytes cffFile(const CharacterPart& part, bool zUp) {
     out.fixedText(part.meshName, 256);
     out.fixedText(part.texture, 256);
     for (const auto& frame : part.frames)
-        for (const cVector3& p : frame) out.vector3(zUp ? cVector3(-p.z, -p.x, p.y) : p);
+        for (const cVector3& p : frame) out.vector3(zUp ? toImported(p) : p);
     for (const auto& frame : part.frames)
-        for (const cVector3& n : smoothNormals(frame, part.faces)) out.vector3(n);
+        for (const cVector3& n : normalsOf(frame, part.faces)) out.vector3(n);
     for (const TexCoord& t : part.texCoords) {
         out.f32(t.u);
         out.f32(t.v);

@@ -37,6 +37,12 @@ struct CharacterPart {
     std::vector<std::vector<Tag>> tags;        ///< by frame
     std::vector<AnimationRow> animations;
 };
+/// A y-up point that faces −z in the imported form.
+inline cVector3 toImported(const cVector3& p) {
+    return {-p.z, -p.x, p.y};
+}
+/// Every frame's tags, as MD3 and CFF files hold them.
+void writeTags(cBinaryWriter& out, const CharacterPart& part, bool zUp);
 /// `zUp` stores positions and tag origins in the imported form (−z, −x, y) that other characters are read
 /// from; normals and axes stay as they are.
 platform::Bytes cffFile(const CharacterPart& part, bool zUp);
