@@ -13,9 +13,11 @@
 
 #include <CLI/CLI.hpp>
 #include <SDL.h>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <string_view>
 #include <unistd.h>
 
 namespace {
@@ -114,17 +116,28 @@ int checkDocuments(const std::vector<std::string>& files) {
     return errorCount == 0 ? 0 : 1;
 }
 
-bool parseWindow(const std::string& text, RunOptions& run) {
-    return text.empty() ||
-           (std::sscanf(text.c_str(), "%dx%d", &run.width, &run.height) == 2 && run.width >= kLeastWidth &&
-            run.height >= kLeastHeight && run.width <= kLargestSide && run.height <= kLargestSide);
+/// The whole text, and nothing else, as a number.
+template <typename Number> bool parseNumber(std::string_view text, Number& number) {
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end;
 }
 
-bool parseScreenshot(const std::string& text, RunOptions& run) {
+bool parseWindow(std::string_view text, RunOptions& run) {
+    if (text.empty()) return true;
+    const size_t x = text.find('x');
+    return x != std::string_view::npos && parseNumber(text.substr(0, x), run.width) &&
+           parseNumber(text.substr(x + 1), run.height) && run.width >= kLeastWidth &&
+           run.height >= kLeastHeight && run.width <= kLargestSide && run.height <= kLargestSide;
+}
+
+bool parseScreenshot(std::string_view text, RunOptions& run) {
     const size_t at = text.rfind('@');
-    if (at == std::string::npos || at == 0 || at + 1 == text.size()) return false;
-    run.screenshots.push_back(
-        {text.substr(0, at), static_cast<uint32_t>(std::strtoul(text.c_str() + at + 1, nullptr, 10))});
+    RunOptions::Screenshot shot;
+    if (at == std::string_view::npos || at == 0 || !parseNumber(text.substr(at + 1), shot.frame))
+        return false;
+    shot.path = text.substr(0, at);
+    run.screenshots.push_back(shot);
     return true;
 }
 
@@ -133,9 +146,10 @@ int play(const CommandLine& line) {
     run.fast = line.fast;
     run.level = line.level;
     run.spawn = line.spawn;
-    if (!parseWindow(line.window, run)) return fail("--window wants a size like 1024x768, at least 320x240.");
+    if (!parseWindow(line.window, run))
+        return fail("--window wants a size like 1024x768, from 320x240 to 16384x16384.");
     for (const std::string& text : line.screenshots) {
-        if (!parseScreenshot(text, run)) return fail("--screenshot wants FILE@FRAME.");
+        if (!parseScreenshot(text, run)) return fail("--screenshot wants FILE@FRAME, like hut.png@120.");
     }
     if (!line.tour.empty()) return playTour(line.tour, run);
     platform::redirectConsoleStreams();

@@ -31,7 +31,6 @@ expect 1 'Could not find file "none.obj"' --exec 'dropOctree none.obj made\floor
 expect 1 'Unable to recognize command "fly"' --exec 'fly high'
 expect 1 'Command bind takes|Unable to recognize' --exec 'bind'
 expect 0 '^help: ' --exec 'help help'
-expect 0 '' --check testlevel.xml intro.xml
 printf '<level name="a">\n<object name="o"\n on_set="fly()" />\n<object name="p" on_set="swim(1)" /></level>' >"$user/bad.xml"
 expect 1 'bad.xml:4: Unrecognised procedure "swim" in CML file' --check bad.xml
 expect 1 'CML file contains errors' --check missing.xml
@@ -40,9 +39,10 @@ expect 0 'odd.xml:2: warning: the lower body of the model chars.hen.hen has no a
 expect 0 'odd.xml:5: warning: dialogue "d": a blank is missing after the tag "\^1"' --check odd.xml
 expect 0 'odd.xml:6: warning: dialogue "d": \^7 on the same page as text' --check odd.xml
 expect 1 '^[0-9]+ errors, [0-9]+ warnings$' --check bad.xml odd.xml
-output=$("$game" --data "$data" --user "$user" --check testlevel.xml intro.xml 2>&1)
+output=$("$game" --data "$data" --user "$user" --check intro.xml testlevel.xml deepwood.xml summit.xml 2>&1)
 [ -z "$output" ] || { echo "FAILED: the shipped levels: $output"; failures=$((failures + 1)); }
-expect 1 'wants a size' --window 10x10
+for size in 10x10 800x 800x600x 99999999999x600; do expect 1 'wants a size' --window $size; done
+for shot in a.png @3 a.png@ a.png@3rd a.png@-1; do expect 1 'wants FILE@FRAME' --screenshot $shot; done
 [ -e "$user/quorvane.html" ] && { echo 'FAILED: tool modes write no log page'; failures=$((failures + 1)); }
 [ -e "$user/settings.cfl" ] && { echo 'FAILED: tool modes save no settings'; failures=$((failures + 1)); }
 output=$("$game" --user "$user/empty" 2>&1)
