@@ -93,7 +93,7 @@ void cPhysicsWorld::addBody(const cCollisionBody& body) {
     if (added.owner && added.owner->getController()) added.flags = added.owner->getController()->moveFlags();
     if (added.owner) {
         added.owner->body = &added;
-        added.owner->boundingRadius = added.shape.length / 2 + added.shape.radius;
+        added.owner->setBoundingRadius(added.shape.length / 2 + added.shape.radius);
     }
     // A level adds thousands: the others are refreshed once, unless they have moved away.
     refreshDue_ = true;
@@ -125,8 +125,8 @@ void cPhysicsWorld::refreshOwners() {
         if (!body.owner) continue;
         body.owner->body = &body;
         body.shape.update();
-        if (body.owner->boundingRadius == 0)
-            body.owner->boundingRadius = body.shape.length / 2 + body.shape.radius;
+        if (body.owner->boundingRadius() == 0)
+            body.owner->setBoundingRadius(body.shape.length / 2 + body.shape.radius);
     }
 }
 

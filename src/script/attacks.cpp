@@ -98,7 +98,7 @@ void launch(cCmlObject& self, const cItemDef& item, const Aim& aim, int32_t skil
     }
     const cObject& owner = *self.getOwner();
     const cVector3 start =
-        owner.getPosition() + aim.direction * (owner.boundingRadius + item.radius + kLaunchGap);
+        owner.getPosition() + aim.direction * (owner.boundingRadius() + item.radius + kLaunchGap);
     cVector3 velocity = item.duration < kShortestStraight ? throwArc(item, start, aim.point, aim.direction)
                                                           : aim.direction * item.maxSpeed;
     if (velocity.lengthSq() > 0) velocity += spread(skill, kThrowSpread);

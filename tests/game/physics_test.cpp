@@ -376,7 +376,7 @@ TEST_P(Physics, BodyAddressesFollowEveryChange) {
         bodies.push_back(std::make_unique<Body>(world, cVector3(static_cast<float>(i), 0, 0)));
         check();
     }
-    EXPECT_FLOAT_EQ(bodies[0]->object.boundingRadius, 0.6f + kRadius);
+    EXPECT_FLOAT_EQ(bodies[0]->object.boundingRadius(), 0.6f + kRadius);
     TestRandom random;
     while (!bodies.empty()) {
         bodies.erase(bodies.begin() + random.index(static_cast<int>(bodies.size())));
