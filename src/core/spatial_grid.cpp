@@ -5,7 +5,7 @@
 
 namespace {
 constexpr double kSmallestCell = 4; ///< units: how wide
-constexpr double kTall = 4; ///< times as tall as wide: levels are flat, though things may fly over each other
+constexpr double kTall = 4; ///< times as high as wide: levels are flat, though things fly over each other
 constexpr double kOutermost = 1e9; ///< cells from the origin; what is farther counts as there
 constexpr double kRounding = 1e-5; ///< callers reckon in single precision: more than they can be off
 
@@ -133,6 +133,8 @@ std::span<const uint32_t> cSpatialGrid::near(const cVector3& from, const cVector
             return everyone_;
     }
     take(kEverywhere);
+    // To sort a crowd would cost more than to look at everyone.
+    if (found_.size() > things_.size() / 4) return everyone_;
     std::sort(found_.begin(), found_.end());
     found_.erase(std::unique(found_.begin(), found_.end()), found_.end());
     return found_;
