@@ -47,20 +47,20 @@ std::string ring(int64_t count, float spacing, const std::string& inside) {
     return text;
 }
 
-void launchMany(int64_t count, float spacing) {
+/// One over each of the first objects of the level, so many units above it.
+void launchOver(int64_t count, float height) {
     const cItemDef& bomb = *cItemDefs::instance().at(kBomb);
-    const auto side = static_cast<int64_t>(std::ceil(std::sqrt(static_cast<double>(count))));
-    for (int64_t i = 0; i < count; ++i)
-        launchProjectile(bomb,
-                         {static_cast<float>(i % side) * spacing, 50, static_cast<float>(i / side) * spacing},
-                         {0, 0.0001f, 0});
+    for (int64_t i = 0; i < count; ++i) {
+        const cObject* object = cObjectMgr::instance().get(static_cast<size_t>(i));
+        launchProjectile(bomb, object->getPosition() + cVector3(0, height, 0), {0, 0.0001f, 0});
+    }
 }
 
-/// All of them in the air, none near another.
+/// All of them in the air among as many objects, none near another.
 void projectilesInFlight(benchmark::State& state) {
     Game game;
-    game.load("");
-    launchMany(state.range(0), 2);
+    game.load(ring(state.range(0), 2, "<action name=\"a\" />"));
+    launchOver(state.range(0), 2);
     game.frame();
     for (auto _ : state) game.frame();
     if (cProjectile::inFlight() != state.range(0)) state.SkipWithError("projectiles were lost");
@@ -75,10 +75,7 @@ void explosions(benchmark::State& state) {
         game.load(ring(
             state.range(0), 1.2f,
             "<action name=\"a\"><reaction type=\"projectile_hit\" do=\"inc_local(n,param)\" /></action>"));
-        const cItemDef& bomb = *cItemDefs::instance().at(kBomb);
-        for (int64_t i = 0; i < state.range(0); ++i)
-            launchProjectile(bomb, cObjectMgr::instance().get(static_cast<size_t>(i))->getPosition(),
-                             {0, 0.01f, 0});
+        launchOver(state.range(0), 0);
         cObjectMgr::instance().update(kFrameMs, &game.state); // they join
         state.ResumeTiming();
         game.frame();
@@ -119,9 +116,9 @@ void inventoryRecord(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK(projectilesInFlight)->Arg(200)->Arg(1000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(explosions)->Arg(50)->Arg(200)->Unit(benchmark::kMicrosecond);
-BENCHMARK(fight)->Arg(100)->Arg(400)->Unit(benchmark::kMicrosecond);
+BENCHMARK(projectilesInFlight)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(explosions)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(fight)->Arg(100)->Arg(400)->Arg(1600)->Unit(benchmark::kMicrosecond);
 BENCHMARK(inventoryRecord)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond)->Complexity();
 
 #ifdef GAME_DATA

@@ -5,6 +5,7 @@
 #include "script/event_mgr.h"
 #include "world/object.h"
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -38,6 +39,11 @@ void removeComponent(cMove& m, const cVector3& n) {
 void post(const cCollisionBody& mover, cEvent::Type type, cController* other) {
     cController* controller = mover.owner ? mover.owner->getController() : nullptr;
     if (controller) cEventMgr::instance().post(type, controller, other);
+}
+
+/// How far from its first point: capsules that touch are no farther apart than both together.
+float reachOf(const cCapsule& capsule) {
+    return std::fabs(capsule.length) + std::fabs(capsule.radius);
 }
 
 bool capsulesTouch(const cCapsule& a, const cCapsule& b) {
@@ -87,7 +93,7 @@ void cPhysicsWorld::addBody(const cCollisionBody& body) {
     if (added.owner && added.owner->getController()) added.flags = added.owner->getController()->moveFlags();
     if (added.owner) {
         added.owner->body = &added;
-        added.owner->boundingRadius = added.shape.length / 2 + added.shape.radius;
+        added.owner->setBoundingRadius(added.shape.length / 2 + added.shape.radius);
     }
     // A level adds thousands: the others are refreshed once, unless they have moved away.
     refreshDue_ = true;
@@ -119,8 +125,8 @@ void cPhysicsWorld::refreshOwners() {
         if (!body.owner) continue;
         body.owner->body = &body;
         body.shape.update();
-        if (body.owner->boundingRadius == 0)
-            body.owner->boundingRadius = body.shape.length / 2 + body.shape.radius;
+        if (body.owner->boundingRadius() == 0)
+            body.owner->setBoundingRadius(body.shape.length / 2 + body.shape.radius);
     }
 }
 
@@ -140,7 +146,7 @@ void cPhysicsWorld::step(uint32_t, GameState) {
             body.cancelMove();
             continue;
         }
-        if (!gridBuilt) grid_.build(bodies_);
+        if (!gridBuilt) buildGrid();
         gridBuilt = true;
         octree_.queryBodies(body.shape, movedBy(body.shape, body.move), meshes_);
         const bool grounded = (body.flags & MOVE_GROUNDED) != 0;
@@ -151,8 +157,13 @@ void cPhysicsWorld::step(uint32_t, GameState) {
         }
         // Whatever way a solver ended, the request lives for one step.
         bodies_[i].cancelMove();
-        grid_.moved(i, bodies_[i]);
+        grid_.move(static_cast<uint32_t>(i), bodies_[i].shape.p0, reachOf(bodies_[i].shape));
     }
+}
+
+void cPhysicsWorld::buildGrid() {
+    grid_.reset(bodies_.size());
+    for (const cCollisionBody& body : bodies_) grid_.add(body.shape.p0, reachOf(body.shape));
 }
 
 void cPhysicsWorld::stepSwept(size_t index) {
@@ -248,7 +259,7 @@ void cPhysicsWorld::stepDiscreteGrounded(size_t index) {
 bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
     cCollisionBody& mover = bodies_[index];
     bool blocked = false;
-    for (const uint32_t j : grid_.near(trial)) {
+    for (const uint32_t j : grid_.near(trial.p0, reachOf(trial), 1)) {
         cCollisionBody& other = bodies_[j];
         // The capsules first: they lie in the array, and most are far away.
         if (j == index || (other.flags & MOVE_PASSABLE) || !capsulesTouch(trial, other.shape)) continue;

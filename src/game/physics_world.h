@@ -1,6 +1,6 @@
 #pragma once
 #include "core/game_state.h"
-#include "game/body_grid.h"
+#include "core/spatial_grid.h"
 #include "game/sweep.h"
 #include "world/collision_body.h"
 #include "world/octree.h"
@@ -46,6 +46,7 @@ private:
     void slide(cCollisionBody& body, cMove move, cVector3 contact, const cVector3& ground, bool steep);
     void stepDiscrete(size_t index);
     void stepDiscreteGrounded(size_t index);
+    void buildGrid();
     bool touchesBodies(size_t index, const cCapsule& trial);
     void refuse(cCollisionBody& body) const;
     void collided(cCollisionBody& body, const cVector3& normal) const;
@@ -53,7 +54,7 @@ private:
     cOctree octree_;
     std::vector<cCollisionBody> bodies_;
     bool refreshDue_ = false; ///< bodies were added since the last step
-    cBodyGrid grid_;          ///< of the current step
+    cSpatialGrid grid_;       ///< of the bodies, for the current step
     std::string collisionFile_;
     MeshList meshes_; ///< candidates of the body being moved
 };

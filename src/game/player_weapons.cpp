@@ -51,7 +51,7 @@ void cPlayer::throwProjectile(const cItemDef& item) {
     if (world.inventory.selectedCount() <= 0) return;
     world.inventory.consume(1);
     world.hud.showStats();
-    const cVector3 ahead = owner_->getDirection() * (owner_->boundingRadius + item.radius);
+    const cVector3 ahead = owner_->getDirection() * (owner_->boundingRadius() + item.radius);
     const cVector3 direction = camera_.isFirstPerson()
                                    ? camera_.getForward()
                                    : (owner_->getDirection() + kUp * kThrowLift).normalized();

@@ -18,9 +18,8 @@
 namespace {
 constexpr float kAimRise = 0.5f; ///< at the hero's chest
 constexpr float kShotSpread = 0.003f, kThrowSpread = 0.001f;
-constexpr int64_t kSpreadBase = 101; ///< less the skill, of which documents give any number
-constexpr int32_t kShortestStraight =
-    101; ///< ms; projectiles that fly straight for less are thrown in an arc
+constexpr int64_t kSpreadBase = 101;       ///< less the skill, of which documents give any number
+constexpr int32_t kShortestStraight = 101; ///< ms; what flies straight for less is thrown in an arc
 constexpr float kLaunchGap = 0.1f, kLeastRise = 0.05f, kRiseStep = 0.001f;
 constexpr int kRiseSteps = 100;
 
@@ -98,7 +97,7 @@ void launch(cCmlObject& self, const cItemDef& item, const Aim& aim, int32_t skil
     }
     const cObject& owner = *self.getOwner();
     const cVector3 start =
-        owner.getPosition() + aim.direction * (owner.boundingRadius + item.radius + kLaunchGap);
+        owner.getPosition() + aim.direction * (owner.boundingRadius() + item.radius + kLaunchGap);
     cVector3 velocity = item.duration < kShortestStraight ? throwArc(item, start, aim.point, aim.direction)
                                                           : aim.direction * item.maxSpeed;
     if (velocity.lengthSq() > 0) velocity += spread(skill, kThrowSpread);

@@ -62,19 +62,15 @@ void exploded(cController* source) {
     if (!item) return;
     const cVector3 centre = source->getOwner()->getPosition();
     const float reach = item->damageRadius + item->damageFalloff;
-    std::vector<cObject*> targets;
-    cObjectMgr::instance().collectTargets(targets);
-    for (cObject* target : targets) {
-        const float distanceSq = (target->getPosition() - centre).lengthSq();
-        if (!(distanceSq < reach * reach)) continue;
-        const int32_t damage = explosionDamage(*item, std::sqrt(distanceSq));
-        if (cCmlObject* object = scripted(target->getController())) {
+    cObjectMgr::instance().visitTargets(centre, reach, [&](cObject& target, float distance) {
+        const int32_t damage = explosionDamage(*item, distance);
+        if (cCmlObject* object = scripted(target.getController())) {
             object->setParam(damage);
             object->fireReaction(kTriggerProjectileHit);
         } else {
             cWorld::instance().damage(damage);
         }
-    }
+    });
 }
 
 void handle(const cEvent& e, GameState* state) {

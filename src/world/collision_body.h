@@ -43,9 +43,11 @@ struct cCollisionBody {
 /// The collision part of every world object.
 struct cCollider {
     cCollisionBody* body = nullptr; ///< inside the physics world's array, null without a body
-    float boundingRadius = 0;
-
+    float boundingRadius() const { return boundingRadius_; }
     void requestMove(const cVector3& displacement, uint32_t moveFlags, float snapDistance) const {
         if (body) body->requestMove(displacement, moveFlags, snapDistance);
     }
+
+protected:
+    float boundingRadius_ = 0; ///< the object sets it: who finds it by its place is told
 };

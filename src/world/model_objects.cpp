@@ -31,7 +31,7 @@ public:
 
 void cStaticObject::draw(const ViewInfo& view) {
     drawnNear_ = false;
-    if (!model_ || cFrustum::instance().isSphereOutside(position_, boundingRadius)) return;
+    if (!model_ || cFrustum::instance().isSphereOutside(position_, boundingRadius_)) return;
     const MatrixScope scope(transform_);
     if (!isNear(view.eye, position_)) {
         meshDraw::draw(model_->objects);
@@ -71,7 +71,7 @@ void cStaticObject::setModel(cModel* model) {
 
 void cAnimatedObject::draw(const ViewInfo& view) {
     drawnNear_ = false;
-    if (!pose_.getModel() || cFrustum::instance().isSphereOutside(position_, boundingRadius)) return;
+    if (!pose_.getModel() || cFrustum::instance().isSphereOutside(position_, boundingRadius_)) return;
     if (!isNear(view.eye, position_)) {
         pose_.draw(transform_);
         return;

@@ -1,5 +1,7 @@
 #include "world/object.h"
 
+#include "core/spatial_grid.h"
+
 namespace {
 uint64_t g_nextSerial = 1;
 } // namespace
@@ -20,12 +22,12 @@ void cObject::setPosition(const cVector3& position) {
         body->shape = static_cast<const cCapsule&>(body->shape).moved(offset, offset);
     }
     position_ = position;
-    changed();
+    relocated();
 }
 
 void cObject::moveWithoutBody(const cVector3& offset) {
     position_ += offset;
-    changed();
+    relocated();
 }
 
 void cObject::setDirection(const cVector3& unitDirection) {
@@ -38,6 +40,16 @@ void cObject::setUp(const cVector3& unitUp) {
     changed();
 }
 
+void cObject::setBoundingRadius(float radius) {
+    boundingRadius_ = radius;
+    if (grid_) grid_->move(gridIndex_, position_, boundingRadius_);
+}
+
+void cObject::standIn(cSpatialGrid* grid, uint32_t index) {
+    grid_ = grid;
+    gridIndex_ = index;
+}
+
 bool cObject::isQueryable() const {
     return controller_ && controller_->isActive() && visualKind_ >= kPlain && visualKind_ <= kAnimated;
 }
@@ -45,6 +57,11 @@ bool cObject::isQueryable() const {
 void cObject::changed() {
     shadowDirty_ = true;
     transform_ = cMatrix4::basis(direction_.cross(up_), up_, -direction_, position_);
+}
+
+void cObject::relocated() {
+    changed();
+    if (grid_) grid_->move(gridIndex_, position_, boundingRadius_);
 }
 
 void cController::onCollision(const cVector3&) {}

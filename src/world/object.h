@@ -6,6 +6,7 @@
 #include <memory>
 
 class cController;
+class cSpatialGrid;
 
 /// What drawing a world object needs to know of the frame.
 struct ViewInfo {
@@ -36,7 +37,9 @@ public:
     void moveWithoutBody(const cVector3& offset);
     void setDirection(const cVector3& unitDirection);
     void setUp(const cVector3& unitUp);
-    void setBoundingRadius(float radius) { boundingRadius = radius; }
+    void setBoundingRadius(float radius);
+    /// The grid, which must outlive the object, is told of every change of position and bounding radius.
+    void standIn(cSpatialGrid* grid, uint32_t index);
 
     const cVector3& getPosition() const { return position_; }
     const cVector3& getDirection() const { return direction_; }
@@ -63,7 +66,10 @@ protected:
 
 private:
     void changed();
+    void relocated();
     const uint64_t serial_;
+    cSpatialGrid* grid_ = nullptr;
+    uint32_t gridIndex_ = 0;
     bool gone_ = false;
 };
 

@@ -7,12 +7,22 @@
 #include "script/event_mgr.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
-constexpr float kShotReach =
-    6; ///< times the squared bounding radius: how near a ray must pass an object's centre
+/// Times the squared bounding radius: how near a ray must pass an object's centre.
+constexpr float kShotReachSq = 6;
+constexpr float kShotReach = 2.45f; ///< no less than its root
+constexpr float kRayRounding =
+    1e-5f; ///< of a ray's farthest coordinate: how far beside it a nearest point may be
 
 std::unique_ptr<cObjectMgr> g_instance;
+
+bool isTarget(const cObject& object) {
+    const cController* controller = object.getController();
+    return controller &&
+           (controller->kind() == cController::kCmlObject || controller->kind() == cController::kPlayer);
+}
 
 bool bodyHitBySphere(const cObject& object, const cVector3& centre, float radius) {
     if (!object.body) return true;
@@ -35,6 +45,7 @@ void cObjectMgr::destroyInstance() {
 void cObjectMgr::add(std::unique_ptr<cObject> object) {
     if (indexed_) index(*object);
     objects_.push_back(std::move(object));
+    gridDue_ = true;
 }
 void cObjectMgr::addLater(std::unique_ptr<cObject> object) {
     createQueue_.push_back(std::move(object));
@@ -65,6 +76,7 @@ void cObjectMgr::clear() {
     }
     byId_.clear();
     indexed_ = true;
+    gridDue_ = true;
 }
 
 /// Takes objects out of everything outside of this class that refers to them.
@@ -114,6 +126,7 @@ void cObjectMgr::deleteDoomed() {
         if (object->getController()) object->getController()->forgetGone();
     }
     std::erase_if(objects_, [](const auto& object) { return object->isGone(); });
+    gridDue_ = true;
 }
 
 void cObjectMgr::draw(bool drawHero, const ViewInfo& view) {
@@ -146,11 +159,23 @@ cController* cObjectMgr::findCmlObject(int32_t id) const {
     return found == byId_.end() ? nullptr : found->second;
 }
 
+cSpatialGrid& cObjectMgr::grid() const {
+    if (!gridDue_) return grid_;
+    gridDue_ = false;
+    grid_.reset(objects_.size());
+    for (uint32_t i = 0; i < objects_.size(); ++i) {
+        grid_.add(objects_[i]->getPosition(), objects_[i]->boundingRadius());
+        objects_[i]->standIn(&grid_, i);
+    }
+    return grid_;
+}
+
 cObject* cObjectMgr::findTouching(const cObject* object) const {
-    for (const auto& other : objects_) {
-        if (other.get() == object || !other->isQueryable()) continue;
-        const float reach = object->boundingRadius + other->boundingRadius;
-        if ((other->getPosition() - object->getPosition()).lengthSq() < reach * reach) return other.get();
+    for (const uint32_t i : grid().near(object->getPosition(), object->boundingRadius(), 1)) {
+        cObject* other = objects_[i].get();
+        if (other == object || !other->isQueryable()) continue;
+        const float reach = object->boundingRadius() + other->boundingRadius();
+        if ((other->getPosition() - object->getPosition()).lengthSq() < reach * reach) return other;
     }
     return nullptr;
 }
@@ -160,28 +185,32 @@ cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& star
     const cVector3 end = start + direction * length;
     float longest = cPhysicsWorld::instance().octree().trace(start, end) * length;
     const cSegment ray(start, end);
+    // What counts passes no farther than `longest`.
+    const cVector3 last = ray.length > longest ? lerp(start, end, longest / ray.length) : end;
+    const float beside = (start.length() + ray.length) * kRayRounding;
     cObject* nearest = nullptr;
-    for (const auto& object : objects_) {
-        // What leaves most of them out comes first, and looks at nothing but the object itself.
+    for (const uint32_t i : grid().near(start, last, beside, kShotReach)) {
+        cObject* object = objects_[i].get();
         const cVector3 passing = closestPointOnSegment(ray, object->getPosition());
-        const float radius = object->boundingRadius;
-        if (!((passing - object->getPosition()).lengthSq() < kShotReach * radius * radius)) continue;
-        if (object.get() == shooter || !object->isQueryable()) continue;
+        const float radius = object->boundingRadius();
+        if (!((passing - object->getPosition()).lengthSq() < kShotReachSq * radius * radius)) continue;
+        if (object == shooter || !object->isQueryable()) continue;
         const float distance = (passing - start).length();
         if (!(distance < longest)) continue;
         if (object->body && !capsuleTouchesSegment(object->body->shape, ray)) continue;
-        nearest = object.get();
+        nearest = object;
         longest = distance;
     }
     return nearest;
 }
 
 cObject* cObjectMgr::firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const {
-    for (const auto& object : objects_) {
-        const float reach = object->boundingRadius + radius;
+    for (const uint32_t i : grid().near(centre, radius, 1)) {
+        cObject* object = objects_[i].get();
+        const float reach = object->boundingRadius() + radius;
         if (!((object->getPosition() - centre).lengthSq() < reach * reach)) continue;
-        if (object.get() == excluded || !object->isQueryable()) continue;
-        if (bodyHitBySphere(*object, centre, radius)) return object.get();
+        if (object == excluded || !object->isQueryable()) continue;
+        if (bodyHitBySphere(*object, centre, radius)) return object;
     }
     return nullptr;
 }
@@ -196,11 +225,27 @@ bool cObjectMgr::projectileHits(const cVector3& centre, float radius, const cObj
 }
 
 void cObjectMgr::collectTargets(std::vector<cObject*>& out) const {
-    for (const auto& object : objects_) {
-        const cController* controller = object->getController();
-        if (!controller) continue;
-        if (controller->kind() == cController::kCmlObject || controller->kind() == cController::kPlayer) {
-            out.push_back(object.get());
-        }
+    for (const auto& object : objects_)
+        if (isTarget(*object)) out.push_back(object.get());
+}
+
+void cObjectMgr::visitTargets(const cVector3& centre, float radius,
+                              const std::function<void(cObject&, float)>& visit) const {
+    std::vector<cObject*> targets;
+    for (const uint32_t i : grid().near(centre, radius, 0))
+        if (isTarget(*objects_[i])) targets.push_back(objects_[i].get());
+    const uint64_t changes = grid_.changes();
+    bool all = false;
+    for (size_t i = 0; i < targets.size(); ++i) {
+        cObject* target = targets[i];
+        const float distanceSq = (target->getPosition() - centre).lengthSq();
+        if (!(distanceSq < radius * radius)) continue;
+        visit(*target, std::sqrt(distanceSq));
+        if (all || grid_.changes() == changes) continue;
+        // Others may have come here: from now on it looks at everyone.
+        all = true;
+        targets.clear();
+        collectTargets(targets);
+        i = static_cast<size_t>(std::find(targets.begin(), targets.end(), target) - targets.begin());
     }
 }

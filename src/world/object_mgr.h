@@ -1,6 +1,7 @@
 #pragma once
 #include "core/game_state.h"
 #include "core/geometry.h"
+#include "core/spatial_grid.h"
 #include "world/object.h"
 
 #include <functional>
@@ -40,7 +41,12 @@ public:
                             float length) const;
     cObject* findBlowTarget(const cObject* attacker, const cVector3& centre, float radius) const;
     bool projectileHits(const cVector3& centre, float radius, const cObject* excluded) const;
-    void collectTargets(std::vector<cObject*>& out) const; ///< appends CML objects and the hero
+    void collectTargets(std::vector<cObject*>& out) const; ///< appends the CML objects and the hero
+    /// Calls `visit` for those targets whose centres are nearer than `radius`, in the order of
+    /// the list, each as it stands when its turn comes: a visit may move others. It must not add or remove
+    /// objects.
+    void visitTargets(const cVector3& centre, float radius,
+                      const std::function<void(cObject&, float distance)>& visit) const;
 
     bool shadowsEnabled = false;
 
@@ -49,7 +55,11 @@ private:
     void takeOut(const std::vector<cObject*>& gone) const;
     void index(const cObject& object) const;
     cObject* firstHitBySphere(const cObject* excluded, const cVector3& centre, float radius) const;
+    cSpatialGrid& grid() const;
 
+    /// Of `objects_`, by their positions and bounding radii; made anew when the list has changed.
+    mutable cSpatialGrid grid_;
+    mutable bool gridDue_ = true;
     std::vector<std::unique_ptr<cObject>> objects_;
     std::vector<uint64_t> destroyQueue_; ///< serials
     std::vector<std::unique_ptr<cObject>> createQueue_;

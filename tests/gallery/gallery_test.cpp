@@ -81,7 +81,7 @@ void directions(Hall& h) {
             << row.what << ": " << direction.x << ", " << direction.y << ", " << direction.z;
     }
     EXPECT_EQ(TestWorld::object("compass")->getUp(), cVector3(0, 1, 0));
-    EXPECT_EQ(TestWorld::object("compass")->boundingRadius, 2.5f);
+    EXPECT_EQ(TestWorld::object("compass")->boundingRadius(), 2.5f);
 }
 
 void sight(Hall& h) {

@@ -104,7 +104,7 @@ TEST_F(LevelLoader, ObjectsTakeTheirShapeFromThePhysics) {
         ASSERT_EQ(t.load(objectElement("o", "", "", row.physics)), 0);
         cObject* o = TestWorld::object("o");
         ASSERT_NE(o, nullptr) << row.physics;
-        EXPECT_FLOAT_EQ(o->boundingRadius, row.boundingRadius) << row.physics;
+        EXPECT_FLOAT_EQ(o->boundingRadius(), row.boundingRadius) << row.physics;
         EXPECT_EQ(o->body != nullptr, row.bodyRadius > 0) << row.physics;
         if (o->body) {
             EXPECT_FLOAT_EQ(o->body->shape.radius, row.bodyRadius);

@@ -21,7 +21,7 @@ TEST(Object, TheBodyIsCarriedAlongOnce) {
     cObject object;
     object.setPosition({1, 1, 1});
     cPhysicsWorld::instance().addBody({&object, {{1, 2, 1}, {1, 0, 1}, 0.5f}});
-    EXPECT_EQ(object.boundingRadius, 1.5f);
+    EXPECT_EQ(object.boundingRadius(), 1.5f);
     object.setPosition({4, 1, 1});
     EXPECT_TRUE(object.body->shape.p0.isNear({4, 2, 1})) << "set by hand";
     object.requestMove({0, 0, 2}, MOVE_SWEPT, 0);
