@@ -13,8 +13,8 @@ namespace {
 /// Times the squared bounding radius: how near a ray must pass an object's centre.
 constexpr float kShotReachSq = 6;
 constexpr float kShotReach = 2.45f; ///< no less than its root
-constexpr float kRayRounding =
-    1e-5f; ///< of a ray's farthest coordinate: how far beside it a nearest point may be
+/// Of a ray's farthest coordinate: how far beside the ray a nearest point may be reckoned.
+constexpr float kRayRounding = 1e-5f;
 
 std::unique_ptr<cObjectMgr> g_instance;
 
