@@ -2,7 +2,7 @@
 # Replays every seed and every input that ever failed, then lets libFuzzer look for new ones:
 #     tools/run_fuzz.sh SECONDS [JOBS [FOLDER]]
 # SECONDS for each reader (0: replay only), JOBS of them at a time (default 2), FOLDER with the built programs
-# (default build/fuzz/targets). An input that fails is kept in FOLDER/../failed.
+# (default build/sanitized/targets). An input that fails is kept in FOLDER/../failed.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 limits=(-max_len=16384 -timeout=10 -rss_limit_mb=1024 -malloc_limit_mb=256 -print_final_stats=1)
@@ -48,9 +48,9 @@ if [ "${1:-}" = --one ]; then
     exit
 fi
 seconds=${1:?tools/run_fuzz.sh SECONDS [JOBS [FOLDER]]} jobs=${2:-2}
-folder=$(cd "${3:-$root/build/fuzz/targets}" && pwd) || exit 1
+folder=$(cd "${3:-$root/build/sanitized/targets}" && pwd) || exit 1
 programs=("$folder"/*_fuzz)
-[ -x "${programs[0]}" ] || { echo "There are no fuzz targets in $folder; build the preset fuzz." >&2; exit 1; }
+[ -x "${programs[0]}" ] || { echo "There are no fuzz targets in $folder; build the preset sanitized." >&2; exit 1; }
 printf '%s\0' "${programs[@]}" | xargs -0 -n 1 -P "$jobs" bash "$0" --one "$seconds" || {
     echo "Fuzzing failed; the sentences above name the reader and the input." >&2
     exit 1

@@ -231,7 +231,9 @@ TEST_F(Settings, OfADamagedFileEveryWholeEntryIsKept) {
     const auto expectKept = [&](size_t kept, const std::string& damaged) {
         t.game.write("settings.cfl", damaged);
         TempGame::clearErrors();
-        ASSERT_EQ(input.listSettings(), std::vector<std::string>(names.begin(), names.begin() + kept));
+        ASSERT_EQ(
+            input.listSettings(),
+            std::vector<std::string>(names.begin(), std::next(names.begin(), static_cast<ptrdiff_t>(kept))));
         const std::string row =
             "settings.cfl is damaged; " + std::to_string(kept) + " entries of it can be read";
         EXPECT_EQ(TempGame::errorCount(row), 1);
