@@ -123,12 +123,16 @@ constexpr PHYSFS_Archiver kArchiver = {0,           {kExtension, "Files in memor
 void mountMemoryFiles(const FileMap& files) {
     static const std::string kNoContent;
     g_files = &files;
-    std::string folder = (std::filesystem::temp_directory_path() / "quorvane-fuzz-XXXXXX").string();
+    static std::string folder = (std::filesystem::temp_directory_path() / "quorvane-fuzz-XXXXXX").string();
     if (!mkdtemp(folder.data())) stop("The directory for temporary files cannot be written");
     std::string problem;
     const bool open = platform::openFileSystem("fuzz", {{}, folder}, problem);
-    // The user directory goes away at once: nothing is left behind, and the log has no page.
+    // The user directory goes away at once, so the log has no page; a reader that saves brings it back.
     std::filesystem::remove(folder);
+    std::atexit([] {
+        std::error_code error;
+        std::filesystem::remove_all(folder, error);
+    });
     if (!open) stop(problem.c_str());
     if (!PHYSFS_registerArchiver(&kArchiver) || !PHYSFS_mountIo(makeIo(kNoContent), "files.mem", "/0", 0))
         stop("The files in memory cannot be mounted");
