@@ -38,7 +38,8 @@ TEST_F(ParticleDraw, FacesTheViewAndAddsOrCovers) {
     EXPECT_EQ(drawn({1, true}), 0x808066u) << "adds";
     EXPECT_EQ(drawn({0.5f, true}), 0x404066u) << "adds its share";
     EXPECT_EQ(drawn({-0.1f, false}), 0x000066u) << "gone out, but not yet removed";
-    EXPECT_EQ(drawn({1, false}, 0.4f, -0.4f), 0x808000u);
+    for (const auto& [x, y] : {std::pair{0.4f, 0.4f}, {0.4f, -0.4f}, {-0.4f, 0.4f}, {-0.4f, -0.4f}})
+        EXPECT_EQ(drawn({1, false}, x, y), 0x808000u) << x << ", " << y;
     EXPECT_EQ(drawn({1, false}, 0.6f, 0), 0x000066u) << "beyond its size";
     glRotatef(80, 0, 1, 0);
     EXPECT_EQ(drawn({1, false}, 0.4f, 0.4f), 0x808000u) << "turned with the view, not away from it";
