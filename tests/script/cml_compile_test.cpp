@@ -42,35 +42,28 @@ std::string objectWith(const std::string& onSet, const std::string& inside = "")
 } // namespace
 
 TEST(CmlCompile, SplitsCallListsAndPrefixes) {
-    Compiled one(objectWith("set_timer(500);"));
-    ASSERT_EQ(one.object().calls.size(), 1u) << "a trailing separator adds no call";
-    EXPECT_EQ(one.call().procedure, findProcedure("set_timer"));
-    EXPECT_EQ(one.call().args[0], 500);
-    EXPECT_EQ(one.call().argCount, 1);
-
+    Compiled c(objectWith("set_timer(500);gate.set_active(0);destroy;set_timer();"));
+    ASSERT_EQ(c.object().calls.size(), 4u) << "a trailing separator adds no call";
+    EXPECT_EQ(c.call(0).procedure, findProcedure("set_timer"));
+    EXPECT_EQ(c.call(0).args, std::vector<int32_t>{500});
+    EXPECT_EQ(c.call(1).objectId, nameHash("gate"));
+    EXPECT_EQ(c.call(1).procedure, findProcedure("set_active"));
+    EXPECT_EQ(c.call(2).argCount, 0);
+    EXPECT_EQ(c.call(3).argCount, 0) << "empty parentheses hold no argument";
     Compiled empty(objectWith(";;"));
-    EXPECT_EQ(empty.object().calls.size(), 2u);
     EXPECT_EQ(empty.rows(),
               "1: Unrecognised procedure \"\" in CML file\n1: Unrecognised procedure \"\" in CML file\n");
-
-    Compiled prefixed(objectWith("gate.set_active(0);destroy;set_timer()"));
-    EXPECT_EQ(prefixed.call(0).objectId, nameHash("gate"));
-    EXPECT_EQ(prefixed.call(0).procedure, findProcedure("set_active"));
-    EXPECT_EQ(prefixed.call(1).argCount, 0);
-    EXPECT_EQ(prefixed.call(2).argCount, 0) << "empty parentheses hold no argument";
 }
 
 TEST(CmlCompile, ConvertsArgumentsByKeywordNameAndNumber) {
     Compiled c(
         objectWith("set_direction(player);set_direction(inverted);set_direction(gate);set_direction( player);"
                    "set_direction(_x);set_acceleration(1,-20,3)"));
-    EXPECT_EQ(c.call(0).args[0], kWordPlayer);
-    EXPECT_EQ(c.call(1).args[0], kWordInverted);
-    EXPECT_EQ(c.call(2).args[0], nameHash("gate"));
-    EXPECT_EQ(c.call(3).args[0], 0) << "nothing is trimmed: not the keyword, and no number";
-    EXPECT_EQ(c.call(4).args[0], 0);
-    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{1, -20, 3}));
-    EXPECT_TRUE(c.report.rows.empty()) << c.rows();
+    // Nothing is trimmed: " player" is not the keyword, and no number.
+    const std::vector<int32_t> kArguments[] = {
+        {kWordPlayer}, {kWordInverted}, {static_cast<int32_t>(nameHash("gate"))}, {0}, {0}, {1, -20, 3}};
+    for (size_t i = 0; i < std::size(kArguments); ++i) EXPECT_EQ(c.call(i).args, kArguments[i]) << i;
+    EXPECT_EQ(c.rows(), "");
 }
 
 TEST(CmlCompile, ChoosesTheFormOfVariables) {
@@ -95,17 +88,15 @@ TEST(CmlCompile, ResolvesNamesOfTheDocument) {
         "use_item(bow,target)",
         "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" skill=\"120\" />"
         "<action name=\"open\" />"));
-    EXPECT_EQ(c.call(0).args[0], 2) << "every child counts";
-    EXPECT_EQ(c.call(1).args[0], -1);
-    EXPECT_EQ(c.call(2).args[0], 4);
-    EXPECT_EQ(c.call(2).args[1], 2);
-    EXPECT_EQ(c.call(3).args[0], 0) << "an unknown item becomes the first one";
+    const std::vector<int32_t> kArguments[] = {{2}, // every child counts
+                                               {-1},
+                                               {4, 2},
+                                               {0}, // an unknown item becomes the first one
+                                               {static_cast<int32_t>(nameHash("creak")), 50},
+                                               {100, 1, kWordTarget}}; // skill at most 100, item, target
+    for (size_t i = 0; i < std::size(kArguments); ++i) EXPECT_EQ(c.call(i).args, kArguments[i]) << i;
     EXPECT_EQ(c.rows(), "1: CML object object specified unexisting object \"Sword\"\n");
-    EXPECT_EQ(c.call(4).args[0], nameHash("creak"));
-    EXPECT_EQ(c.call(4).args[1], 50);
     EXPECT_EQ(c.sounds, std::vector<std::string>{"creak"});
-    EXPECT_EQ(c.call(5).args, (std::vector<int32_t>{100, 1, kWordTarget}))
-        << "skill at most 100, item, target";
 }
 
 TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
@@ -189,25 +180,17 @@ TEST(CmlCompile, ReadsNumbersOfObjectsReactionsFramesAndFilters) {
 
 TEST(CmlCompile, DialogueCallsBecomeIndices) {
     Compiled c(objectWith("", "<dialogue name=\"d\">Hello ^9set_timer(1) and ^9destroy() ^7</dialogue>"));
-    const cCmlElement& dialogue = *c.object().childAt(0);
-    EXPECT_EQ(dialogue.text, "Hello ^90 and ^91 ^7");
-    ASSERT_EQ(dialogue.calls.size(), 2u);
-    EXPECT_EQ(dialogue.calls[1].procedure, findProcedure("destroy"));
+    EXPECT_EQ(c.object().childAt(0)->text, "Hello ^90 and ^91 ^7");
+    EXPECT_EQ(c.object().childAt(0)->calls.at(1).procedure, findProcedure("destroy"));
 }
 
 TEST(CmlVocabulary, EveryRowIsUniqueAndComplete) {
-    std::set<std::string_view> names;
-    for (const auto& row : cmlProcedures()) {
-        EXPECT_TRUE(names.insert(row.name).second) << row.name;
-        EXPECT_TRUE(row.handler && !row.help.empty()) << row.name;
-    }
-    EXPECT_EQ(names.size(), 56u);
-    names.clear();
-    for (const auto& row : cmlFunctions()) {
-        EXPECT_TRUE(names.insert(row.name).second) << row.name;
-        EXPECT_TRUE(row.handler && !row.help.empty()) << row.name;
-    }
-    EXPECT_EQ(names.size(), 29u);
-    EXPECT_EQ(cmlElements().size(), 20u);
-    EXPECT_EQ(cmlElements()[kCmlFog].tag, "fog");
+    auto expectOf = [names = std::set<std::string_view>()](const auto& rows) mutable {
+        for (const auto& row : rows) {
+            EXPECT_TRUE(names.insert(row.name).second) << row.name;
+            EXPECT_TRUE(row.handler && !row.help.empty()) << row.name;
+        }
+    };
+    expectOf(cmlProcedures());
+    expectOf(cmlFunctions());
 }

@@ -14,6 +14,7 @@
 #include "script/event_mgr.h"
 #include "ui/input_mgr.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -142,7 +143,9 @@ void TestWorld::writeEnvironment(const std::string& name, float deathHeight, boo
 }
 
 int TestWorld::load(const std::string& elements, const std::string& fileName) const {
-    game.write(fileName, "<level name=\"l\">" + elements + "</level>");
+    std::string document = "<level name='l'>" + elements + "</level>";
+    std::replace(document.begin(), document.end(), '\'', '"');
+    game.write(fileName, document);
     return cWorld::instance().loadLevel(fileName);
 }
 

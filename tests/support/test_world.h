@@ -34,7 +34,7 @@ public:
                           const cVector3& light = {0, 30, 0}) const;
 
     // Levels.
-    /// Loads a level with these elements inside its root.
+    /// Loads a level with these elements inside its root; in them ' stands for ".
     int load(const std::string& elements, const std::string& fileName = "level.xml") const;
     /// One object update, one physics step, one round of events, of 16 ms.
     void frame();
