@@ -41,80 +41,59 @@ std::string objectWith(const std::string& onSet, const std::string& inside = "")
 }
 } // namespace
 
-TEST(CmlCompile, SplitsCallListsAndPrefixes) {
-    Compiled c(objectWith("set_timer(500);gate.set_active(0);destroy;set_timer();"));
-    ASSERT_EQ(c.object().calls.size(), 4u) << "a trailing separator adds no call";
-    EXPECT_EQ(c.call(0).procedure, findProcedure("set_timer"));
-    EXPECT_EQ(c.call(0).args, std::vector<int32_t>{500});
-    EXPECT_EQ(c.call(1).objectId, nameHash("gate"));
-    EXPECT_EQ(c.call(1).procedure, findProcedure("set_active"));
-    EXPECT_EQ(c.call(2).argCount, 0);
-    EXPECT_EQ(c.call(3).argCount, 0) << "empty parentheses hold no argument";
-    Compiled empty(objectWith(";;"));
-    EXPECT_EQ(empty.rows(),
-              "1: Unrecognised procedure \"\" in CML file\n1: Unrecognised procedure \"\" in CML file\n");
-}
-
-TEST(CmlCompile, ConvertsArgumentsByKeywordNameAndNumber) {
-    Compiled c(
-        objectWith("set_direction(player);set_direction(inverted);set_direction(gate);set_direction( player);"
-                   "set_direction(_x);set_acceleration(1,-20,3)"));
-    // Nothing is trimmed: " player" is not the keyword, and no number.
-    const std::vector<int32_t> kArguments[] = {
-        {kWordPlayer}, {kWordInverted}, {static_cast<int32_t>(nameHash("gate"))}, {0}, {0}, {1, -20, 3}};
-    for (size_t i = 0; i < std::size(kArguments); ++i) EXPECT_EQ(c.call(i).args, kArguments[i]) << i;
-    EXPECT_EQ(c.rows(), "");
-}
-
-TEST(CmlCompile, ChoosesTheFormOfVariables) {
-    Compiled c(objectWith("inc_local(count,-1);inc_local(count,param);inc_local(count,other);set_global(g,2);"
-                          "randomize_local(count,param);gate.set_local(third,1)"));
-    EXPECT_EQ(c.call(0).procedure, findProcedure("inc_local"));
-    EXPECT_EQ(c.call(0).args[1], -1);
-    EXPECT_EQ(c.call(1).procedure, findProcedure("inc_local_p"));
-    EXPECT_EQ(c.call(2).procedure, findProcedure("inc_local_r"));
-    EXPECT_EQ(c.call(2).args[1], 1) << "indices follow the order of first appearance";
-    EXPECT_EQ(c.globals.at("g"), 0);
-    EXPECT_EQ(c.call(4).procedure, nullptr);
-    EXPECT_EQ(c.rows(), "1: Unrecognised procedure \"randomize_local_p\" in CML file\n");
-    EXPECT_EQ(c.object().localNames.at("third"), 2)
-        << "also a prefixed call uses the enclosing object's table";
-    EXPECT_EQ(c.object().localValues, std::vector<int32_t>(3, 0));
-}
-
-TEST(CmlCompile, ResolvesNamesOfTheDocument) {
-    Compiled c(objectWith(
-        "set_action(open);set_action(none);get_object(Key,2);get_object(Sword);play_sound(creak,50);"
-        "use_item(bow,target)",
-        "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" skill=\"120\" />"
-        "<action name=\"open\" />"));
-    const std::vector<int32_t> kArguments[] = {{2}, // every child counts
-                                               {-1},
-                                               {4, 2},
-                                               {0}, // an unknown item becomes the first one
-                                               {static_cast<int32_t>(nameHash("creak")), 50},
-                                               {100, 1, kWordTarget}}; // skill at most 100, item, target
-    for (size_t i = 0; i < std::size(kArguments); ++i) EXPECT_EQ(c.call(i).args, kArguments[i]) << i;
-    EXPECT_EQ(c.rows(), "1: CML object object specified unexisting object \"Sword\"\n");
-    EXPECT_EQ(c.sounds, std::vector<std::string>{"creak"});
+TEST(CmlCompile, SplitsListsAndConvertsArguments) {
+    struct {
+        const char *call, *procedure;
+        std::vector<int32_t> args;
+        int32_t object = 0;
+    } const kRows[] = {
+        {"set_timer(500)", "set_timer", {500, 0, 0}},
+        {"gate.set_active(0)", "set_active", {0, 0, 0}, nameHash("gate")},
+        {"destroy", "destroy", {0, 0, 0}},
+        {"set_direction(inverted)", "set_direction", {kWordInverted, 0, 0}},
+        {"set_direction(gate)", "set_direction", {nameHash("gate"), 0, 0}},
+        {"set_direction( player)", "set_direction", {0, 0, 0}}, // not the keyword, and no number
+        {"set_direction(_x)", "set_direction", {0, 0, 0}},
+        {"set_acceleration(1,-20,3)", "set_acceleration", {1, -20, 3}},
+        {"inc_local(count,-1)", "inc_local", {0, -1, 0}},
+        {"inc_local(count,param)", "inc_local_p", {0, 0, 0}},
+        {"inc_local(count,other)", "inc_local_r", {0, 1, 0}}, // in the order of first appearance
+        {"set_action(open)", "set_action", {2, 0, 0}},        // every child counts
+        {"set_action(none)", "set_action", {-1, 0, 0}},
+        {"get_object(Key,2)", "get_object", {4, 2, 0}},
+        {"play_sound(creak,50)", "play_sound", {nameHash("creak"), 50, 0}},
+        {"use_item(bow,target)", "use_item", {100, 1, kWordTarget}}, // skill at most 100, item, target
+    };
+    for (const auto& row : kRows) {
+        Compiled c(objectWith(row.call + std::string(";"),
+                              "<dialogue name=\"d\">x</dialogue><item name=\"bow\" src=\"Bow\" "
+                              "skill=\"120\" /><action name=\"open\" />"));
+        ASSERT_EQ(c.object().calls.size(), 1u) << "a trailing separator adds no call";
+        EXPECT_EQ(c.call().procedure, findProcedure(row.procedure)) << row.call;
+        EXPECT_EQ(c.call().objectId, row.object) << row.call;
+        EXPECT_EQ(c.call().args, row.args) << row.call;
+        EXPECT_EQ(c.rows(), "") << row.call;
+        EXPECT_EQ(c.sounds.size(), row.procedure == std::string("play_sound")) << row.call;
+    }
+    EXPECT_EQ(Compiled(objectWith("set_timer()")).call().argCount, 0) << "empty parentheses hold no argument";
 }
 
 TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
-    struct {
-        const char* onSet;
-        const char* row;
-    } const kRows[] = {
-        {"fly(1)", "Unrecognised procedure \"fly\" in CML file"},
-        {"run_cinematic(flight)", "CML object door tries to run unknown cinematic \"flight\""},
-        {"run_dialogue(talk)", "CML object door does not include dialogue object \"talk\""},
-    };
-    for (const auto& row : kRows) {
-        Compiled c("<level name=\"l\">\n\n" + objectWith(row.onSet).substr(16));
+    for (const auto& [onSet, row] :
+         {std::pair("fly(1)", "Unrecognised procedure \"fly\" in CML file"),
+          {"", "Unrecognised procedure \"\" in CML file"},
+          {"randomize_local(count,param)", "Unrecognised procedure \"randomize_local_p\" in CML file"},
+          {"run_cinematic(flight)", "CML object door tries to run unknown cinematic \"flight\""},
+          {"run_dialogue(talk)", "CML object door does not include dialogue object \"talk\""}}) {
+        Compiled c("<level name=\"l\">\n\n" + objectWith(onSet + std::string(";")).substr(16));
         EXPECT_EQ(c.result, 0) << "compiling never stops at a bad call";
-        EXPECT_EQ(c.rows(), "3: " + std::string(row.row) + "\n");
-        EXPECT_EQ(TempGame::errorCount(row.row), 1);
+        EXPECT_EQ(c.rows(), "3: " + std::string(row) + "\n");
+        EXPECT_EQ(TempGame::errorCount(row), 1);
         EXPECT_EQ(c.call().procedure, nullptr);
     }
+    Compiled item(objectWith("get_object(Sword)"));
+    EXPECT_EQ(item.rows(), "1: CML object object specified unexisting object \"Sword\"\n");
+    EXPECT_EQ(item.call().args[0], 0) << "an unknown item becomes the first one";
     Compiled outside("<level name=\"l\"><action name=\"a\" on_set=\"destroy()\" /></level>");
     EXPECT_EQ(outside.rows(), "1: CML object a has actions outside objects\n");
     Compiled test(objectWith("", "<action name=\"a\"><reaction type=\"timer\"><requirement "
@@ -129,19 +108,6 @@ TEST(CmlCompile, UnknownElementsFailTheDocumentOnce) {
     Compiled missing("<level");
     EXPECT_LT(missing.result, 0);
     EXPECT_FALSE(missing.report.rows.empty());
-}
-
-TEST(CmlCompile, ActionsInheritWhatTheyDoNotDefine) {
-    Compiled c(objectWith(
-        "", "<reaction type=\"timer\" do=\"destroy()\" /><reaction type=\"context\" do=\"destroy()\" />"
-            "<reaction type=\"nonsense\" do=\"destroy()\" />"
-            "<action name=\"a\"><reaction type=\"timer\" do=\"set_timer(1)\" /></action>"
-            "<action name=\"b\" />"));
-    const cCmlElement &a = *c.object().childAt(3), &b = *c.object().childAt(4);
-    EXPECT_EQ(a.slots[kTriggerTimer], a.childAt(0));
-    EXPECT_EQ(a.slots[kTriggerContext], c.object().childAt(1));
-    EXPECT_EQ(b.slots[kTriggerTimer], c.object().childAt(0));
-    EXPECT_EQ(b.slots[kTriggerMeleeHit], nullptr);
 }
 
 TEST(CmlCompile, ReadsNumbersOfObjectsReactionsFramesAndFilters) {
