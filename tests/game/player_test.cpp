@@ -17,10 +17,8 @@ constexpr float kRadius = 0.4f, kStanding = 1.25f; ///< of the hero's body; his 
 class Player : public ::testing::Test {
 protected:
     Player() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+        t.writeModels();
         t.setFloor(0);
-        world.spawnPoint = "hut";
         EXPECT_EQ(t.load(spawnElement() +
                          objectElement("lever", "default_action='a'",
                                        "<action name='a' on_set='set_local(n,0)'><reaction type='context' "

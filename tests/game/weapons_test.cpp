@@ -30,11 +30,9 @@ enum { kPistol, kGrenade, kStick };
 class Weapons : public ::testing::Test {
 protected:
     Weapons() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+        t.writeModels();
         t.game.write("objects.xml", kItems);
         t.setFloor(0);
-        world.spawnPoint = "hut";
         const std::string foe = objectElement(
             "foe", "default_action='a'",
             "<action name='a'><reaction type='ballistic_hit' do='set_local(shot,param)' />"

@@ -7,10 +7,7 @@ const std::string kNext = "<cinematic name='d' length='3' />";
 
 class Cinematic : public ::testing::Test {
 protected:
-    Cinematic() {
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
-        world.spawnPoint = "hut";
-    }
+    Cinematic() { t.writeModels(); }
     void start(int length, const std::string& inside, const std::string& more = "") {
         ASSERT_EQ(t.load(spawnElement("1,2,3", "0,0,1") + "<cinematic name='c' length='" +
                          std::to_string(length) + "'>" + inside + "</cinematic>" + more),

@@ -23,11 +23,7 @@ std::string action(const std::string& inside, const std::string& onSet = "", con
 
 class CmlRuntime : public ::testing::Test {
 protected:
-    CmlRuntime() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
-        cWorld::instance().spawnPoint = "hut";
-    }
+    CmlRuntime() { t.writeModels(); }
     /// One object "o" whose default action is "a".
     void object(const std::string& inside, const std::string& physics = kBall,
                 const std::string& others = "") {

@@ -9,9 +9,7 @@ namespace {
 class Events : public ::testing::Test {
 protected:
     Events() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
-        cWorld::instance().spawnPoint = "hut";
+        t.writeModels();
         const std::string inside = "<action name='a'><reaction type='ballistic_hit' do='inc_local(n,1)' />"
                                    "<reaction type='melee_hit' do='inc_local(n,1)' /></action>";
         EXPECT_EQ(

@@ -149,6 +149,12 @@ int TestWorld::load(const std::string& elements, const std::string& fileName) co
     return cWorld::instance().loadLevel(fileName);
 }
 
+void TestWorld::writeModels() const {
+    writeCpm("thing.cpm");
+    writeCharacter("maincharfinal\\mainchar_noweapon");
+    cWorld::instance().spawnPoint = "hut";
+}
+
 void TestWorld::frame() {
     cObjectMgr::instance().update(16, &state);
     cPhysicsWorld::instance().step(16, state);

@@ -36,6 +36,9 @@ public:
     // Levels.
     /// Loads a level with these elements inside its root; in them ' stands for ".
     int load(const std::string& elements, const std::string& fileName = "level.xml") const;
+    /// What `spawnElement` and `objectElement` name: a hero's and a thing's model; the hero starts in the
+    /// hut.
+    void writeModels() const;
     /// One object update, one physics step, one round of events, of 16 ms.
     void frame();
     static cObject* object(const std::string& name);
