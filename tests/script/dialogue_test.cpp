@@ -96,40 +96,13 @@ TEST_F(Dialogue, WordsWrapAndPagesTurn) {
     EXPECT_FALSE(d.isActive()) << "^0 at the very end leads nowhere else";
 }
 
-TEST_F(Dialogue, TagsColourBreakAndName) {
-    constexpr uint32_t kWhite = 0xFFFFFF, kHero = 0xC0C0FF;
-    const struct {
-        const char* text;
-        int line;
-        uint32_t colour;
-    } kWords[] = {{"a ", 0, kWhite},   {"b ", 0, 0xFF4040}, {"c ", 0, kWhite},
-                  {"Ann: ", 1, kHero}, {"d ", 1, kHero},    {"e ", 2, kWhite},
-                  {"f ", 3, kWhite},   {"Ann ", 3, kWhite}, {"^z ", 3, kWhite}};
-    say("a ^22 b ^29 c ^3 d ^4 e ^1 f ^A ^z ");
-    const auto words = d.layOutPage();
-    ASSERT_EQ(words.size(), std::size(kWords));
-    for (size_t i = 0; i < words.size(); ++i) {
-        EXPECT_EQ(words[i].text, kWords[i].text);
-        EXPECT_EQ(words[i].y, 24 * kWords[i].line) << words[i].text;
-        EXPECT_EQ(static_cast<uint32_t>(words[i].colour.r << 16 | words[i].colour.g << 8 | words[i].colour.b),
-                  kWords[i].colour)
-            << words[i].text;
-    }
-    EXPECT_EQ(words[4].x, widthOf("Ann: "));
-    say("^3 first ");
-    EXPECT_EQ(d.layOutPage()[0].y, 0) << "an empty line is used";
-}
-
-TEST_F(Dialogue, JumpsGoBehindTheirLabel) {
-    say("x ^5b lost ^6b found ^5q never ");
-    EXPECT_EQ(page(), "x  found ") << "the blank behind the label is a word; an unknown label is the end";
-    use();
-    EXPECT_FALSE(d.isActive());
-    TempGame::clearErrors();
-    say("^6a^5a ^5a ");
-    EXPECT_FALSE(page().empty());
-    ASSERT_EQ(TempGame::errors().size(), 1u);
-    EXPECT_NE(TempGame::errors()[0].find("object o"), std::string::npos);
+TEST_F(Dialogue, WhatIsNoTagIsAWordAndWhatIsNoColourIsWhite) {
+    say("a ^22 b ^29 c ^z x ^5b lost ^6b found ");
+    EXPECT_EQ(page(), "a b c ^z x  found ") << "the blank behind a label is a word";
+    EXPECT_EQ(d.layOutPage()[1].colour.g, 64);
+    EXPECT_EQ(d.layOutPage()[2].colour.g, 255);
+    say("^3 first ^3 second ");
+    EXPECT_EQ(page(), "Ann: first |Ann: second ") << "an empty line is used";
 }
 
 TEST_F(Dialogue, RepliesAreChosenAndWrapped) {

@@ -25,16 +25,6 @@ protected:
 };
 } // namespace
 
-TEST_F(Events, BodiesThatTouchBecomeEachOthersTarget) {
-    events.post(cEvent::kTouchedBody, o(), p());
-    events.process(16, &t.state);
-    EXPECT_EQ(TestWorld::script("o").getTarget(), TestWorld::object("p"));
-    EXPECT_EQ(TestWorld::script("p").getTarget(), TestWorld::object("o"));
-    events.post(cEvent::kTouchedBody, nullptr, o());
-    events.process(16, &t.state);
-    EXPECT_EQ(TestWorld::script("o").getTarget(), nullptr);
-}
-
 TEST_F(Events, HitsBringDamageCutToWholeNumbers) {
     for (const cEvent::Type type : {cEvent::kBallisticHit, cEvent::kMeleeHit}) {
         for (const auto& [value, param] :
