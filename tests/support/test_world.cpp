@@ -142,10 +142,14 @@ void TestWorld::writeEnvironment(const std::string& name, float deathHeight, boo
     out.save(name);
 }
 
-int TestWorld::load(const std::string& elements, const std::string& fileName) const {
+void TestWorld::writeLevel(const std::string& elements, const std::string& fileName) const {
     std::string document = "<level name='l'>" + elements + "</level>";
     std::replace(document.begin(), document.end(), '\'', '"');
     game.write(fileName, document);
+}
+
+int TestWorld::load(const std::string& elements, const std::string& fileName) const {
+    writeLevel(elements, fileName);
     return cWorld::instance().loadLevel(fileName);
 }
 

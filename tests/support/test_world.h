@@ -34,7 +34,8 @@ public:
                           const cVector3& light = {0, 30, 0}) const;
 
     // Levels.
-    /// Loads a level with these elements inside its root; in them ' stands for ".
+    /// A level with these elements inside its root; in them ' stands for ".
+    void writeLevel(const std::string& elements, const std::string& fileName) const;
     int load(const std::string& elements, const std::string& fileName = "level.xml") const;
     /// What `spawnElement` and `objectElement` name: a hero's and a thing's model; the hero starts in the
     /// hut.
