@@ -224,6 +224,7 @@ TEST_F(Audio, MusicThatAsksForTooMuchIsRefused) {
 TEST(AudioWithoutDevice, IsSilentAndSaysSoOnce) {
     setenv("ALSOFT_DRIVERS", "nosuchdriver", 1);
     TempGame game;
+    game.write("sound.cfg", "MASTER_DISTANCE_MOD 1.0\n");
     static std::vector<cLogMgr::Level> rows;
     cLogMgr::setListener([](cLogMgr::Level level, const std::string&) { rows.push_back(level); });
     cAudioMgr& audio = cAudioMgr::instance();
