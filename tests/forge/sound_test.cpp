@@ -64,12 +64,6 @@ TEST_P(Music, IsMixedWithoutClippingAndHoles) {
     EXPECT_LT(side / (left + right), 0.5) << "falls apart in one channel";
     const float middle = centroid(sound);
     EXPECT_TRUE(middle > 150 && middle < 1500) << middle;
-    std::printf("%-9s %5.1f s, rms %.1f dB, true peak %.1f dB, crest %.1f dB, centroid %.0f Hz, side %.2f, "
-                "quietest %.1f\n",
-                GetParam().name, static_cast<double>(sound.seconds()), static_cast<double>(overall),
-                static_cast<double>(decibel(peak)), static_cast<double>(decibel(peak) - overall),
-                static_cast<double>(middle), side / (left + right),
-                static_cast<double>(*std::min_element(windows.begin(), windows.end())));
 }
 
 INSTANTIATE_TEST_SUITE_P(Pieces, Music, testing::ValuesIn(kPieces),

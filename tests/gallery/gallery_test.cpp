@@ -21,13 +21,9 @@ bool isAlmost(const cVector3& a, const cVector3& b) {
 void variables(Hall& h) {
     h.enter("ledger");
     h.use();
-    struct {
-        const char *local, *global;
-        int32_t local0, global0;
-    } const kAfterUse[] = {{"a", "ga", 10, 55}, {"b", "gb", 17, 107}, {"none", "gnone", 0, 0}};
-    for (const auto& row : kAfterUse) {
-        EXPECT_EQ(TestWorld::local("ledger", row.local), row.local0) << row.local;
-        EXPECT_EQ(h.global(row.global), row.global0) << row.global;
+    for (const auto& [name, local, global] : {std::tuple("a", 10, 55), {"b", 17, 107}, {"none", 0, 0}}) {
+        EXPECT_EQ(TestWorld::local("ledger", name), local) << name;
+        EXPECT_EQ(h.global(std::string("g") + name), global) << name;
     }
     for (const int32_t die : {TestWorld::local("ledger", "die"), h.global("gdie")}) {
         EXPECT_GE(die, 0);
@@ -51,34 +47,27 @@ void directions(Hall& h) {
     ASSERT_EQ(TestWorld::local("compass", "step"), 1) << "the pike strikes";
     const cVector3 home(20, 1.25f, 0), there = home + cVector3(0, 0, Hall::kReach);
     const cVector3 chandelier = cVector3(3, 4, 0) * 0.2f;
-    struct {
-        const char* what;
-        cVector3 direction, position;
-    } const kSteps[] = {
-        {"player", {0, 0, 1}, home},
-        {"invert_player", {0, 0, -1}, home},
-        {"target", {-1, 0, 0}, home},
-        {"invert_target", {1, 0, 0}, home},
-        {"a name", chandelier, home},
-        {"inverted", -chandelier, home},
-        {"random", {}, home},
-        {"to the player", {}, there},
-        {"origin", {0, 0, -1}, there},
-        {"invert_origin", {0, 0, 1}, there},
-        {"turn", {1, 0, 0}, there},
-        {"to the origin", {1, 0, 0}, home},
-        {"level", {1, 0, 0}, home},
-        {"to the target", {1, 0, 0}, {18.5f, 1.25f, 0}},
-        {"to a name", {1, 0, 0}, {23, 5.25f, 0}},
-    };
-    for (const auto& row : kSteps) {
+    for (const auto& [what, facing, position] : {
+             std::tuple("player", cVector3(0, 0, 1), home),
+             {"invert_player", {0, 0, -1}, home},
+             {"target", {-1, 0, 0}, home},
+             {"invert_target", {1, 0, 0}, home},
+             {"a name", chandelier, home},
+             {"inverted", -chandelier, home},
+             {"random", {}, home}, // by chance
+             {"to the player", {}, there},
+             {"origin", {0, 0, -1}, there},
+             {"invert_origin", {0, 0, 1}, there},
+             {"turn", {1, 0, 0}, there},
+             {"to the origin", {1, 0, 0}, home},
+             {"level", {1, 0, 0}, home},
+             {"to the target", {1, 0, 0}, {18.5f, 1.25f, 0}},
+             {"to a name", {1, 0, 0}, {23, 5.25f, 0}},
+         }) {
         h.use();
-        const cVector3& direction = Hall::facing("compass");
-        EXPECT_TRUE(isAlmost(Hall::at("compass"), row.position)) << row.what;
-        EXPECT_NEAR(direction.length(), 1, 1e-4f) << row.what;
-        if (row.direction.lengthSq() == 0) continue; // by chance
-        EXPECT_TRUE(isAlmost(direction, row.direction))
-            << row.what << ": " << direction.x << ", " << direction.y << ", " << direction.z;
+        EXPECT_TRUE(isAlmost(Hall::at("compass"), position)) << what;
+        EXPECT_NEAR(Hall::facing("compass").length(), 1, 1e-4f) << what;
+        EXPECT_TRUE(facing == cVector3() || isAlmost(Hall::facing("compass"), facing)) << what;
     }
     EXPECT_EQ(TestWorld::object("compass")->getUp(), cVector3(0, 1, 0));
     EXPECT_EQ(TestWorld::object("compass")->boundingRadius(), 2.5f);
@@ -169,19 +158,19 @@ void kinds(Hall& h) {
 
 void trade(Hall& h) {
     h.enter("merchant");
-    struct {
-        int32_t coins, rounds;
-        bool stick, stickInHand;
-    } const kAfterEachUse[] = {{6, 7, true, false}, {3, 7, true, false},  {3, 7, true, true},
-                               {2, 7, true, true},  {2, 7, false, false}, {0, 7, false, false},
-                               {0, 7, false, false}};
-    for (const auto& row : kAfterEachUse) {
+    for (const auto& [coins, stick, inHand] : {std::tuple(6, true, false),
+                                               {3, true, false},
+                                               {3, true, true},
+                                               {2, true, true},
+                                               {2, false, false},
+                                               {0, false, false},
+                                               {0, false, false}}) {
         h.use();
         const cInventory& inventory = h.world.inventory;
-        EXPECT_EQ(inventory.countOf(kCoin), row.coins) << row.rounds;
-        EXPECT_EQ(inventory.countOf(kPistol), row.rounds) << row.coins;
-        EXPECT_EQ(inventory.has(kStick), row.stick) << row.coins;
-        EXPECT_EQ(inventory.isSelected(kStick), row.stickInHand) << row.coins;
+        EXPECT_EQ(inventory.countOf(kCoin), coins);
+        EXPECT_EQ(inventory.countOf(kPistol), 7) << coins;
+        EXPECT_EQ(inventory.has(kStick), stick) << coins;
+        EXPECT_EQ(inventory.isSelected(kStick), inHand) << coins;
     }
     EXPECT_EQ(h.global("sold"), 1);
 }
@@ -192,20 +181,15 @@ void attacks(Hall& h) {
     EXPECT_EQ(h.world.health, 80) << "shot";
     h.attack(kPistol);
     ASSERT_EQ(TestWorld::local("archer", "step"), 1);
-    const auto facing = [&](const cVector3& direction) {
-        const cVector3& d = Hall::facing("archer");
-        return isAlmost(d, direction)
-                   ? ""
-                   : std::to_string(d.x) + ", " + std::to_string(d.y) + ", " + std::to_string(d.z);
-    };
+    const auto faces = [](const cVector3& direction) { return isAlmost(Hall::facing("archer"), direction); };
     int32_t before = h.world.health;
     h.use();
     EXPECT_EQ(before - h.world.health, 15) << "struck";
     h.use();
     EXPECT_EQ(h.global("pierced"), 20);
-    EXPECT_EQ(facing({1, 0, 0}), "");
+    EXPECT_TRUE(faces({1, 0, 0}));
     h.use();
-    EXPECT_EQ(facing({-1, 0, 0}), "");
+    EXPECT_TRUE(faces({-1, 0, 0}));
     EXPECT_EQ(h.global("pierced"), 20);
     h.use(200);
     EXPECT_EQ(h.global("singed"), 1) << "a bomb in an arc";
@@ -215,7 +199,7 @@ void attacks(Hall& h) {
     h.use();
     EXPECT_NEAR(Hall::facing("archer").length(), 1, 1e-4f);
     h.use();
-    EXPECT_EQ(facing({0, 0, -1}), "") << "its origin, from where the hero stands";
+    EXPECT_TRUE(faces({0, 0, -1})) << "its origin, from where the hero stands";
 }
 
 void figures(Hall& h) {

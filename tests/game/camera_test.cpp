@@ -17,15 +17,6 @@ protected:
         camera.setView({0, 0, 4});
         camera.place();
     }
-    void expectFrame() {
-        cVector3 eye, direction, up, right;
-        camera.basis(eye, direction, up, right);
-        EXPECT_NEAR(direction.length(), 1, 1e-4f);
-        EXPECT_NEAR(up.length(), 1, 1e-4f);
-        EXPECT_NEAR(right.length(), 1, 1e-4f);
-        EXPECT_TRUE(right.cross(direction).isNear(up));
-    }
-
     TestWorld t;
     cObject hero;
     cCamera camera;
@@ -39,44 +30,32 @@ TEST_F(Camera, OrbitsItsTarget) {
     camera.rotate(0.1f, 0);
     EXPECT_TRUE(camera.getView().isNear({-0.1745f, 0, 3.9962f}));
     camera.setView({0, 0, 4});
-    camera.rotate(0, 0.1f);
-    EXPECT_TRUE(camera.getView().isNear({0, 0.1745f, 3.9962f}) ||
-                camera.getView().isNear({0, -0.1745f, 3.9962f}));
-    EXPECT_GT(camera.getView().y, 0) << "a right-handed turn by −2.5 degrees about (1, 0, 0) lifts the eye";
+    camera.rotate(0, 0.1f); // a right-handed turn by −2.5 degrees about (1, 0, 0) lifts the eye
+    EXPECT_TRUE(camera.getView().isNear({0, 0.1745f, 3.9962f}));
 }
 
-TEST_F(Camera, FirstPersonLooksWhereTheHeroFacesPlusPitch) {
+TEST_F(Camera, FirstPersonHasAViewOfItsOwn) {
+    camera.rotate(0.3f, 0.2f);
+    const cVector3 orbit = camera.getView();
     EXPECT_TRUE(camera.toggleView());
-    camera.place();
-    EXPECT_TRUE(camera.getEye().isNear({10, 1, 0}));
-    EXPECT_TRUE(camera.getForward().isNear({0, 0, -1}));
     camera.rotate(5, 1);
     EXPECT_EQ(camera.getView(), cVector3(0, 1, 0)) << "pitch only";
     camera.place();
+    EXPECT_TRUE(camera.getEye().isNear({10, 1, 0}));
     EXPECT_TRUE(camera.getForward().isNear({0, 0.7071f, -0.7071f}));
-}
-
-TEST_F(Camera, TogglingTwiceRestoresBothViews) {
-    camera.rotate(0.3f, 0.2f);
-    const cVector3 orbit = camera.getView();
-    camera.toggleView();
-    camera.rotate(0, 0.37f);
-    const cVector3 pitch = camera.getView();
     camera.toggleView();
     EXPECT_EQ(camera.getView(), orbit);
     camera.setFirstPerson(false);
     EXPECT_EQ(camera.getView(), orbit) << "already so";
     camera.setFirstPerson(true);
-    EXPECT_EQ(camera.getView(), pitch);
+    EXPECT_EQ(camera.getView(), cVector3(0, 1, 0));
 }
 
 TEST_F(Camera, ZoomStaysWithinItsLimits) {
-    struct {
-        float delta, length;
-    } const kRows[] = {{1, 5}, {100, 8}, {-100, 1.5f}, {-0.1f, 1.5f}, {0.5f, 2}};
-    for (const auto& row : kRows) {
-        camera.zoom(row.delta);
-        EXPECT_NEAR(camera.getView().length(), row.length, 1e-4f) << row.delta;
+    for (const auto& [delta, length] :
+         {std::pair(1.0f, 5.0f), {100, 8}, {-100, 1.5f}, {-0.1f, 1.5f}, {0.5f, 2}}) {
+        camera.zoom(delta);
+        EXPECT_NEAR(camera.getView().length(), length, 1e-4f) << delta;
     }
     camera.toggleView();
     camera.zoom(3);
@@ -86,7 +65,6 @@ TEST_F(Camera, ZoomStaysWithinItsLimits) {
     const cVector3 view = camera.getView();
     camera.zoom(3);
     EXPECT_EQ(camera.getView(), view) << "not when detached";
-    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
 }
 
 TEST_F(Camera, AWallPullsTheEyeIn) {
@@ -104,13 +82,12 @@ TEST_F(Camera, AWallPullsTheEyeIn) {
 
 TEST_F(Camera, DetachingDoesNotJump) {
     t.setGeometry({wallMesh(12, 20)});
+    camera.setStored({0, 0.3f, 0});
     for (const bool firstPerson : {false, true}) {
         camera.setTarget(&hero);
-        camera.setFirstPerson(false);
-        camera.setOffset({0, 1, 0});
-        camera.setView({4, 0.5f, 0});
-        camera.setStored({0, 0.3f, 0});
         camera.setFirstPerson(firstPerson);
+        camera.setOffset({0, 1, 0});
+        if (!firstPerson) camera.setView({4, 0.5f, 0});
         camera.place();
         const cVector3 eye = camera.getEye(), forward = camera.getForward();
         camera.detach();
@@ -126,25 +103,20 @@ TEST_F(Camera, DetachingDoesNotJump) {
 TEST_F(Camera, FliesFreelyWithTheFirstPersonKeys) {
     cBindings bindings;
     bindings.setKeyState(t.keys.data());
-    for (int command = 0; command < 4; ++command)
-        bindings.setBinding(command + kFirstPersonCommands, 100 + command);
     camera.detach();
-    camera.setOffset({});
-    struct {
-        int command;
-        cVector3 view, there;
-    } const kRows[] = {{CMD_FORWARD, {0, 0, -1}, {0, 0, -0.5f}},
-                       {CMD_BACK, {0, 0, -1}, {0, 0, 0.5f}},
-                       {CMD_RIGHT, {0, 0, -1}, {0.5f, 0, 0}},
-                       {CMD_LEFT, {0, 0, -1}, {-0.5f, 0, 0}},
-                       {CMD_RIGHT, {0, 0.8f, -0.6f}, {0.3f, 0, 0}}}; // slower when looking up
-    for (const auto& row : kRows) {
+    for (const auto& [command, view, there] :
+         {std::tuple(CMD_FORWARD, cVector3(0, 0, -1), cVector3(0, 0, -0.5f)),
+          {CMD_BACK, {0, 0, -1}, {0, 0, 0.5f}},
+          {CMD_RIGHT, {0, 0, -1}, {0.5f, 0, 0}},
+          {CMD_LEFT, {0, 0, -1}, {-0.5f, 0, 0}},
+          {CMD_RIGHT, {0, 0.8f, -0.6f}, {0.3f, 0, 0}}}) { // slower when looking up
         camera.setOffset({});
-        camera.setView(row.view);
-        t.keys[static_cast<size_t>(100 + row.command)] = 1;
+        camera.setView(view);
+        bindings.setBinding(command + kFirstPersonCommands, 300);
+        t.keys[300] = 1;
         camera.freeMove(bindings);
-        t.keys.fill(0);
-        EXPECT_TRUE(camera.getOffset().isNear(row.there)) << row.command;
+        bindings.setBinding(command + kFirstPersonCommands, 0);
+        EXPECT_TRUE(camera.getOffset().isNear(there)) << command;
     }
     camera.setView({0, 0, -1});
     camera.rotate(0.5f, 0);
@@ -153,12 +125,17 @@ TEST_F(Camera, FliesFreelyWithTheFirstPersonKeys) {
 }
 
 TEST_F(Camera, AnyViewGivesAFiniteFrame) {
+    const auto expectFrame = [](cCamera& c) {
+        cVector3 eye, direction, up, right;
+        c.basis(eye, direction, up, right);
+        for (const cVector3& axis : {direction, up, right}) EXPECT_NEAR(axis.length(), 1, 1e-4f);
+        EXPECT_TRUE(right.cross(direction).isNear(up));
+    };
     for (const cVector3& view :
-         {cVector3(0, 4, 0), cVector3(0, -4, 0), cVector3(), cVector3(1e-20f, 1e-20f, 0)}) {
+         {cVector3(1e-20f, 1e-20f, 0), cVector3(), cVector3(0, -4, 0), cVector3(0, 4, 0)}) {
         camera.setView(view);
-        expectFrame();
+        expectFrame(camera);
     }
-    camera.setView({0, 4, 0});
     camera.place();
     camera.rotate(0, 0.2f);
     EXPECT_GT(std::fabs(camera.getView().x) + std::fabs(camera.getView().z), 0.1f) << "can be tilted back";
@@ -166,9 +143,8 @@ TEST_F(Camera, AnyViewGivesAFiniteFrame) {
     for (const cVector3& view : {cVector3(0, 1, 0), cVector3()}) {
         camera.setView(view);
         camera.rotate(0.5f, 0.1f);
-        expectFrame();
+        expectFrame(camera);
     }
     cCamera fresh;
-    fresh.place();
-    EXPECT_TRUE(fresh.getForward().isFinite());
+    expectFrame(fresh);
 }

@@ -3,7 +3,6 @@
 #include "core/name_hash.h"
 #include "game/physics_world.h"
 #include "script/cml_object.h"
-#include "script/cml_vocabulary.h"
 #include "support/test_world.h"
 #include "ui/input_mgr.h"
 #include "world/model_objects.h"
@@ -18,17 +17,14 @@ constexpr float kRadius = 0.4f, kStanding = 1.25f; ///< of the hero's body; his 
 class Player : public ::testing::Test {
 protected:
     Player() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+        t.writeModels();
         t.setFloor(0);
-        world.spawnPoint = "hut";
-        EXPECT_EQ(
-            t.load(spawnElement() +
-                   objectElement("lever", "default_action=\"a\"",
-                                 "<action name=\"a\" on_set=\"set_local(n,0)\"><reaction type=\"context\" "
-                                 "do=\"inc_local(n,1)\" /></action>",
-                                 "position=\"0,0,30\" radius=\"1\"")),
-            0);
+        EXPECT_EQ(t.load(spawnElement() +
+                         objectElement("lever", "default_action='a'",
+                                       "<action name='a' on_set='set_local(n,0)'><reaction type='context' "
+                                       "do='inc_local(n,1)' /></action>",
+                                       "position='0,0,30' radius='1'")),
+                  0);
         hero = cObjectMgr::instance().hero();
         player = static_cast<cPlayer*>(hero->getController());
         cInputSettings& s = input.bindings.settings;
@@ -51,7 +47,8 @@ protected:
         world.camera.place();
         return hero->getPosition() - before;
     }
-    int32_t animation() { return static_cast<cAnimatedObject*>(hero)->pose().getCurrentAnimation(); }
+    cCharacterPose& pose() { return static_cast<cAnimatedObject*>(hero)->pose(); }
+    int32_t animation() { return pose().getCurrentAnimation(); }
 
     TestWorld t;
     cWorld& world = cWorld::instance();
@@ -61,49 +58,33 @@ protected:
 };
 } // namespace
 
-TEST_F(Player, StandsOnTheFloor) {
-    EXPECT_FALSE(hero->body->airborne);
-    EXPECT_NEAR(hero->getPosition().y, kStanding, 0.03f);
-    EXPECT_EQ(animation(), nameHash("BOTH_IDLE"));
-    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
-}
-
 TEST_F(Player, WalksOrRunsByDefaultAndModifier) {
-    struct {
-        bool walkIsDefault, modifier;
-        float speed;
-        const char* animation;
-    } const kRows[] = {{true, false, 0.05f, "BOTH_WALK"},
-                       {true, true, 0.1f, "BOTH_RUN"},
-                       {false, false, 0.1f, "BOTH_RUN"},
-                       {false, true, 0.05f, "BOTH_WALK"}};
     hold(CMD_FORWARD);
-    for (const auto& row : kRows) {
-        input.setWalkDefault(row.walkIsDefault);
-        hold(CMD_RUN, row.modifier);
-        EXPECT_NEAR(frame().z, -0.95f * row.speed, 1e-3f) << row.walkIsDefault << row.modifier;
-        EXPECT_EQ(animation(), nameHash(row.animation));
+    for (const bool walkIsDefault : {true, false}) {
+        for (const bool modifier : {false, true}) {
+            const bool walks = walkIsDefault != modifier;
+            input.setWalkDefault(walkIsDefault);
+            hold(CMD_RUN, modifier);
+            EXPECT_NEAR(frame().z, -0.95f * (walks ? 0.05f : 0.1f), 1e-3f) << walkIsDefault << modifier;
+            EXPECT_EQ(animation(), nameHash(walks ? "BOTH_WALK" : "BOTH_RUN"));
+        }
     }
 }
 
 TEST_F(Player, SteersByTheCamera) {
-    struct {
-        std::initializer_list<int> keys;
-        cVector3 way;
-    } const kRows[] = {
-        {{CMD_FORWARD}, {1, 0, 0}},
-        {{CMD_BACK}, {-1, 0, 0}},
-        {{CMD_RIGHT}, {0, 0, 1}},
-        {{CMD_LEFT}, {0, 0, -1}},
-        {{CMD_FORWARD, CMD_RIGHT}, {0.6247f, 0, 0.7809f}}}; // looking down, forward is the shorter part
-    world.camera.setView({-4, 3, 0});                       // from above: looks down along +x
+    world.camera.setView({-4, 3, 0}); // from above: looks down along +x
     world.camera.place();
-    for (const auto& row : kRows) {
-        for (const int key : row.keys) hold(key);
+    for (const auto& [keys, way] :
+         {std::pair(std::vector{CMD_FORWARD}, cVector3(1, 0, 0)),
+          {{CMD_BACK}, {-1, 0, 0}},
+          {{CMD_RIGHT}, {0, 0, 1}},
+          {{CMD_LEFT}, {0, 0, -1}},
+          {{CMD_FORWARD, CMD_RIGHT}, {0.6247f, 0, 0.7809f}}}) { // forward is the shorter part
+        for (const int key : keys) hold(key);
         cVector3 step = frame();
         step.y = 0;
-        EXPECT_TRUE(step.isNear(row.way * (0.95f * 0.05f))) << row.way.x << ", " << row.way.z;
-        EXPECT_TRUE(hero->getDirection().isNear(row.way)) << "faces where he goes";
+        EXPECT_TRUE(step.isNear(way * (0.95f * 0.05f))) << way.x << ", " << way.z;
+        EXPECT_TRUE(hero->getDirection().isNear(way)) << "faces where he goes";
         t.keys.fill(0);
     }
 }
@@ -120,12 +101,12 @@ TEST_F(Player, OppositeKeysCancelAndKeepTheFacing) {
 }
 
 TEST_F(Player, TurnsAndStrafesRelativeToHimself) {
+    const cVector3 turned(std::sin(5 * 0.0174533f), 0, -std::cos(5 * 0.0174533f)); // clockwise
     input.setMoveRelativeToCamera(false);
     input.setSensitivity(0.005f);
     hold(CMD_RIGHT);
     EXPECT_TRUE(frame().isNear({0, 0, 0})) << "turning alone is no step";
-    EXPECT_TRUE(hero->getDirection().isNear({std::sin(5 * 0.0174533f), 0, -std::cos(5 * 0.0174533f)}))
-        << "clockwise";
+    EXPECT_TRUE(hero->getDirection().isNear(turned));
     hold(CMD_RIGHT, false);
     hold(CMD_LEFT);
     frame();
@@ -144,22 +125,17 @@ TEST_F(Player, TurnsAndStrafesRelativeToHimself) {
     hold(CMD_FORWARD + kFirstPersonCommands);
     hold(CMD_RUN);
     EXPECT_NEAR(frame().z, -0.95f * 0.1f, 1e-3f) << "the run modifier is the base one";
-}
-
-TEST_F(Player, FirstPersonLookTurnsTheHeroClockwise) {
-    world.camera.toggleView();
-    input.setSensitivity(0.005f);
+    t.keys.fill(0);
     input.mouseDX = 20; // 0.1, times 50 degrees
     input.mouseDY = 10;
     frame();
-    EXPECT_TRUE(hero->getDirection().isNear({std::sin(5 * 0.0174533f), 0, -std::cos(5 * 0.0174533f)}));
+    EXPECT_TRUE(hero->getDirection().isNear(turned)) << "looking turns him";
     EXPECT_NEAR(world.camera.getView().y, 0.05f, 1e-5f);
 }
 
 TEST_F(Player, AJumpStartsWithItsSpeedAndKeepsTheRun) {
-    hold(CMD_FORWARD);
-    hold(CMD_RUN);
-    hold(CMD_JUMP);
+    EXPECT_FALSE(hero->body->airborne);
+    for (const int command : {CMD_FORWARD, CMD_RUN, CMD_JUMP}) hold(command);
     frame();
     EXPECT_TRUE(player->getVelocity().isNear({0, 0.5f * kRadius, -0.1f}));
     t.keys.fill(0);
@@ -173,8 +149,8 @@ TEST_F(Player, AJumpStartsWithItsSpeedAndKeepsTheRun) {
         highest = std::max(highest, hero->getPosition().y);
     }
     EXPECT_GT(highest, kStanding + 0.5f);
-    EXPECT_FALSE(hero->body->airborne);
     for (int i = 0; i < 3; ++i) frame();
+    EXPECT_FALSE(hero->body->airborne);
     EXPECT_EQ(animation(), nameHash("BOTH_IDLE"));
     EXPECT_NEAR(hero->getPosition().y, kStanding, 0.03f);
 }
@@ -197,52 +173,49 @@ TEST_F(Player, CollisionsBounceAndCeilingsStopTheRise) {
 }
 
 TEST_F(Player, StandingStillHeals) {
-    const auto rest = [&](uint32_t ms) { cObjectMgr::instance().update(ms, &t.state); };
+    const auto rest = [&](uint32_t ms) {
+        cObjectMgr::instance().update(ms, &t.state);
+        return world.health;
+    };
     rest(1000 - 61 * 16 % 1000); // what standing so far has not used up yet does not matter below
     world.health = 50;
-    rest(3000);
-    EXPECT_EQ(world.health, 53) << "three points in one long update";
+    EXPECT_EQ(rest(3000), 53) << "three points in one long update";
     rest(500);
-    rest(500);
-    EXPECT_EQ(world.health, 54);
+    EXPECT_EQ(rest(500), 54);
     hold(CMD_FORWARD);
-    rest(3000);
-    EXPECT_EQ(world.health, 54) << "not while walking";
+    EXPECT_EQ(rest(3000), 54) << "not while walking";
     t.keys.fill(0);
     world.health = 100;
     world.hud.statsTimer = 0;
     t.frame();
     EXPECT_GT(world.hud.statsTimer, 0) << "full health keeps showing";
     world.health = 1;
-    rest(0xFFFFFFFF);
-    EXPECT_EQ(world.health, 100);
+    EXPECT_EQ(rest(0xFFFFFFFF), 100);
 }
 
 TEST_F(Player, DeathEndsTheLevelOnceItsAnimationHasRun) {
-    cCharacterPose& pose = static_cast<cAnimatedObject*>(hero)->pose();
     world.damage(500);
     EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
     hold(CMD_FORWARD);
     EXPECT_TRUE(frame().isNear({0, 0, 0})) << "the dead do not walk";
     EXPECT_TRUE(player->isActive());
     EXPECT_EQ(world.levelChangePending, 0);
-    pose.setPlaying(false);
-    frame();
-    EXPECT_FALSE(player->isActive());
-    EXPECT_EQ(world.levelChangePending, 1);
-    world.levelChangePending = 0;
-    frame();
-    EXPECT_EQ(world.levelChangePending, 0) << "once";
+    pose().setPlaying(false);
+    for (const int pending : {1, 0}) { // once
+        frame();
+        EXPECT_FALSE(player->isActive());
+        EXPECT_EQ(world.levelChangePending, pending);
+        world.levelChangePending = 0;
+    }
 }
 
 TEST_F(Player, AHitIsPlayedToItsEndWhileHeStands) {
-    cCharacterPose& pose = static_cast<cAnimatedObject*>(hero)->pose();
     world.damage(5);
     const int32_t hit = animation();
     EXPECT_TRUE(hit == nameHash("BOTH_BODYHIT1") || hit == nameHash("BOTH_BODYHIT2"));
     frame();
     EXPECT_EQ(animation(), hit);
-    pose.setPlaying(false);
+    pose().setPlaying(false);
     frame();
     EXPECT_EQ(animation(), nameHash("BOTH_IDLE"));
 }
@@ -259,20 +232,23 @@ TEST_F(Player, UsesWhatHeTouches) {
     EXPECT_EQ(TestWorld::local("lever", "n"), 2) << "held, it counts again after its interval";
 }
 
-TEST_F(Player, TakesOneVehicleWhichThenRests) {
-    cController* lever = cObjectMgr::instance().findCmlObject(nameHash("lever"));
-    ASSERT_NE(lever, nullptr);
-    findProcedure("run_vehicle")(*static_cast<cCmlObject*>(lever), 0, nullptr);
-    EXPECT_FALSE(lever->isActive());
-    lever->setActive(true);
-    player->enterVehicle(lever);
-    EXPECT_TRUE(lever->isActive()) << "he has one already";
+TEST_F(Player, TakesOnlyOneVehicle) {
+    cCmlObject& lever = TestWorld::script("lever");
+    player->enterVehicle(&lever);
+    EXPECT_FALSE(lever.isActive());
+    lever.setActive(true);
+    player->enterVehicle(&lever);
+    EXPECT_TRUE(lever.isActive()) << "he has one already";
 }
 
 TEST_F(Player, TheViewChangesWithItsBaseKeyOnly) {
-    hold(CMD_TOGGLE_VIEW + kFirstPersonCommands);
-    frame();
-    EXPECT_FALSE(world.camera.isFirstPerson());
+    const auto firstPersonAfter = [&](int command) {
+        t.keys.fill(0);
+        hold(command);
+        frame();
+        return world.camera.isFirstPerson();
+    };
+    EXPECT_FALSE(firstPersonAfter(CMD_TOGGLE_VIEW + kFirstPersonCommands));
     t.keys.fill(0);
     hold(CMD_TOGGLE_VIEW);
     hold(CMD_FORWARD + kFirstPersonCommands);
@@ -280,13 +256,8 @@ TEST_F(Player, TheViewChangesWithItsBaseKeyOnly) {
     EXPECT_TRUE(world.camera.isFirstPerson());
     hold(CMD_TOGGLE_VIEW, false);
     EXPECT_LT(frame().z, -0.03f);
-    t.keys.fill(0);
-    hold(CMD_TOGGLE_VIEW);
-    frame();
-    EXPECT_FALSE(world.camera.isFirstPerson());
-    t.keys.fill(0);
-    hold(CMD_ZOOM_OUT);
-    frame();
+    EXPECT_FALSE(firstPersonAfter(CMD_TOGGLE_VIEW));
+    EXPECT_FALSE(firstPersonAfter(CMD_ZOOM_OUT));
     EXPECT_NEAR(world.camera.getView().length(), 4.5f, 1e-4f);
 }
 

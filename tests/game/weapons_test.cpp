@@ -30,20 +30,18 @@ enum { kPistol, kGrenade, kStick };
 class Weapons : public ::testing::Test {
 protected:
     Weapons() {
-        t.writeCpm("thing.cpm");
-        t.writeCharacter("maincharfinal\\mainchar_noweapon");
+        t.writeModels();
         t.game.write("objects.xml", kItems);
         t.setFloor(0);
-        world.spawnPoint = "hut";
         const std::string foe = objectElement(
-            "foe", "default_action=\"a\"",
-            "<action name=\"a\">" + reaction("ballistic_hit", "shot") + reaction("melee_hit", "struck") +
-                reaction("projectile_hit", "burnt") +
-                "</action><item name=\"gun\" src=\"pistol\" skill=\"100\" />"
-                "<item name=\"bomb\" src=\"grenade\" skill=\"100\" />"
-                "<item name=\"club\" src=\"stick\" skill=\"100\" /><item name=\"none\" src=\"nothing\" />",
-            "<physics position=\"0,1.3,-8\" direction=\"0,0,1\" up=\"0,1,0\" gravity=\"1\">"
-            "<boundingvolume start=\"0,0.35,0\" end=\"0,-0.85,0\" radius=\"0.4\" solid=\"1\" /></physics>");
+            "foe", "default_action='a'",
+            "<action name='a'><reaction type='ballistic_hit' do='set_local(shot,param)' />"
+            "<reaction type='melee_hit' do='set_local(struck,param)' />"
+            "<reaction type='projectile_hit' do='set_local(burnt,param)' /></action>"
+            "<item name='gun' src='pistol' skill='100' /><item name='bomb' src='grenade' skill='100' />"
+            "<item name='club' src='stick' skill='100' /><item name='none' src='nothing' />",
+            "<physics position='0,1.3,-8' direction='0,0,1' up='0,1,0' gravity='1'>"
+            "<boundingvolume start='0,0.35,0' end='0,-0.85,0' radius='0.4' solid='1' /></physics>");
         EXPECT_EQ(t.load(spawnElement() + foe), 0);
         cInputSettings& s = cInputMgr::instance().bindings.settings;
         for (int c = 0; c < kCommandCount; ++c) s.keysThirdPerson[static_cast<size_t>(c)] = 10 + c;
@@ -51,9 +49,6 @@ protected:
         world.health = world.maxHealth = 100;
         for (int i = 0; i < 30; ++i) t.frame();
         TempGame::clearErrors();
-    }
-    static std::string reaction(const char* type, const char* variable) {
-        return "<reaction type=\"" + std::string(type) + "\" do=\"set_local(" + variable + ",param)\" />";
     }
     void take(int id, int n) {
         world.inventory.clear();
@@ -74,7 +69,9 @@ protected:
         }
         return nullptr;
     }
-    void attack(int32_t item, int32_t target) { attackWith(TestWorld::script("foe"), 100, item, target); }
+    static int32_t itemAt(const char* name) {
+        return TestWorld::script("foe").getElement()->childIndex(kCmlItem, "name", name);
+    }
     void foeTo(float z) { TestWorld::object("foe")->setPosition({0, 1.27f, z}); }
 
     TestWorld t;
@@ -92,12 +89,20 @@ TEST_F(Weapons, AShotTakesARoundAndHitsWhatStandsInItsWay) {
     EXPECT_GT(world.hud.statsTimer, 0);
     foeTo(-30);
     TestWorld::script("foe").setLocal(0, 0);
-    fire(1, 15);
-    EXPECT_EQ(world.inventory.selectedCount(), 0);
-    EXPECT_NE(world.inventory.selectedItem(), nullptr) << "the empty pistol stays";
-    foeTo(-8);
-    fire(1, 15);
-    EXPECT_EQ(world.inventory.selectedCount(), 0) << "nothing left to shoot";
+    for (int i = 0; i < 2; ++i) {
+        fire(1, 15);
+        EXPECT_EQ(world.inventory.selectedCount(), 0);
+        EXPECT_NE(world.inventory.selectedItem(), nullptr) << "the empty pistol stays";
+        EXPECT_EQ(local("shot"), 0) << "too far, then nothing to shoot with";
+        foeTo(-8);
+    }
+    take(kStick, 1);
+    fire(1, 10);
+    EXPECT_EQ(local("struck"), 0) << "a blow reaches only what is near";
+    foeTo(-1.2f);
+    fire(1, 10);
+    EXPECT_EQ(local("struck"), 15);
+    EXPECT_EQ(world.inventory.selectedCount(), 1);
 }
 
 TEST_F(Weapons, AThrowGoesAsFarAsItWasHeld) {
@@ -118,47 +123,35 @@ TEST_F(Weapons, AThrowGoesAsFarAsItWasHeld) {
     EXPECT_EQ(world.inventory.selectedItem(), nullptr) << "the last one was thrown";
 }
 
-TEST_F(Weapons, ABlowReachesOnlyWhatIsNear) {
-    take(kStick, 1);
-    fire(1, 10);
-    EXPECT_EQ(local("struck"), 0);
+TEST_F(Weapons, ScriptedObjectsShootAndStrike) {
+    cCmlObject& foe = TestWorld::script("foe");
+    const auto healthAfter = [&](const char* item, int32_t target, int32_t skill = 100) {
+        attackWith(foe, skill, itemAt(item), target);
+        cEventMgr::instance().process(16, &t.state);
+        return world.health;
+    };
+    // Skill 100 leaves a spread of one value, 0: a shot that cannot miss.
+    EXPECT_EQ(healthAfter("gun", kWordPlayer), 80);
+    foe.setTarget(nullptr);
+    EXPECT_EQ(healthAfter("gun", kWordTarget), 80) << "it faces the hero, but has no target to shoot at";
+    EXPECT_EQ(healthAfter("gun", kWordPlayer, INT32_MIN), 80)
+        << "with any skill of a document it goes anywhere";
+    EXPECT_EQ(healthAfter("club", kWordPlayer), 80) << "too far for a club";
     foeTo(-1.2f);
-    fire(1, 10);
-    EXPECT_EQ(local("struck"), 15);
-    EXPECT_EQ(world.inventory.selectedCount(), 1);
+    EXPECT_EQ(healthAfter("club", kWordPlayer), 65);
+    EXPECT_EQ(healthAfter("none", kWordPlayer), 65);
+    EXPECT_EQ(healthAfter("of no name", kWordPlayer), 65);
+    EXPECT_EQ(TempGame::errorCount("Object tried to use unexesting item!"), 2);
+    const cVector3 before = foe.getOwner()->getDirection();
+    for (const int32_t target : {int32_t{kWordInverted}, 123456}) { // an unknown name: straight on
+        healthAfter("gun", target);
+        EXPECT_TRUE(foe.getOwner()->getDirection().isNear(-before)) << "it turns to where it aims";
+    }
 }
 
-TEST_F(Weapons, ScriptedObjectsShootStrikeAndThrow) {
-    const auto itemAt = [](const char* name) {
-        return TestWorld::script("foe").getElement()->childIndex(kCmlItem, "name", name);
-    };
-    cEventMgr& events = cEventMgr::instance();
-    // Skill 100 leaves a spread of one value, 0: a shot that cannot miss.
-    attack(itemAt("gun"), kWordPlayer);
-    events.process(16, &t.state);
-    EXPECT_EQ(world.health, 80);
-    TestWorld::script("foe").setTarget(nullptr);
-    attack(itemAt("gun"), kWordTarget);
-    events.process(16, &t.state);
-    EXPECT_EQ(world.health, 80) << "it faces the hero, but has no target to shoot at";
-    attackWith(TestWorld::script("foe"), INT32_MIN, itemAt("gun"), kWordPlayer); // documents give any skill
-    events.process(16, &t.state);
-    EXPECT_EQ(world.health, 80) << "such a shot goes anywhere";
-    attack(itemAt("club"), kWordPlayer);
-    events.process(16, &t.state);
-    EXPECT_EQ(world.health, 80) << "too far for a club";
-    foeTo(-1.2f);
-    attack(itemAt("club"), kWordPlayer);
-    events.process(16, &t.state);
-    EXPECT_EQ(world.health, 65);
-    attack(itemAt("none"), kWordPlayer);
-    attack(-1, kWordPlayer);
-    EXPECT_EQ(TempGame::errorCount("Object tried to use unexesting item!"), 2);
-
-    // An arc that comes down where the hero stands; its height is left to chance.
-    foeTo(-8);
-    platform::seedRandom(1);
-    attack(itemAt("bomb"), kWordPlayer);
+TEST_F(Weapons, AScriptedThrowComesDownWhereTheHeroStands) {
+    platform::seedRandom(1); // the arc's height is left to chance
+    attackWith(TestWorld::script("foe"), 100, itemAt("bomb"), kWordPlayer);
     t.frame();
     ASSERT_NE(flying(), nullptr);
     float highest = 0;
@@ -168,22 +161,15 @@ TEST_F(Weapons, ScriptedObjectsShootStrikeAndThrow) {
     }
     EXPECT_EQ(flying(), nullptr);
     EXPECT_GT(highest, 1.4f) << "thrown, not shot";
-    EXPECT_LT(world.health, 65);
+    EXPECT_LT(world.health, 100);
     EXPECT_EQ(local("burnt"), 0) << "the thrower stood far enough away";
-
-    const cVector3 before = TestWorld::object("foe")->getDirection();
-    attack(itemAt("gun"), kWordInverted);
-    EXPECT_TRUE(TestWorld::object("foe")->getDirection().isNear(-before)) << "it turns to where it aims";
-    attack(itemAt("gun"), 123456);
-    EXPECT_TRUE(TestWorld::object("foe")->getDirection().isNear(-before)) << "an unknown name: straight on";
 }
 
 TEST_F(Weapons, TheAirHoldsOnlySoMany) {
-    const cItemDef& grenade = *cItemDefs::instance().at(kGrenade);
     for (int i = 0; i < cProjectile::kMostInFlight; ++i)
-        launchProjectile(grenade, {static_cast<float>(2 * i), 500, 0}, {0, 0.1f, 0});
-    const int32_t bomb = TestWorld::script("foe").getElement()->childIndex(kCmlItem, "name", "bomb");
-    for (int i = 0; i < 3; ++i) attack(bomb, kWordPlayer);
+        launchProjectile(*cItemDefs::instance().at(kGrenade), {static_cast<float>(2 * i), 500, 0},
+                         {0, 0.1f, 0});
+    for (int i = 0; i < 3; ++i) attackWith(TestWorld::script("foe"), 100, itemAt("bomb"), kWordPlayer);
     EXPECT_EQ(cProjectile::inFlight(), cProjectile::kMostInFlight);
     EXPECT_EQ(TempGame::errorCount("CML object foe throws more than can be in the air"), 1);
     cObjectMgr::instance().clear();

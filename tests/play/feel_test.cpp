@@ -36,10 +36,7 @@ Walk walk(GameRun& game, float x, float z, int mostFrames = 500) {
 
 TEST(Feel, StairsAreRunUpAndDown) {
     GameRun game(GameRun::at("hut"));
-    ASSERT_TRUE(game.started);
-    ASSERT_TRUE(game.walkTo(0, -5));
-    ASSERT_TRUE(game.walkTo(5.8f, -5));
-    ASSERT_TRUE(game.walkTo(5.8f, 0));
+    ASSERT_TRUE(game.follow({{0, -5}, {5.8f, -5}, {5.8f, 0}}));
     const Walk up = walk(game, 16, 0);
     EXPECT_TRUE(up.arrived);
     EXPECT_LT(up.frames, 150) << "10 units at up to 6.5 a second";
@@ -49,18 +46,13 @@ TEST(Feel, StairsAreRunUpAndDown) {
     EXPECT_TRUE(down.arrived);
     EXPECT_LT(down.frames, 150);
     EXPECT_LT(down.airborneFrames, down.frames / 2) << "steps of 0.1 are run down, not jumped";
-    const Walk north = walk(game, 5.8f, -5);
-    EXPECT_TRUE(north.arrived);
-    ASSERT_TRUE(game.walkTo(11, -8));
-    ASSERT_TRUE(game.walkTo(16.2f, -8));
-    const Walk steep = walk(game, 16.2f, -1);
-    EXPECT_TRUE(steep.arrived) << "steps of 0.25 are climbed";
+    ASSERT_TRUE(game.follow({{5.8f, -5}, {11, -8}, {16.2f, -8}}));
+    EXPECT_TRUE(walk(game, 16.2f, -1).arrived) << "steps of 0.25 are climbed";
 }
 
 TEST(Feel, StandingStillIsStill) {
     for (const char* spawn : {"hut", "pier", "hill"}) {
         GameRun game(GameRun::at(spawn));
-        ASSERT_TRUE(game.started);
         game.frames(90);
         const cVector3 here = game.hero();
         float jitter = 0;
@@ -75,10 +67,8 @@ TEST(Feel, StandingStillIsStill) {
 
 TEST(Feel, SlopesAreWalkedSmoothly) {
     GameRun game(GameRun::at("hill"));
-    ASSERT_TRUE(game.started);
     game.frames(60);
-    const Walk down = walk(game, -6, -10);
-    EXPECT_TRUE(down.arrived);
+    EXPECT_TRUE(walk(game, -6, -10).arrived);
     const Walk up = walk(game, -15, -10);
     EXPECT_TRUE(up.arrived);
     EXPECT_LT(up.frames, 120);
@@ -86,26 +76,27 @@ TEST(Feel, SlopesAreWalkedSmoothly) {
     EXPECT_LT(up.largestStep, 0.1f);
 }
 
-TEST(Feel, WallsAreSlidAlong) {
+TEST(Feel, WallsAreSlidAlongAndHold) {
     GameRun game(GameRun::at("pier"));
-    ASSERT_TRUE(game.started);
-    ASSERT_TRUE(game.walkTo(0, 19));
-    ASSERT_TRUE(game.walkTo(-3, 16.5f));
+    ASSERT_TRUE(game.follow({{0, 19}, {-3, 16.5f}}));
     // Into the ruined wall at about 30 degrees to it.
-    for (int i = 0; i < 120; ++i) {
+    for (int i = 0; i < 120 && game.hero().x <= 2.5f; ++i) {
         game.face(game.hero().x + 5, game.hero().z - 3);
         game.player.press(CMD_FORWARD);
         game.frames(1);
-        if (game.hero().x > 2.5f) break;
     }
     game.player.release(CMD_FORWARD);
     EXPECT_GT(game.hero().x, 2.5f) << "stuck at the wall";
     EXPECT_GT(game.hero().z, 14.7f + 0.3f);
+    for (const float x : {-3.0f, -1.0f, 0.0f, 1.5f, 3.0f}) {
+        ASSERT_TRUE(game.walkTo(0, 18));
+        game.walkTo(x, 10, 160);
+        EXPECT_GT(game.hero().z, 14.7f + 0.3f) << "through the wall towards " << x;
+    }
 }
 
 TEST(Feel, TheCameraStaysOutOfWalls) {
     GameRun game(GameRun::at("hut"));
-    ASSERT_TRUE(game.started);
     game.frames(30);
     int inWall = 0;
     for (const auto& [x, z] : {std::pair{2.0f, -2.5f}, {-2.5f, -2.5f}, {-2.5f, 0.0f}, {0.0f, -0.5f}}) {

@@ -22,9 +22,11 @@ GameRun::GameRun(RunOptions options, std::shared_ptr<TempGame> files)
     platform::useFixedStep(16);
     platform::lockRandomSeed(1);
     started = app.start() && cRenderer::instance().hasScreen();
+    EXPECT_TRUE(started) << "a display is needed";
 }
 
 GameRun::~GameRun() {
+    for (const std::string& row : TempGame::errors()) ADD_FAILURE() << row;
     app.shutdown();
     platform::useFixedStep(0);
 }

@@ -12,7 +12,7 @@
 class cCmlObject;
 
 /// The whole game on the made data, in a user directory of its own, with the fixed clock and a fixed seed.
-/// Needs a display. Only input is given to it.
+/// Only input is given to it. Without a display, and for every error row in the log, the test fails.
 class GameRun {
 public:
     explicit GameRun(RunOptions options = {});

@@ -14,6 +14,7 @@
 #include "script/event_mgr.h"
 #include "ui/input_mgr.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -141,9 +142,21 @@ void TestWorld::writeEnvironment(const std::string& name, float deathHeight, boo
     out.save(name);
 }
 
+void TestWorld::writeLevel(const std::string& elements, const std::string& fileName) const {
+    std::string document = "<level name='l'>" + elements + "</level>";
+    std::replace(document.begin(), document.end(), '\'', '"');
+    game.write(fileName, document);
+}
+
 int TestWorld::load(const std::string& elements, const std::string& fileName) const {
-    game.write(fileName, "<level name=\"l\">" + elements + "</level>");
+    writeLevel(elements, fileName);
     return cWorld::instance().loadLevel(fileName);
+}
+
+void TestWorld::writeModels() const {
+    writeCpm("thing.cpm");
+    writeCharacter("maincharfinal\\mainchar_noweapon");
+    cWorld::instance().spawnPoint = "hut";
 }
 
 void TestWorld::frame() {

@@ -34,8 +34,12 @@ public:
                           const cVector3& light = {0, 30, 0}) const;
 
     // Levels.
-    /// Loads a level with these elements inside its root.
+    /// A level with these elements inside its root; in them ' stands for ".
+    void writeLevel(const std::string& elements, const std::string& fileName) const;
     int load(const std::string& elements, const std::string& fileName = "level.xml") const;
+    /// What `spawnElement` and `objectElement` name: a hero's and a thing's model; the hero starts in the
+    /// hut.
+    void writeModels() const;
     /// One object update, one physics step, one round of events, of 16 ms.
     void frame();
     static cObject* object(const std::string& name);

@@ -15,14 +15,12 @@ class Menu : public ::testing::Test {
 protected:
     Menu() {
         std::string rectangles;
-        const char* kNames[] = {"RETURN", "NEWGAME", "LOADGAME", "SETTINGS", "CREDITS", "QUIT", "AUDIO",
-                                "VIDEO",  "INPUT",   "DEFAULT",  "OK",       "CANCEL",  "SAVE", "LOAD"};
-        for (const char* prefix : {"", "HL_"}) {
-            for (const char* name : kNames) {
-                const std::string key = std::string(prefix) + name;
+        for (const std::string name :
+             {"RETURN", "NEWGAME", "LOADGAME", "SETTINGS", "CREDITS", "QUIT", "AUDIO", "VIDEO", "INPUT",
+              "DEFAULT", "OK", "CANCEL", "SAVE", "LOAD"}) {
+            for (const std::string& key : {name, "HL_" + name})
                 rectangles +=
                     key + "_LEFT 8\n" + key + "_RIGHT 308\n" + key + "_TOP 10\n" + key + "_BOTTOM 36\n";
-            }
         }
         t.game.write("menu.cfg", rectangles);
         t.writeCharacter("maincharfinal\\mainchar_noweapon");
@@ -38,11 +36,13 @@ protected:
     void frames(int count) {
         for (int i = 0; i < count; ++i) menu.draw();
     }
-    void tap(int key) {
-        t.keys[static_cast<size_t>(key)] = 1;
-        frames(1);
-        t.keys[static_cast<size_t>(key)] = 0;
-        frames(1);
+    template <typename... Keys> void tap(Keys... keys) {
+        for (const int key : {static_cast<int>(keys)...}) {
+            for (const bool down : {true, false}) {
+                t.keys[static_cast<size_t>(key)] = down;
+                frames(1);
+            }
+        }
     }
     /// Moves the mouse; pixels of the panel.
     void point(int x, int y) {
@@ -65,12 +65,9 @@ protected:
     }
     /// From the main page without a game.
     void toSettings() {
-        for (int i = 0; i < 2; ++i) tap(SDLK_DOWN);
-        tap(SDLK_RETURN);
+        tap(SDLK_DOWN, SDLK_DOWN, SDLK_RETURN);
         ASSERT_EQ(menu.page(), cMenu::kSettingsPage);
     }
-
-    void settings(bool walk) { input.setWalkDefault(walk); }
 
     TestWorld t;
     cInputMgr& input = cInputMgr::instance();
@@ -92,6 +89,11 @@ TEST_F(Menu, TheMainPageDependsOnAGame) {
     EXPECT_EQ(menu.items()[5].y, 60);
     frames(40);
     EXPECT_EQ(menu.slide(), 32);
+    EXPECT_EQ(menu.items()[0].highlight, 16);
+    tap(SDLK_DOWN);
+    frames(3);
+    EXPECT_EQ(menu.items()[0].highlight, 16 - 5) << "shrinks by one";
+    EXPECT_EQ(menu.items()[1].highlight, 5);
     tap(SDLK_ESCAPE);
     EXPECT_FALSE(menu.isVisible());
     frames(31);
@@ -124,15 +126,6 @@ TEST_F(Menu, AHeldKeyActsInFrames1And26And51) {
     EXPECT_FALSE(input.promptActive) << "what was held at the opening waits";
     frames(1);
     EXPECT_TRUE(input.promptActive);
-}
-
-TEST_F(Menu, HighlightsGrowAndShrinkByOne) {
-    frames(20);
-    EXPECT_EQ(menu.items()[0].highlight, 16);
-    tap(SDLK_DOWN);
-    frames(3);
-    EXPECT_EQ(menu.items()[0].highlight, 16 - 5);
-    EXPECT_EQ(menu.items()[1].highlight, 5);
 }
 
 TEST_F(Menu, ANewGameAsksForNameAndSettings) {
@@ -172,8 +165,7 @@ TEST_F(Menu, ANewGameAsksForNameAndSettings) {
     t.state = STATE_MENU;
     input.openMenu();
     frames(1);
-    tap(SDLK_DOWN);
-    tap(SDLK_RETURN);
+    tap(SDLK_DOWN, SDLK_RETURN);
     answer("Bo");
     EXPECT_EQ(menu.listNames(), (Names{"sevench", "[ Create New ]"}));
     tap(SDLK_RETURN);
@@ -202,8 +194,7 @@ TEST_F(Menu, SavedHeroesAreListedAndLoaded) {
         ASSERT_TRUE(world.saveGame());
     }
     world.heroName = cWorld::kUnloadedHero;
-    tap(SDLK_DOWN);
-    tap(SDLK_RETURN);
+    tap(SDLK_DOWN, SDLK_RETURN);
     EXPECT_EQ(menu.title(), "Load what game:");
     ASSERT_EQ(menu.listNames().size(), 52u) << "the newest that fit";
     EXPECT_EQ(menu.listNames().back(), "hero59");
@@ -212,9 +203,7 @@ TEST_F(Menu, SavedHeroesAreListedAndLoaded) {
     tap(SDLK_RETURN);
     EXPECT_NE(menu.notice().find("none.xml"), std::string::npos);
     EXPECT_EQ(menu.page(), cMenu::kMainPage);
-    tap(SDLK_DOWN);
-    tap(SDLK_RETURN);
-    tap(SDLK_UP);
+    tap(SDLK_DOWN, SDLK_RETURN, SDLK_UP);
     const cMenu::Item& last = menu.items().back();
     EXPECT_GT(last.y - menu.scroll(), 20) << "scrolled into sight";
     tap(SDLK_RETURN);
@@ -226,22 +215,19 @@ TEST_F(Menu, SavedHeroesAreListedAndLoaded) {
 TEST_F(Menu, TheSettingsPageListsSavesAndLoads) {
     toSettings();
     EXPECT_EQ(buttons(), (Buttons{6, 7, 8, 9, 12, 13}));
-    tap(SDLK_UP);
-    tap(SDLK_RETURN);
+    tap(SDLK_UP, SDLK_RETURN);
     EXPECT_EQ(menu.title(), "Save settings as:") << "the last one saves";
-    settings(true);
+    input.setWalkDefault(true);
     answer("calm");
     EXPECT_EQ(menu.page(), cMenu::kSettingsPage);
-    settings(false);
-    tap(SDLK_UP);
-    tap(SDLK_RETURN);
+    input.setWalkDefault(false);
+    tap(SDLK_UP, SDLK_RETURN);
     EXPECT_EQ(menu.title(), "Load what settings:") << "the one above lists";
     EXPECT_EQ(menu.listNames(), Names{"calm"});
     tap(SDLK_ESCAPE);
     EXPECT_EQ(menu.page(), cMenu::kSettingsPage) << "back from the list";
     for (int i = 0; i < 2; ++i) tap(SDLK_UP);
-    tap(SDLK_RETURN);
-    tap(SDLK_RETURN);
+    tap(SDLK_RETURN, SDLK_RETURN);
     EXPECT_TRUE(input.isWalkDefault());
     tap(SDLK_ESCAPE);
     EXPECT_EQ(menu.page(), cMenu::kMainPage);
@@ -265,8 +251,7 @@ TEST_F(Menu, SettingsScreensEditACopy) {
         types.push_back(input.editSettings.crosshairType);
     }
     EXPECT_EQ(types, (std::vector<int>{1, 2, 3, 1, 0, 1, 2, 0}));
-    tap(SDLK_DOWN);
-    tap(SDLK_LEFT);
+    tap(SDLK_DOWN, SDLK_LEFT);
     EXPECT_EQ(input.editSettings.crosshairColour[0], 255 - 32);
     EXPECT_EQ(input.bindings.settings.options, before.options) << "not in force yet";
     tap(SDLK_ESCAPE);
@@ -293,8 +278,7 @@ TEST_F(Menu, SettingsScreensEditACopy) {
     EXPECT_FLOAT_EQ(input.editSettings.musicVolume, 250 / 255.0f) << "follows the held button";
     t.keys[1] = 0;
     frames(1);
-    tap(SDLK_DOWN);
-    tap(SDLK_RETURN);
+    tap(SDLK_DOWN, SDLK_RETURN);
     EXPECT_EQ(input.bindings.settings.soundVolume, 0.0f);
     EXPECT_FLOAT_EQ(world.playerMusicVolume, 250 / 255.0f) << "OK reaches the parts";
 }
@@ -350,8 +334,7 @@ TEST_F(Menu, KeysAreCapturedForTheChosenViews) {
     frames(1);
     EXPECT_FLOAT_EQ(edit.sensitivity, 0.0001f) << "the scroll bar is no slider";
     EXPECT_EQ(menu.selected(), 20);
-    tap(SDLK_DOWN);
-    tap(SDLK_RETURN);
+    tap(SDLK_DOWN, SDLK_RETURN);
     EXPECT_EQ(input.bindings.getBinding(CMD_FORWARD), SDLK_DOWN);
 }
 
@@ -380,8 +363,7 @@ TEST_F(Menu, TheMouseSelectsScrollsAndGoesBack) {
 
 TEST_F(Menu, AnOpenConsoleKeepsItsKeys) {
     input.console.visible = true;
-    tap(SDLK_RETURN);
-    tap(SDLK_DOWN);
+    tap(SDLK_RETURN, SDLK_DOWN);
     EXPECT_FALSE(input.promptActive);
     EXPECT_EQ(menu.selected(), 0);
 }
