@@ -45,13 +45,12 @@ TEST(Object, AReplacedModelIsLogged) {
 }
 
 TEST(Object, QueriesSeeActiveObjectsOnly) {
-    cObject plain;
+    cObject plain, camera(cObject::kCamera);
     EXPECT_FALSE(plain.isQueryable()) << "nobody drives it";
-    plain.setController(std::make_unique<cSceneryController>(&plain));
+    for (cObject* object : {&plain, &camera})
+        object->setController(std::make_unique<cSceneryController>(object));
     EXPECT_TRUE(plain.isQueryable());
+    EXPECT_FALSE(camera.isQueryable());
     plain.getController()->toggleActive();
     EXPECT_FALSE(plain.isQueryable());
-    cObject camera(cObject::kCamera);
-    camera.setController(std::make_unique<cSceneryController>(&camera));
-    EXPECT_FALSE(camera.isQueryable());
 }
