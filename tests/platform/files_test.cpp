@@ -119,23 +119,18 @@ TEST(Files, AnArchiveThatPromisesMoreThanItHoldsTakesNoMemory) {
     EXPECT_LE(bytes.capacity(), size_t{4} << 20);
 }
 
-TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHas) {
+TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHasOrLeavesTheOldOne) {
     TempGame game;
-    const fs::path file = fs::path(game.dir()) / "Save" / "Game.cfl";
+    const fs::path base = game.dir(), file = base / "Save" / "Game.cfl";
     put(file, "a long old content");
     ASSERT_TRUE(platform::writeFile("save\\GAME.CFL", {'n', 'e', 'w'}));
     EXPECT_EQ(get(file), "new");
     EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1)
         << "nothing is left beside it";
     ASSERT_TRUE(platform::writeFile("deep\\er\\file", {}));
-    EXPECT_TRUE(fs::exists(fs::path(game.dir()) / "deep" / "er" / "file"));
-}
-
-TEST(Files, AFailedWriteLeavesTheOldFile) {
-    TempGame game;
-    put(fs::path(game.dir()) / "file" / "inside", "old");
-    EXPECT_FALSE(platform::writeFile("file", {'n'})) << "a folder of that name";
-    EXPECT_EQ(TempGame::errorCount("The file \"file\" cannot be written"), 1);
-    EXPECT_EQ(get(fs::path(game.dir()) / "file" / "inside"), "old");
-    EXPECT_FALSE(fs::exists(fs::path(game.dir()) / "file.new"));
+    EXPECT_TRUE(fs::exists(base / "deep" / "er" / "file"));
+    EXPECT_FALSE(platform::writeFile("save", {'n'})) << "a folder of that name";
+    EXPECT_EQ(TempGame::errorCount("The file \"save\" cannot be written"), 1);
+    EXPECT_EQ(get(file), "new");
+    EXPECT_FALSE(fs::exists(base / "save.new"));
 }
