@@ -13,13 +13,6 @@
 namespace {
 const std::string kTga = std::string("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0", 18) + "abc";
 
-cTag tag(const char* name, const cVector3& origin) {
-    cTag t;
-    std::strncpy(t.name.data(), name, t.name.size() - 1);
-    t.origin = origin;
-    return t;
-}
-
 /// Two frames of one triangle; a tag per name.
 cAnimModel part(std::initializer_list<const char*> tagNames) {
     cAnimModel p;
@@ -33,20 +26,16 @@ cAnimModel part(std::initializer_list<const char*> tagNames) {
     p.meshTextures = {{"body", ""}};
     p.frameCount = 2;
     p.tagCount = static_cast<int32_t>(tagNames.size());
-    for (int frame = 0; frame < 2; ++frame) {
-        for (const char* name : tagNames)
-            p.tags.push_back(tag(name, {1, 2, 3.0f + static_cast<float>(frame)}));
+    for (const float z : {3.0f, 4.0f}) {
+        for (const char* name : tagNames) {
+            p.tags.emplace_back().origin = {1, 2, z};
+            std::strncpy(p.tags.back().name.data(), name, p.tags[0].name.size() - 1);
+        }
     }
     p.tagBlockSize = static_cast<int32_t>(p.tags.size()) * kTagBytes;
     p.attachments.assign(tagNames.size(), cAnimModel::kNothing);
     p.animations = {{"FIRST", 0, 2, 0, 20}, {"SECOND", 1, 2, 1, 10}, {"THIRD", 0, 1, 0, 0}};
     return p;
-}
-
-platform::Bytes bytesOf(const std::string& fileName) {
-    platform::Bytes bytes;
-    platform::readFile(fileName, bytes);
-    return bytes;
 }
 
 /// Surfaces u_0, u_1, … of one triangle each, one tag, two frames. What follows a name's zero is no part of
@@ -96,13 +85,13 @@ TEST_F(Parts, CffComesBackByteForByte) {
     written.meshTextures.push_back({"second", "none.tga"});
     std::memcpy(written.tags[0].name.data() + 40, "kept", 4);
     ASSERT_TRUE(writeCff(written, "x.cff"));
-    const platform::Bytes bytes = bytesOf("x.cff");
+    const std::string bytes = game.read("x.cff");
     EXPECT_EQ(bytes.size(), 24u + 4 * 112 + 3 * 276 + 2 * (16 + 512 + 6 * 12 + 6 * 12 + 3 * 8 + 12));
     ASSERT_TRUE(readCffRaw(read, "x.cff"));
     EXPECT_EQ(read.currentMesh, "second");
     EXPECT_EQ(TempGame::errors().size(), 1u) << "an empty texture path is not asked for, a missing one is";
     ASSERT_TRUE(writeCff(read, "y.cff"));
-    EXPECT_EQ(bytesOf("y.cff"), bytes);
+    EXPECT_EQ(game.read("y.cff"), bytes);
     ASSERT_TRUE(readCff(read, "x.cff"));
     EXPECT_EQ(read.meshes[0].positions[4], cVector3(-2, 4, -1));
     EXPECT_EQ(read.tags[0].origin, cVector3(-2, 3, -1));
@@ -113,7 +102,7 @@ TEST_F(Parts, CffComesBackByteForByte) {
 
 TEST_F(Parts, CffRefusesWhatCannotBe) {
     ASSERT_TRUE(writeCff(part({"tag_a"}), "good.cff"));
-    const platform::Bytes good = bytesOf("good.cff");
+    const std::string good = game.read("good.cff");
     const size_t mesh = 24 + 2 * 112 + 3 * 276;
     const struct {
         const char* what;
@@ -127,9 +116,9 @@ TEST_F(Parts, CffRefusesWhatCannotBe) {
                 {"huge count", mesh + 4, 1 << 30},
                 {"index behind a frame", good.size() - 4, 3}};
     for (const auto& row : rows) {
-        platform::Bytes bytes = good;
+        std::string bytes = good;
         std::memcpy(bytes.data() + row.at, &row.value, 4);
-        platform::writeFile("x.cff", bytes);
+        game.write("x.cff", bytes);
         EXPECT_FALSE(readCff(read, "x.cff")) << row.what;
     }
 }
@@ -202,22 +191,17 @@ TEST_F(Parts, PosesBetweenFrames) {
 }
 
 TEST_F(Parts, TagsTurnAlongTheShorterArc) {
+    const cVector3 p(3, 5, 7);
     for (const float degrees : {0.0f, 1.0f, 80.0f, 170.0f, -170.0f}) {
-        for (int axis = 0; axis < 3; ++axis) {
-            const auto turn = [&](float angle) {
-                return axis == 0   ? cMatrix4::rotationX(angle)
-                       : axis == 1 ? cMatrix4::rotationY(angle)
-                                   : cMatrix4::rotationZ(angle);
-            };
-            read = part({"t"});
+        for (const auto turn : {&cMatrix4::rotationX, &cMatrix4::rotationY, &cMatrix4::rotationZ}) {
             const cMatrix4 turned = turn(degrees);
             const float* m = turned.m;
+            read = part({"t"});
             read.tags[1].axis = {cVector3{m[0], m[1], m[2]}, {m[4], m[5], m[6]}, {m[8], m[9], m[10]}};
-            const cVector3 p(3, 5, 7);
             for (const float t : {0.0f, 0.25f, 0.5f, 1.0f}) {
                 const cVector3 expected = turn(degrees * t).transformDirection(p) + cVector3(1, 2, 3 + t);
                 EXPECT_TRUE(read.tagTransform(0, 0, 1, t).transformPoint(p).isNear(expected))
-                    << axis << " " << degrees << " " << t;
+                    << m[0] << " " << m[5] << " " << degrees << " " << t;
             }
         }
     }
@@ -264,13 +248,11 @@ TEST_F(Characters, LoadAttachesAndReportsTheMissingPart) {
 }
 
 TEST_F(Characters, Md3SetNeedsSkinsAndAnimations) {
-    for (const char* body : {"lower", "upper", "head"}) {
-        platform::writeFile(std::string("m/x_") + body + ".md3", md3());
-    }
+    const std::string bodies[] = {"lower", "upper", "head"};
+    for (const std::string& body : bodies) platform::writeFile("m/x_" + body + ".md3", md3());
     EXPECT_FALSE(model.loadMd3("m", "x"));
     EXPECT_STREQ(SDL_GetError(), "Cannot load the Lower skin: \"m\\lower_default.skin\"");
-    for (const char* body : {"lower", "upper", "head"})
-        game.write(std::string("m/") + body + "_default.skin", "");
+    for (const std::string& body : bodies) game.write("m/" + body + "_default.skin", "");
     EXPECT_FALSE(cCharacterModel{}.loadMd3("m", "x"));
     game.write("m/animation.cfg", "0 1 0 20 // BOTH_X\n");
     cCharacterModel whole;
@@ -283,7 +265,7 @@ TEST_F(Characters, Md3SetNeedsSkinsAndAnimations) {
 
 TEST_F(Characters, AnimationTable) {
     std::string text = "// comment 1 2 3\r\nsex\tm\r\n\r\nheadoffset 0 0 0\r\nfootsteps normal\r\n";
-    const auto add = [&](const char* kind, int count, int first) {
+    const auto add = [&](const std::string& kind, int count, int first) {
         for (int i = 0; i < count; ++i) {
             text += std::to_string(first + i * 10) + "\t10 5 20\t// " + kind + std::to_string(i) +
                     "\t\t(MUST NOT CHANGE -- 3 20 1)\r\n";
@@ -348,13 +330,10 @@ TEST_F(Characters, PlaysLoopsAndEnds) {
     pose = cCharacterPose(playing);
     pose.setAnimation("RUN", "RUN");
     pose.setPlaying(true);
-    int ends = 0, stepsToEnd = 0;
-    for (uint32_t step = 1; step <= 8; ++step) {
-        pose.advance(step * 50, [&] { ++ends; });
-        if (ends == 0) stepsToEnd = static_cast<int>(step);
-    }
-    EXPECT_EQ(ends, 1) << "legs and torso end together and are reported once";
-    EXPECT_EQ(stepsToEnd, 3) << "the end is where frameB leaves the animation";
+    std::vector<uint32_t> ends;
+    for (uint32_t step = 1; step <= 8; ++step) pose.advance(step * 50, [&] { ends.push_back(step); });
+    EXPECT_EQ(ends, std::vector<uint32_t>{4})
+        << "where frameB leaves the animation, for legs and torso at once";
     EXPECT_FALSE(pose.isPlaying());
     playing->parts[kLowerPart].animations[0].fps = 0;
     pose.setAnimation(kLowerPart, "RUN");

@@ -1,48 +1,41 @@
 #include "render/image.h"
 
+#include "data/binary_reader.h"
 #include "support/temp_game.h"
 #include "support/test_level.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace {
 using platform::Bytes;
 
 Bytes tga(int type, int width, int height, int bpp, const Bytes& data, const std::string& id = "",
           int descriptor = 0) {
-    Bytes out(18);
-    out[0] = static_cast<uint8_t>(id.size());
-    out[2] = static_cast<uint8_t>(type);
-    out[12] = static_cast<uint8_t>(width);
-    out[13] = static_cast<uint8_t>(width >> 8);
-    out[14] = static_cast<uint8_t>(height);
-    out[15] = static_cast<uint8_t>(height >> 8);
-    out[16] = static_cast<uint8_t>(bpp);
-    out[17] = static_cast<uint8_t>(descriptor);
-    std::copy(id.begin(), id.end(), std::back_inserter(out));
-    std::copy(data.begin(), data.end(), std::back_inserter(out));
-    return out;
-}
-
-void put32(Bytes& out, size_t at, uint32_t v) {
-    for (size_t i = 0; i < 4; ++i) out[at + i] = static_cast<uint8_t>(v >> 8 * i);
+    cBinaryWriter out;
+    for (const int v : {static_cast<int>(id.size()), 0, type}) out.u8(static_cast<uint8_t>(v));
+    out.fixedText("", 9);
+    for (const int v : {width, height}) out.u16(static_cast<uint16_t>(v));
+    for (const int v : {bpp, descriptor}) out.u8(static_cast<uint8_t>(v));
+    out.raw(id.data(), id.size());
+    out.raw(data.data(), data.size());
+    return out.bytes();
 }
 
 /// `format`: bit count, and above it the compression. The palette maps index i to blue i, green 2i, red 3i.
 Bytes bmp(int32_t width, int32_t height, uint32_t format, const Bytes& data) {
     const bool palette = (format & 0xFF) == 8;
-    Bytes out(54);
-    put32(out, 10, palette ? 54 + 1024 : 54);
-    put32(out, 18, static_cast<uint32_t>(width));
-    put32(out, 22, static_cast<uint32_t>(height));
-    put32(out, 28, format);
+    cBinaryWriter out;
+    out.fixedText("BM", 10);
+    out.u32(palette ? 54 + 1024 : 54);
+    for (const int32_t v : {40, width, height}) out.i32(v);
+    out.u16(1);
+    out.u32(format);
+    out.fixedText("", 22);
     for (int i = 0; palette && i < 256; ++i) {
-        for (const int c : {i, i * 2, i * 3, 0}) out.push_back(static_cast<uint8_t>(c));
+        for (const int c : {i, i * 2, i * 3, 0}) out.u8(static_cast<uint8_t>(c));
     }
-    std::copy(data.begin(), data.end(), std::back_inserter(out));
-    return out;
+    out.raw(data.data(), data.size());
+    return out.bytes();
 }
 
 class Image : public ::testing::Test {

@@ -36,10 +36,8 @@ protected:
         return object;
     }
     cObject* add(const cVector3& at, float radius = 1, std::function<void()> act = {}) {
-        auto object = make(at, radius, std::move(act));
-        cObject* raw = object.get();
-        objects.add(std::move(object));
-        return raw;
+        objects.add(make(at, radius, std::move(act)));
+        return objects.get(objects.count() - 1);
     }
     cObject* addBody(const cVector3& at, float radius, uint32_t flags) {
         cObject* object = add(at);
@@ -69,14 +67,12 @@ TEST_F(ObjectMgr, TheLastQueuedJoinsFirstAndIsUpdatedInTheNextFrame) {
 TEST_F(ObjectMgr, TheDestroyedStayUntilTheUpdateEnds) {
     cObject* doomed = nullptr;
     size_t countAfterDestroy = 0;
-    cObject* first = add({}, 1, [&] {
-        if (!doomed) return;
+    const cObject* first = add({}, 1, [&] {
         objects.destroy(doomed);
         countAfterDestroy = objects.count();
     });
     doomed = addBody({5, 0, 0}, 1, MOVE_SOLID);
-    auto* probe = static_cast<Probe*>(doomed->getController());
-    cEventMgr::instance().post(cEvent::kTouchedBody, first->getController(), probe);
+    cEventMgr::instance().post(cEvent::kTouchedBody, first->getController(), doomed->getController());
     cEventMgr::instance().post(cEvent::kTouchedGeometry, first->getController());
     std::vector<const cObject*> forgotten;
     objects.setForgetListener([&](const cObject* o) { forgotten.push_back(o); });
@@ -122,9 +118,8 @@ TEST_F(ObjectMgr, ClearTakesBodiesEventsAndWhatWaits) {
 namespace {
 cProjectile& launch(cObjectMgr& objects, const cItemDef& item, const cVector3& at, const cVector3& velocity) {
     auto object = std::make_unique<cObject>();
-    auto controller = std::make_unique<cProjectile>(object.get());
-    cProjectile& projectile = *controller;
-    object->setController(std::move(controller));
+    object->setController(std::make_unique<cProjectile>(object.get()));
+    auto& projectile = *static_cast<cProjectile*>(object->getController());
     objects.add(std::move(object));
     projectile.launch(item, at, velocity);
     return projectile;
