@@ -133,6 +133,8 @@ TEST_F(Text, ASecondModeDropsTexturesAndTellsTheListeners) {
     const int32_t old = renderer.loadTexture("IMG\\alpha.tga");
     EXPECT_EQ(renderer.loadTexture("img\\ALPHA.TGA"), old);
     EXPECT_EQ(renderer.textureFileName(old), "IMG\\alpha.tga");
+    const uint8_t white[12] = {};
+    EXPECT_EQ(renderer.textureFileName(renderer.createTexture(2, 2, 24, white)), "");
     renderer.print(0, 0, 1, 0, "A");
     ASSERT_EQ(renderer.setVideoMode(kWidth, kHeight, false), 0);
     EXPECT_EQ(told, 1);

@@ -264,6 +264,7 @@ TEST_F(LevelLoader, AnEnvironmentOutlivesAMissingFileButNoDamagedOne) {
         hero()->setPosition({0, -9, 0});
         for (int i = 0; i < 30; ++i) world.drawEnvironment();
         EXPECT_EQ(world.health, damaged ? 100 : 0) << file;
+        EXPECT_EQ(world.environmentFile, damaged ? "" : "sea.env") << file;
         EXPECT_EQ(TempGame::errorCount("Environment file cut.env is damaged"), damaged) << file;
         TempGame::clearErrors();
         world.health = 100;
