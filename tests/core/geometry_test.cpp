@@ -35,7 +35,7 @@ TEST(SegmentDistance, EqualsASearchForAnyTwoSegments) {
     const auto point = [&] { return cVector3(coordinate(random), coordinate(random), coordinate(random)); };
     for (int i = 0; i < 3000; ++i) {
         cSegment a(point(), point()), b(point(), point());
-        switch (i % 6) {
+        switch (i % 7) {
         case 1:
             b = cSegment(b.p0, b.p0 + (a.p1 - a.p0) * coordinate(random));
             break; // parallel
@@ -51,31 +51,14 @@ TEST(SegmentDistance, EqualsASearchForAnyTwoSegments) {
         case 5: // nearly parallel
             b = cSegment(a.p0 + point() * 0.2f, a.p1 + cVector3(tiny(random), tiny(random), tiny(random)));
             break;
+        case 6: // in one line, apart or overlapping
+            b = cSegment(lerp(a.p0, a.p1, coordinate(random)), lerp(a.p0, a.p1, coordinate(random)));
+            break;
         default:
             break;
         }
         EXPECT_NEAR(std::sqrt(segmentDistanceSq(a, b)), searchedDistance(a, b), 2e-3) << i;
         EXPECT_NEAR(std::sqrt(segmentDistanceSq(b, a)), searchedDistance(a, b), 2e-3) << i;
-    }
-}
-
-TEST(SegmentDistance, KnownPairs) {
-    const cSegment x({0, 0, 0}, {4, 0, 0});
-    const struct {
-        cSegment other;
-        float squared;
-    } rows[] = {
-        {{{1, 1, 0}, {3, 1, 0}}, 1},    // parallel, side by side
-        {{{6, 0, 0}, {9, 0, 0}}, 4},    // one line, apart
-        {{{3, 0, 0}, {9, 0, 0}}, 0},    // one line, overlapping
-        {{{-3, 4, 0}, {-9, 4, 0}}, 25}, // parallel, apart
-        {{{2, -1, 2}, {2, 1, 2}}, 4},   // crossing above
-        {{{2, -1, 0}, {2, 1, 0}}, 0},   // crossing
-        {{{5, 0, 1}, {5, 0, 1}}, 2},    // a point
-    };
-    for (const auto& row : rows) {
-        EXPECT_FLOAT_EQ(segmentDistanceSq(x, row.other), row.squared) << row.other.p0.x;
-        EXPECT_FLOAT_EQ(segmentDistanceSq(row.other, x), row.squared) << row.other.p0.x;
     }
 }
 

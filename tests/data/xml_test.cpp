@@ -1,6 +1,5 @@
 #include "data/xml_node.h"
 
-#include "support/damage.h"
 #include "support/temp_game.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +11,7 @@ int parse(cXmlNode& node, const std::string& text) {
 }
 
 /// name{attribute=value,}[text](child child )
-std::string describe(const cXmlNode& node) {
+std::string describe(const cXmlNode& node, bool whole) {
     std::string out = node.name;
     if (!node.attributes.empty()) {
         out += '{';
@@ -21,10 +20,10 @@ std::string describe(const cXmlNode& node) {
         out += '}';
     }
     if (!node.text.empty()) out += '[' + node.text + ']';
-    EXPECT_TRUE(node.children.empty() || node.hasChildren);
+    EXPECT_TRUE(node.hasChildren == !node.children.empty() || !whole) << node.name;
     if (node.children.empty()) return out;
     out += '(';
-    for (const auto& child : node.children) out += describe(*child) + ' ';
+    for (const auto& child : node.children) out += describe(*child, whole) + ' ';
     return out + ')';
 }
 
@@ -32,15 +31,9 @@ std::string parsed(const std::string& text) {
     cXmlNode node;
     const int result = parse(node, text);
     EXPECT_EQ(node.errorLine() == 0, result == 0) << text;
-    return (result == 0 ? "" : "fails: ") + describe(node);
+    return (result == 0 ? "" : "fails: ") + describe(node, result == 0);
 }
 
-/// Depth of the deepest node.
-int depth(const cXmlNode& node) {
-    int deepest = 0;
-    for (const auto& child : node.children) deepest = std::max(deepest, depth(*child));
-    return deepest + 1;
-}
 } // namespace
 
 TEST(Xml, TheGrammar) {
@@ -49,38 +42,28 @@ TEST(Xml, TheGrammar) {
     } rows[] = {
         // attributes
         {"<a x=1 y=\"two words\" flag/>", "a{flag=TRUE,x=1,y=two words,}"},
-        {"<a x=1 x=2/>", "a{x=2,}"},
-        {"<a x=\"\"/>", "a{x=,}"},
-        {"<a x= y/>", "a{x=,y=TRUE,}"},
-        {"<a x=\"a=b\"/>", "a{x=a=b,}"},
-        {"<a x=\"1/2>3\"/>", "a{x=1/2>3,}"},
+        {"<a x=0 x=\"1/2>3\" y=\"a=b\" z=\"\" 1=2/>", "a{1=2,x=1/2>3,y=a=b,z=,}"},
         {"<a x=\"1\"y=\"2\"/>", "a{x=1,}"},
         {"<a x=file/part.cpm></a>", "a{x=file,}"}, // the slash closes the element
         {"<a _x=1 =y/>", "a{x=1,y=TRUE,}"},
-        {"<a 1=2/>", "a{1=2,}"},
         {"<a x\"= \"y=1/>", "a{x\"= \"y=1,}"}, // a quote starts a run in the name too
         {"<a x=&lt;>&amp;</a>", "a{x=&lt;,}[&amp;]"},
         // line breaks are no separators inside a tag
-        {"<a\nx=1></a>", "a\nx=1"},
         {"<a x=\"1\"\ny=\"2\"></a>", "a{x=1,}"},
-        {"<a x=1\ny=2></a>", "a{x=1\ny=2,}"},
+        {"<a\n x=1\ny=2></a>", "a\n{x=1\ny=2,}"},
         {"<a \n x=1 \r\n y=2 \t/>", "a{x=1,y=2,}"},
         // names and ends
-        {"text before<a/>", "a"},
+        {"text before<a/>behind<b", "a"},
         {"<></>", ""},
         {"< a/>", "{a=TRUE,}"},
         {"<a></b>", "a"},
         {"<a></ whatever it says >", "a"},
         {"<a / ignored=1 >", "a"},
-        {"<a/>behind<b", "a"},
         // content
-        {"<a>hello <b/> world</a>", "a[hello  world](b )"},
-        {"<a>two\r\n\tlines</a>", "a[twolines]"},
+        {"<a>two\r\n\tlines <b/> of text</a>", "a[twolines  of text](b )"},
         {"<a>x>y</a>", "a[x>]"},
         {"<a><b>1</b>2<c/>3</a>", "a[23](b[1] c )"},
-        {"<a> </a>", "a[ ]"},
         // comments
-        {"<a><!-- c --><b/></a>", "a(b )"},
         {"<a><!-- <b> > -> -- > --></a>", "a"},
         {"<a><!-- x ---> y --></a>", "a"},
         {"<a><!-- x ---->y</a>", "a[y]"},
@@ -88,55 +71,32 @@ TEST(Xml, TheGrammar) {
         {"<a>x<!----><b/></a>", "a[x](b )"},
         // failures keep what was read
         {"", "fails: "},
-        {"nothing", "fails: "},
         {"<", "fails: "},
-        {"<a", "fails: a"},
         {"<a x=1", "fails: a"},
-        {"<a x=\"1>", "fails: a"},
-        {"<a /", "fails: a"},
-        {"<a>", "fails: a"},
-        {"<a>text", "fails: a[text]"},
-        {"<a><b>1</b>", "fails: a(b[1] )"},
-        {"<a><b>", "fails: a(b )"},
+        {"<a>text<b>1</b>", "fails: a[text](b[1] )"},
         {"<a><!-- ", "fails: a"},
         {"<a></a", "fails: a"},
     };
     for (const auto& row : rows) EXPECT_EQ(parsed(row.text), row.expected) << row.text;
 }
 
-TEST(Xml, ChildrenAreOnlyThoseThatWereRead) {
-    const struct {
-        const char* text;
-        bool hasChildren;
-    } rows[] = {{"<a/>", false}, {"<a></a>", false}, {"<a>text</a>", false}, {"<a><b/></a>", true}};
-    for (const auto& row : rows) {
+TEST(Xml, TokensHoldAtMost255Characters) {
+    const std::string name(255, 'n'), value(253, 'v');
+    EXPECT_EQ(parsed("<" + name + " x=" + value + "/>"), name + "{x=" + value + ",}");
+    for (const std::string& tooLong : {"<" + name + "n/>", "<a x=" + value + "v/>"}) {
         cXmlNode node;
-        EXPECT_EQ(parse(node, row.text), 0);
-        EXPECT_EQ(node.hasChildren, row.hasChildren) << row.text;
+        EXPECT_EQ(parse(node, tooLong), -1);
     }
 }
 
-TEST(Xml, TokensHoldAtMost255Characters) {
-    const std::string name(255, 'n'), value(253, 'v');
-    EXPECT_EQ(parsed("<" + name + "/>"), name);
-    EXPECT_EQ(parsed("<a x=" + value + "/>"), "a{x=" + value + ",}");
-    cXmlNode longName, longValue;
-    EXPECT_EQ(parse(longName, "<" + name + "n/>"), -1);
-    EXPECT_EQ(parse(longValue, "<a x=" + value + "v/>"), -1);
-}
-
 TEST(Xml, DeepNestingFailsInsteadOfOverflowing) {
-    const auto nested = [](int levels) {
+    for (const auto& [levels, result] : {std::pair{250, 0}, {1000000, -1}}) {
         std::string text;
         for (int i = 0; i < levels; ++i) text += "<a>";
         for (int i = 0; i < levels; ++i) text += "</a>";
-        return text;
-    };
-    cXmlNode fine, deep;
-    EXPECT_EQ(parse(fine, nested(250)), 0);
-    EXPECT_EQ(depth(fine), 250);
-    EXPECT_EQ(parse(deep, nested(1000000)), -1);
-    EXPECT_LE(depth(deep), 300);
+        cXmlNode node;
+        EXPECT_EQ(parse(node, text), result);
+    }
 }
 
 TEST(Xml, ManyAttributesFailInsteadOfTakingForEver) {
@@ -159,22 +119,6 @@ TEST(Xml, LinesAreCountedForMessages) {
     cXmlNode broken;
     EXPECT_EQ(parse(broken, "<a>\n<b>\n\n"), -1);
     EXPECT_EQ(broken.errorLine(), 4);
-}
-
-TEST(Xml, ADamagedFileNeverHurtsAndACutOneFails) {
-    const std::string good =
-        "<level name=\"one\"><!-- note --><object id=1 solid>text<part x=\"1 2\"/></object></level>";
-    const platform::Bytes bytes(good.begin(), good.end());
-    ASSERT_EQ(parsed(good), "level{name=one,}(object{id=1,solid=TRUE,}[text](part{x=1 2,} ) )");
-    for (size_t size = 0; size < good.size(); ++size) {
-        EXPECT_EQ(parsed(good.substr(0, size)).rfind("fails: ", 0), 0u) << size;
-    }
-    readDamaged(bytes, 20000, [](const platform::Bytes& damaged) {
-        cXmlNode node;
-        const int result = node.parse(damaged.data(), damaged.size());
-        EXPECT_TRUE(result == 0 || node.errorLine() > 0);
-        EXPECT_LE(depth(node), 20);
-    });
 }
 
 TEST(Xml, FilesAreFoundUnderAnyCase) {

@@ -10,11 +10,17 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <set>
+#include <string_view>
 
 namespace fs = std::filesystem;
 
 namespace {
 using platform::Bytes;
+
+/// Whose files say how much they hold, or close what they open: cut anywhere, they are refused.
+const std::set<std::string_view> kRefuseCuts = {"bmp",       "cff",   "cml",   "cpm", "environment",
+                                                "inventory", "items", "level", "md3", "octree",
+                                                "tga",       "wav",   "xml"};
 
 Bytes readWhole(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -56,9 +62,13 @@ TEST_P(Reader, ReadsAGoodFileAsBeforeAfterAnyDamage) {
     for (const fs::path& seed : seeds()) {
         const Bytes good = readWhole(seed);
         const uint64_t digest = read(good);
+        const bool refusesCuts = kRefuseCuts.count(GetParam()->name) > 0;
+        const size_t end = good.size() - (good.back() == '\n'); // of a text that misses nothing
         int damaged = 0, differ = 0;
         readDamaged(good, kFlips, [&](const Bytes& bytes) {
-            differ += read(bytes) != digest;
+            const uint64_t found = read(bytes);
+            differ += found != digest;
+            EXPECT_FALSE(refusesCuts && bytes.size() < end && found) << seed << " cut at " << bytes.size();
             if (++damaged % kGoodAgain != 0) return;
             ASSERT_EQ(read(good), digest) << seed << " after " << damaged;
         });

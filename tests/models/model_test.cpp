@@ -3,8 +3,8 @@
 #include "data/binary_reader.h"
 #include "models/normals.h"
 #include "render/texture_cache.h"
-#include "support/damage.h"
 #include "support/temp_game.h"
+#include "support/test_level.h"
 
 #include <SDL.h>
 #include <algorithm>
@@ -76,12 +76,9 @@ TEST_F(CpmFile, ComesBackAsItWasWritten) {
     cModel back;
     ASSERT_EQ(back.load("s_mdl\\x.CPM", false), 0);
     ASSERT_EQ(back.objects.size(), 3u);
-    EXPECT_TRUE(back.objects[0].vectors.empty()) << "written without normals";
     for (size_t i = 0; i < 3; ++i) {
         const cModelObject &m = model.objects[i], &n = back.objects[i];
-        EXPECT_EQ(n.mode, m.mode) << i;
-        EXPECT_EQ(n.texture, m.texture) << i;
-        EXPECT_EQ(n.colour, m.colour) << i;
+        EXPECT_TRUE(n.mode == m.mode && n.texture == m.texture && n.colour == m.colour) << i;
         EXPECT_EQ(n.positions, m.positions) << i;
         EXPECT_EQ(n.vectors, m.vectors) << i;
         EXPECT_EQ(n.faces, m.faces) << i;
@@ -158,41 +155,6 @@ TEST_F(CpmFile, NamesAreCutToWhatTheirLengthByteHolds) {
     }
 }
 
-TEST_F(CpmFile, EmptyObjectsAreRead) {
-    cModel model;
-    for (const uint8_t mode : {kModeColour, kModeTwoTextures}) {
-        model.objects = {cModelObject{}};
-        model.objects[0].mode = mode;
-        ASSERT_TRUE(model.saveCpm("x.cpm"));
-        ASSERT_EQ(model.load("x.cpm", true), 0) << int{mode};
-        ASSERT_EQ(model.objects.size(), 1u);
-        EXPECT_EQ(model.objects[0].mode, mode);
-        EXPECT_TRUE(model.objects[0].positions.empty() && model.objects[0].faces.empty());
-    }
-}
-
-TEST_F(CpmFile, DamageIsRefusedAndNeverFollowed) {
-    cModel model;
-    model.objects = {triangle(1), textured(a, 255), twoTextured(a, b)};
-    cMaterialList list;
-    list.addFrom(model);
-    cBinaryWriter out;
-    list.write(out);
-    model.writeObjects(out, list);
-    const size_t whole = out.bytes().size();
-    readDamaged(out.bytes(), 4000, [&](const platform::Bytes& bytes) {
-        cBinaryReader in(bytes);
-        cMaterialList materials;
-        cModel read;
-        const bool ok = materials.read(in) && read.readObjects(in, materials);
-        EXPECT_FALSE(ok && bytes.size() < whole) << bytes.size();
-        EXPECT_TRUE(ok || read.objects.empty());
-        read.computeNormals(); // touches everything that an index reaches
-        cBinaryWriter again;
-        read.writeObjects(again, materials);
-    });
-}
-
 TEST_F(CpmFile, TheFilePartDecidesTheReader) {
     cModel model;
     model.objects = {triangle(1)};
@@ -212,32 +174,34 @@ TEST_F(CpmFile, LoadsWithAnotherMaterial) {
     model.objects = {textured(a, 9)};
     ASSERT_TRUE(model.saveCpm("x.cpm"));
     EXPECT_EQ(model.loadWithColour("x.cpm", 1, 2, 3), 0);
-    EXPECT_EQ(model.objects[0].mode, kModeColour);
-    EXPECT_EQ(model.objects[0].texture, kNoTexture);
-    EXPECT_EQ(model.objects[0].colour, (cColour4{1, 2, 3, 0}));
-    EXPECT_EQ(model.objects[0].vectors[0], cVector3(0, 0, 1));
-    EXPECT_EQ(model.loadWithTextureFile("x.cpm", "img/b.tga"), 0) << "another separator is another name";
-    EXPECT_EQ(model.objects[0].mode, kModeTexture);
-    EXPECT_EQ(model.objects[0].colour.r, 9);
-    EXPECT_EQ(model.loadWithTextureFile("x.cpm", "none.tga"), 0);
-    EXPECT_EQ(model.objects[0].texture, a) << "a picture that fails changes nothing";
+    const cModelObject& o = model.objects[0];
+    EXPECT_TRUE(o.mode == kModeColour && o.texture == kNoTexture);
+    EXPECT_EQ(o.colour, (cColour4{1, 2, 3, 0}));
+    EXPECT_EQ(o.vectors[0], cVector3(0, 0, 1));
+    for (const char* picture : {"img/b.tga", "none.tga"}) {
+        EXPECT_EQ(model.loadWithTextureFile("x.cpm", picture), 0);
+        const cModelObject& read = model.objects[0];
+        EXPECT_TRUE(read.mode == kModeTexture && read.colour.r == 9);
+        EXPECT_EQ(read.texture == a, picture == std::string("none.tga"))
+            << "another separator is another name, a picture that fails changes nothing";
+    }
 }
 
 TEST(Normals, FastEqualsPlainOnRandomMeshes) {
-    uint32_t seed = 7;
-    const auto random = [&seed](uint32_t n) { return (seed = seed * 1664525u + 1013904223u) / 65536u % n; };
+    TestRandom random;
+    const auto corner = [&] { return static_cast<uint32_t>(random.index(40)); };
     for (int round = 0; round < 60; ++round) {
         std::vector<cVector3> positions;
         // Few distinct places, so that many coincide; zeros of both signs, and one that is no number.
         for (int i = 0; i < 40; ++i) {
             const auto c = [&] {
-                return (static_cast<float>(random(4)) - 1) * (random(2) ? 1.0f : -1.0f) * 0.37f;
+                return static_cast<float>(random.index(4) - 1) * (random.index(2) ? 0.37f : -0.37f);
             };
             positions.push_back({c(), c(), c()});
         }
         if (round % 8 == 0) positions[3].y = NAN;
         std::vector<FaceIndices> faces;
-        for (int i = 0; i < 70; ++i) faces.push_back({random(40), random(40), random(40)});
+        for (int i = 0; i < 70; ++i) faces.push_back({corner(), corner(), corner()});
         const std::vector<cVector3> fast = smoothNormals(positions, faces),
                                     plain = plainNormals(positions, faces);
         for (size_t i = 0; i < fast.size(); ++i) {
@@ -252,65 +216,50 @@ TEST(ModelGeometry, CentreExtentAndScale) {
     EXPECT_EQ(model.extent(), 0.0f);
     model.moveToCentre();
     model.scaleToExtent(5);
-    model.objects = {triangle(1, -6), triangle(2, 3)};
+    for (const cModelObject& o : {triangle(1, -6), triangle(2, 3), cModelObject{}}) model.add(o);
+    EXPECT_EQ(model.objects.size(), 2u) << "nothing to add";
     EXPECT_EQ(model.extent(), 6.0f);
     EXPECT_EQ(model.centre(), cVector3(-1, 0.5f, 0));
     model.moveToCentre();
     model.scaleToExtent(10);
-    EXPECT_EQ(model.extent(), 10.0f);
     EXPECT_EQ(model.objects[0].positions[0], cVector3(-10, -1, 0));
     EXPECT_EQ(model.totalFaces(), 2);
     EXPECT_EQ(model.totalVertices(), 6);
-    model.add(cModelObject{});
-    EXPECT_EQ(model.objects.size(), 2u) << "nothing to add";
-}
-
-TEST(SecondTexture, FollowsTheCornersOfMatchingFaces) {
-    TempGame game;
-    cModel first, second;
-    cModelObject a = textured(5, 0), b = textured(300, 0);
-    a.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}};
-    a.faces = a.faceTexCoords = {{0, 1, 2}, {1, 3, 2}};
-    b.positions = {{1, 1.0005f, 0}, {0, 1, 0}, {1, 0, -0.0005f}, {5, 5, 5}};
-    b.faces = {{0, 1, 2}, {3, 3, 3}};
-    b.faceTexCoords = {{0, 1, 2}, {0, 0, 0}};
-    first.objects = {a, triangle(1)};
-    second.objects = {b};
-    first.applySecondTexture(second);
-    const cModelObject& result = first.objects[0];
-    EXPECT_EQ(result.mode, kModeTwoTextures);
-    EXPECT_EQ(result.secondTexture(), 300);
-    ASSERT_EQ(result.vectors.size(), 3u);
-    EXPECT_EQ(result.vectors[1], cVector3(0.5f, 0.25f, 0));
-    EXPECT_EQ(result.faceSecond[0], (FaceIndices{0, 0, 0})) << "no face of the second model lies here";
-    EXPECT_EQ(result.faceSecond[1], (FaceIndices{2, 0, 1}));
-    EXPECT_EQ(first.objects[1].mode, kModeColour);
-    EXPECT_EQ(TempGame::errorCount("Failed to apply second texture"), 1);
 }
 
 TEST(SecondTexture, FastEqualsPlainOnRandomMeshes) {
-    uint32_t seed = 11;
-    const auto random = [&seed](uint32_t n) { return (seed = seed * 1664525u + 1013904223u) / 65536u % n; };
+    TempGame game;
+    TestRandom random;
+    const auto corner = [&] { return static_cast<uint32_t>(random.index(30)); };
     for (int round = 0; round < 30; ++round) {
         cModelObject a, b;
         for (cModelObject* o : {&a, &b}) {
             o->texture = 1;
             // Around cell borders, some nearer than 0.001 to another and some not.
             const auto c = [&] {
-                return (static_cast<float>(random(3)) - 1) * 0.01f +
-                       (static_cast<float>(random(5)) - 2) * 0.0006f;
+                return static_cast<float>(random.index(3) - 1) * 0.01f +
+                       static_cast<float>(random.index(5) - 2) * 0.0006f;
             };
             for (int i = 0; i < 30; ++i) o->positions.push_back({c(), c(), 0});
-            for (int i = 0; i < 60; ++i) o->faces.push_back({random(30), random(30), random(30)});
-            o->faceTexCoords = o->faces;
-            o->texCoords.resize(30);
+            for (int i = 0; i < 60; ++i) o->faces.push_back({corner(), corner(), corner()});
+            for (int i = 0; i < 60; ++i) o->faceTexCoords.push_back({corner(), corner(), corner()});
+            for (int i = 0; i < 30; ++i) o->texCoords.push_back({random.number(0, 1), random.number(0, 1)});
         }
+        b.texture = 300;
         cModel first, second;
-        first.objects = {a};
+        first.objects = {triangle(1), a};
         second.objects = {b};
+        TempGame::clearErrors();
         first.applySecondTexture(second);
+        EXPECT_EQ(TempGame::errors(), std::vector<std::string>{"Failed to apply second texture"});
+        EXPECT_EQ(first.objects[0].mode, kModeColour) << "no object has as many faces";
+        const cModelObject& result = first.objects[1];
+        EXPECT_TRUE(result.mode == kModeTwoTextures && result.secondTexture() == 300);
+        ASSERT_EQ(result.vectors.size(), 30u);
+        EXPECT_EQ(result.vectors[7], cVector3(b.texCoords[7].u, b.texCoords[7].v, 0));
         std::vector<FaceIndices> plain(a.faces.size());
-        for (const FaceIndices& bf : b.faces) {
+        for (size_t f = 0; f < b.faces.size(); ++f) {
+            const FaceIndices &bf = b.faces[f], &coords = b.faceTexCoords[f];
             const auto near = [&](uint32_t i, uint32_t j) { return a.positions[i].isNear(b.positions[j]); };
             const auto match = std::find_if(a.faces.begin(), a.faces.end(), [&](const FaceIndices& af) {
                 return std::all_of(af.begin(), af.end(), [&](uint32_t i) {
@@ -319,9 +268,9 @@ TEST(SecondTexture, FastEqualsPlainOnRandomMeshes) {
             });
             for (size_t k = 0; match != a.faces.end() && k < 9; ++k) {
                 if (near((*match)[k / 3], bf[k % 3]))
-                    plain[size_t(match - a.faces.begin())][k / 3] = bf[k % 3];
+                    plain[size_t(match - a.faces.begin())][k / 3] = coords[k % 3];
             }
         }
-        ASSERT_EQ(first.objects[0].faceSecond, plain) << round;
+        ASSERT_EQ(result.faceSecond, plain) << round;
     }
 }

@@ -1,49 +1,41 @@
 #include "render/image.h"
 
-#include "support/damage.h"
+#include "data/binary_reader.h"
 #include "support/temp_game.h"
 #include "support/test_level.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace {
 using platform::Bytes;
 
 Bytes tga(int type, int width, int height, int bpp, const Bytes& data, const std::string& id = "",
           int descriptor = 0) {
-    Bytes out(18);
-    out[0] = static_cast<uint8_t>(id.size());
-    out[2] = static_cast<uint8_t>(type);
-    out[12] = static_cast<uint8_t>(width);
-    out[13] = static_cast<uint8_t>(width >> 8);
-    out[14] = static_cast<uint8_t>(height);
-    out[15] = static_cast<uint8_t>(height >> 8);
-    out[16] = static_cast<uint8_t>(bpp);
-    out[17] = static_cast<uint8_t>(descriptor);
-    std::copy(id.begin(), id.end(), std::back_inserter(out));
-    std::copy(data.begin(), data.end(), std::back_inserter(out));
-    return out;
-}
-
-void put32(Bytes& out, size_t at, uint32_t v) {
-    for (size_t i = 0; i < 4; ++i) out[at + i] = static_cast<uint8_t>(v >> 8 * i);
+    cBinaryWriter out;
+    for (const int v : {static_cast<int>(id.size()), 0, type}) out.u8(static_cast<uint8_t>(v));
+    out.fixedText("", 9);
+    for (const int v : {width, height}) out.u16(static_cast<uint16_t>(v));
+    for (const int v : {bpp, descriptor}) out.u8(static_cast<uint8_t>(v));
+    out.raw(id.data(), id.size());
+    out.raw(data.data(), data.size());
+    return out.bytes();
 }
 
 /// `format`: bit count, and above it the compression. The palette maps index i to blue i, green 2i, red 3i.
 Bytes bmp(int32_t width, int32_t height, uint32_t format, const Bytes& data) {
     const bool palette = (format & 0xFF) == 8;
-    Bytes out(54);
-    put32(out, 10, palette ? 54 + 1024 : 54);
-    put32(out, 18, static_cast<uint32_t>(width));
-    put32(out, 22, static_cast<uint32_t>(height));
-    put32(out, 28, format);
+    cBinaryWriter out;
+    out.fixedText("BM", 10);
+    out.u32(palette ? 54 + 1024 : 54);
+    for (const int32_t v : {40, width, height}) out.i32(v);
+    out.u16(1);
+    out.u32(format);
+    out.fixedText("", 22);
     for (int i = 0; palette && i < 256; ++i) {
-        for (const int c : {i, i * 2, i * 3, 0}) out.push_back(static_cast<uint8_t>(c));
+        for (const int c : {i, i * 2, i * 3, 0}) out.u8(static_cast<uint8_t>(c));
     }
-    std::copy(data.begin(), data.end(), std::back_inserter(out));
-    return out;
+    out.raw(data.data(), data.size());
+    return out.bytes();
 }
 
 class Image : public ::testing::Test {
@@ -68,29 +60,20 @@ const std::string kCorrupt = "File \"a.tga\" is invalid or corrupt";
 
 TEST_F(Image, ATgasFirstRowComesLastWhateverItsOriginBits) {
     const Bytes rows = {1, 2, 3, 4, 5, 6, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25, 26};
-    const Bytes expected = {23, 22, 21, 26, 25, 24, 13, 12, 11, 16, 15, 14, 3, 2, 1, 6, 5, 4};
     const Bytes packets = {1, 1, 2, 3, 4, 5, 6, 3, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25, 26};
     for (const int descriptor : {0, 0x20, 0x30}) {
-        ASSERT_EQ(load("a.tga", tga(2, 2, 3, 24, rows, "some id", descriptor)), 0);
-        EXPECT_EQ(image.pixels(), expected);
-        ASSERT_EQ(load("a.tga", tga(10, 2, 3, 24, packets, "id", descriptor)), 0);
-        EXPECT_EQ(image.pixels(), expected);
+        for (const Bytes& file :
+             {tga(2, 2, 3, 24, rows, "some id", descriptor), tga(10, 2, 3, 24, packets, "id", descriptor)}) {
+            ASSERT_EQ(load("a.tga", file), 0);
+            EXPECT_EQ(image.pixels(),
+                      (Bytes{23, 22, 21, 26, 25, 24, 13, 12, 11, 16, 15, 14, 3, 2, 1, 6, 5, 4}));
+        }
     }
     EXPECT_EQ(image.width(), 2);
     EXPECT_EQ(image.height(), 3);
     EXPECT_EQ(image.bpp(), 24);
-}
-
-TEST_F(Image, RunsFillAcrossRowsAndAreClippedAtTheEnd) {
-    // 3 copies, 1 literal, then a run of 128 for the two pixels that are left.
-    const Bytes packets = {0x82, 1, 2, 3, 4, 0, 5, 6, 7, 8, 0xFF, 9, 10, 11, 12};
-    ASSERT_EQ(load("a.tga", tga(10, 2, 3, 32, packets)), 0);
-    EXPECT_EQ(image.bpp(), 32);
-    EXPECT_EQ(image.pixels(),
-              (Bytes{11, 10, 9, 12, 11, 10, 9, 12, 3, 2, 1, 4, 7, 6, 5, 8, 3, 2, 1, 4, 3, 2, 1, 4}));
-    // A literal packet of 128 pixels for one.
     ASSERT_EQ(load("a.tga", tga(10, 1, 1, 24, {0x7F, 1, 2, 3})), 0);
-    EXPECT_EQ(image.pixels(), (Bytes{3, 2, 1}));
+    EXPECT_EQ(image.pixels(), (Bytes{3, 2, 1})) << "a packet of 128 pixels for one";
 }
 
 TEST_F(Image, BmpRowsStayInFileOrder) {
@@ -112,28 +95,21 @@ TEST_F(Image, TheNameChoosesTheFormat) {
 }
 
 TEST_F(Image, FailuresAreLoggedInTheirOwnWords) {
+    const std::string depth = "\"a.bmp\": Cannot handle BMP images not using 8 or 24 bpp";
     expectFailure("a.tga", tga(3, 1, 1, 8, {1}), kCorrupt);
     expectFailure("a.tga", tga(1, 1, 1, 24, {1, 2, 3}), kCorrupt);
     expectFailure("a.tga", tga(2, 1, 1, 16, {1, 2}), "Unsupported format in file \"a.tga\"");
     expectFailure("a.tga", tga(2, 1, 2, 24, {1, 2, 3, 4, 5}), kCorrupt);
     expectFailure("a.tga", tga(10, 2, 2, 24, {0x81, 1, 2, 3}), kCorrupt);
-    expectFailure("a.tga", tga(10, 2, 2, 24, {0x81, 1, 2}), kCorrupt);
     expectFailure("a.tga", tga(10, 64, 64, 24, {3, 1, 2, 3, 4}), "File a.tga is invalid or corrupt");
-    expectFailure("a.tga", {1, 2, 3}, kCorrupt);
-    expectFailure("a.bmp", bmp(1, 1, 16, {1, 2}),
-                  "\"a.bmp\": Cannot handle BMP images not using 8 or 24 bpp");
-    expectFailure("a.bmp", bmp(1, 1, 0x10008, {1}),
-                  "\"a.bmp\": Cannot handle BMP images not using 8 or 24 bpp");
-    expectFailure("a.bmp", bmp(2, 1, 24, {1, 2, 3}), "File \"a.bmp\" is invalid or corrupt");
+    expectFailure("a.bmp", bmp(1, 1, 16, {1, 2}), depth);
+    expectFailure("a.bmp", bmp(1, 1, 0x10008, {1}), depth);
     for (const char* name : {"none.tga", "none.bmp"}) {
         TempGame::clearErrors();
         EXPECT_EQ(image.load(name), -1);
-        EXPECT_EQ(TempGame::errors(),
-                  std::vector<std::string>{std::string("Cannot find image \"") + name + "\""});
+        EXPECT_EQ(TempGame::errorCount(std::string("Cannot find image \"") + name + "\""), 1);
     }
-}
-
-TEST_F(Image, SizesThatTheFileCannotHoldAreNotAllocated) {
+    // Sizes that the file cannot hold are not allocated.
     expectFailure("a.tga", tga(2, 65535, 65535, 32, Bytes(100)), kCorrupt);
     expectFailure("a.tga", tga(10, 65535, 65535, 32, {0xFF, 1, 2, 3, 4}), kCorrupt);
     for (const auto& [width, height] : {std::pair{0x7FFFFFFF, 0x7FFFFFFF}, {-4, 4}, {4, -4}, {0, 4}}) {
@@ -141,24 +117,6 @@ TEST_F(Image, SizesThatTheFileCannotHoldAreNotAllocated) {
             expectFailure("a.bmp", bmp(width, height, bits, Bytes(48)),
                           "File \"a.bmp\" is invalid or corrupt");
         }
-    }
-}
-
-TEST_F(Image, DamagedFilesGiveAWholePictureOrNone) {
-    const std::pair<const char*, Bytes> files[] = {
-        {"a.tga", tga(2, 3, 3, 24, Bytes(27, 5), "id")},
-        {"a.tga", tga(10, 4, 4, 32, {0x86, 1, 2, 3, 4, 1, 5, 6, 7, 8, 9, 10, 11, 12, 0x86, 1, 2, 3, 4})},
-        {"a.bmp", bmp(4, 2, 24, Bytes(24, 5))},
-    };
-    for (const auto& [name, good] : files) {
-        ASSERT_EQ(load(name, good), 0) << name;
-        readDamaged(good, 100, [&, file = name](const Bytes& bytes) {
-            const int result = load(file, bytes);
-            const size_t size =
-                static_cast<size_t>(image.width()) * static_cast<size_t>(image.height()) * image.bpp() / 8;
-            EXPECT_EQ(image.pixels().size(), result == 0 ? size : 0);
-            EXPECT_EQ(TempGame::errors().size(), result == 0 ? 0u : 1u);
-        });
     }
 }
 

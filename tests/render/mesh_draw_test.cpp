@@ -7,6 +7,7 @@
 #include "support/gl_window.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 /// Two triangles over the clip area x0 … x1, full height, with aligned texture coordinates.
@@ -24,6 +25,15 @@ int32_t plainTexture(uint8_t r, uint8_t g, uint8_t b) {
     return cTextureCache::instance().create(2, 2, 24, pixels);
 }
 
+cModelObject twoTextures(int32_t first, int32_t second) {
+    cModelObject o = strip(-1, 1);
+    o.mode = kModeTwoTextures;
+    o.texture = first;
+    o.setSecondTexture(second);
+    o.faceSecond = o.faces;
+    return o;
+}
+
 class MeshDraw : public GlTest {
 protected:
     void SetUp() override {
@@ -32,6 +42,12 @@ protected:
         for (int i = 0; i < 16; ++i)
             std::fill_n(texels + i * 3, 3, uint8_t(i < 5 ? 0x80 : i < 8 ? 0xC0 : 0xFF));
         ramp = static_cast<uint32_t>(cTextureCache::instance().create1D(texels, 16));
+    }
+    /// What stands at a place; then all is black again.
+    static uint32_t shown(float x = 0, float y = 0) {
+        const uint32_t colour = pixel(x, y);
+        glClear(GL_COLOR_BUFFER_BIT);
+        return colour;
     }
     void TearDown() override {
         cTextureCache::instance().releaseAll();
@@ -58,25 +74,15 @@ TEST_F(MeshDraw, CelShadingFollowsTheRampsBands) {
         meshDraw::drawCel(plain, row.light, row.directional, ramp, true);
         meshDraw::drawCel(textured, row.light, row.directional, ramp, true);
         EXPECT_EQ(pixel(-0.5f, 0), row.brightness << 16) << row.light.z;
-        EXPECT_EQ(pixel(0.5f, 0), row.brightness) << row.light.z;
+        EXPECT_EQ(shown(0.5f), row.brightness) << row.light.z;
         textured.texCoords.resize(2); // no longer one a position
-        glClear(GL_COLOR_BUFFER_BIT);
         textured.faceTexCoords = {{0, 1, 1}, {0, 1, 0}};
         meshDraw::drawCel(textured, row.light, row.directional, ramp, false);
-        EXPECT_EQ(pixel(0.5f, 0), row.brightness) << row.light.z << " corner by corner";
+        EXPECT_EQ(shown(0.5f), row.brightness) << row.light.z << " corner by corner";
     }
 }
 
-TEST_F(MeshDraw, ShadeIsKeptUntilToldToRecompute) {
-    cModelObject o = strip(-1, 1);
-    meshDraw::drawCel(o, {0, 0, 1}, true, ramp, true);
-    meshDraw::drawCel(o, {0, 0, -1}, true, ramp, false);
-    EXPECT_EQ(pixel(0, 0), 0xFFFFFFu);
-    meshDraw::drawCel(o, {0, 0, -1}, true, ramp, true);
-    EXPECT_EQ(pixel(0, 0), 0x808080u);
-}
-
-TEST_F(MeshDraw, CelShadingTakesComputedNormalsInEveryMode) {
+TEST_F(MeshDraw, CelShadingTakesComputedNormalsInEveryModeAndKeepsTheShadeUntilTold) {
     for (const uint8_t mode : {kModeTexture, kModeTwoTextures}) {
         cModel model;
         model.objects = {strip(-1, 1)};
@@ -84,9 +90,11 @@ TEST_F(MeshDraw, CelShadingTakesComputedNormalsInEveryMode) {
         model.objects[0].texture = plainTexture(255, 255, 255);
         model.objects[0].vectors.clear();
         model.computeNormals();
-        meshDraw::drawCel(model.objects, {0, 0, 1}, true, ramp, true);
-        EXPECT_EQ(pixel(0, 0), 0xFFFFFFu) << int{mode};
-        glClear(GL_COLOR_BUFFER_BIT);
+        for (const auto& [z, recompute, seen] :
+             {std::tuple(1.f, true, 0xFFFFFFu), {-1.f, false, 0xFFFFFFu}, {-1.f, true, 0x808080u}}) {
+            meshDraw::drawCel(model.objects, {0, 0, z}, true, ramp, recompute);
+            EXPECT_EQ(shown(), seen) << int{mode} << ' ' << z << ' ' << recompute;
+        }
     }
 }
 
@@ -104,98 +112,78 @@ TEST_F(MeshDraw, PosedMeshesWithTooFewCoordinatesAreSentByCorner) {
     for (cVector3& p : posed) p.x = p.x / 2 + 0.5f; // the right half
     glTexCoord2f(0, 0);
     glEnable(GL_CULL_FACE);
-    const auto shown = [&] {
+    const auto right = [&] {
         EXPECT_EQ(pixel(-0.5f, 0), 0u) << "the pose counts";
-        const uint32_t result = pixel(0.5f, 0);
-        glClear(GL_COLOR_BUFFER_BIT);
-        return result & 255;
+        return static_cast<int>(shown(0.5f) & 255);
     };
     meshDraw::drawPosed(mesh, posed);
-    const uint32_t plain = shown();
-    EXPECT_GT(plain, 0xE0u);
+    const int plain = right();
+    EXPECT_GT(plain, 0xE0);
     meshDraw::drawCelPosed(mesh, posed, mesh.vectors, {0, 0, 1}, true, ramp);
-    EXPECT_EQ(shown(), plain);
+    EXPECT_EQ(right(), plain);
     meshDraw::drawCelPosed(mesh, posed, mesh.vectors, {0, 0, -1}, true, ramp);
-    EXPECT_NEAR(static_cast<int>(shown()), static_cast<int>(plain) / 2, 2);
+    EXPECT_NEAR(right(), plain / 2, 2);
 }
 
 TEST_F(MeshDraw, StateIsLeftAsItWas) {
-    cModelObject two = strip(-1, 1);
-    two.mode = kModeTwoTextures;
-    two.texture = plainTexture(255, 255, 255);
-    two.setSecondTexture(plainTexture(10, 10, 10));
-    two.faceSecond = two.faces;
+    const cModelObject two = twoTextures(plainTexture(255, 255, 255), plainTexture(10, 10, 10));
     cModelObject textured = two;
     textured.mode = kModeTexture;
     meshDraw::drawCel(textured, {0, 0, 1}, true, ramp, true);
     meshDraw::drawTwoTextures(two);
     meshDraw::drawImmediateTwoTextures(two, {true, 0, 1});
-    GLint unit = 0, environment = 0;
-    glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
-    EXPECT_EQ(unit, GL_TEXTURE0);
-    glGetIntegerv(GL_CLIENT_ACTIVE_TEXTURE, &unit);
-    EXPECT_EQ(unit, GL_TEXTURE0);
+    GLint value = 0;
+    for (const GLenum unit : {GL_ACTIVE_TEXTURE, GL_CLIENT_ACTIVE_TEXTURE}) {
+        glGetIntegerv(unit, &value);
+        EXPECT_EQ(value, GL_TEXTURE0);
+    }
     EXPECT_FALSE(glIsEnabled(GL_VERTEX_ARRAY) || glIsEnabled(GL_TEXTURE_COORD_ARRAY));
     platform::gl.activeTexture(GL_TEXTURE1);
     platform::gl.clientActiveTexture(GL_TEXTURE1);
     EXPECT_FALSE(glIsEnabled(GL_TEXTURE_1D) || glIsEnabled(GL_TEXTURE_2D) ||
                  glIsEnabled(GL_TEXTURE_COORD_ARRAY));
-    glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &environment);
-    EXPECT_EQ(environment, GL_MODULATE);
+    glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &value);
+    EXPECT_EQ(value, GL_MODULATE);
     platform::gl.activeTexture(GL_TEXTURE0);
     platform::gl.clientActiveTexture(GL_TEXTURE0);
 }
 
 TEST_F(MeshDraw, PlainDrawsTakeTextureOrColour) {
     cModelObject o = strip(-1, 1);
+    o.colour = {0x10, 0x20, 0x30, 0};
     const int32_t green = plainTexture(0, 200, 0);
-    const struct {
-        uint8_t mode;
-        int32_t texture;
-        uint32_t expected;
-    } rows[] = {{kModeColour, green, 0x102030},
-                {kModeTexture, green, 0x00C800},
-                {kModeTexture, kNoTexture, 0xFFFFFF}};
-    for (const auto& row : rows) {
-        o.colour = {0x10, 0x20, 0x30, 0};
-        o.mode = row.mode;
-        o.texture = row.texture;
+    for (const auto& [mode, texture, expected] : {std::tuple(kModeColour, green, 0x102030u),
+                                                  {kModeTexture, green, 0x00C800u},
+                                                  {kModeTexture, kNoTexture, 0xFFFFFFu}}) {
+        o.mode = mode;
+        o.texture = texture;
         meshDraw::draw(o);
-        EXPECT_EQ(pixel(0, 0), row.expected);
-        glClear(GL_COLOR_BUFFER_BIT);
+        EXPECT_EQ(shown(), expected);
         meshDraw::drawImmediate(o);
-        EXPECT_EQ(pixel(0, 0), row.expected);
+        EXPECT_EQ(shown(), expected);
     }
 }
 
 TEST_F(MeshDraw, SecondTexturesModulateOrAdd) {
-    cModelObject o = strip(-1, 1);
-    o.mode = kModeTwoTextures;
-    o.texture = plainTexture(100, 0, 255);
-    o.setSecondTexture(plainTexture(100, 50, 128));
+    cModelObject o = twoTextures(plainTexture(100, 0, 255), plainTexture(100, 50, 128));
     o.vectors.assign(4, {0.5f, 0.5f, 0});
-    o.faceSecond = o.faces;
     meshDraw::drawImmediateTwoTextures(o, {});
-    EXPECT_EQ(pixel(0, 0), 0x270080u);
+    EXPECT_EQ(shown(), 0x270080u);
     meshDraw::drawTwoTextures(o);
-    EXPECT_EQ(pixel(0, 0), 0xC832FFu);
+    EXPECT_EQ(shown(), 0xC832FFu);
     o.vectors.resize(1); // no longer one a position
     o.faceSecond = {{0, 0, 0}, {0, 0, 0}};
-    glClear(GL_COLOR_BUFFER_BIT);
     meshDraw::drawTwoTextures(o);
-    EXPECT_EQ(pixel(0, 0), 0xC832FFu);
+    EXPECT_EQ(shown(), 0xC832FFu);
     o.vectors.clear();
-    glClear(GL_COLOR_BUFFER_BIT);
     meshDraw::drawTwoTextures(o);
-    EXPECT_EQ(pixel(0, 0), 0x6400FFu) << "nothing to lay on top";
+    EXPECT_EQ(shown(), 0x6400FFu) << "nothing to lay on top";
 }
 
 TEST_F(MeshDraw, FogCoordinatesFollowTheHeight) {
     const cVolumetricFog fog{true, 2, 6};
-    EXPECT_EQ(fogCoordinate(2, fog), 0.0f);
-    EXPECT_EQ(fogCoordinate(4, fog), 0.5f);
-    EXPECT_EQ(fogCoordinate(6, fog), 0.0f);
-    EXPECT_EQ(fogCoordinate(9, fog), 0.0f);
+    for (const auto& [height, coordinate] : {std::pair(2.f, 0.f), {4.f, 0.5f}, {6.f, 0.f}, {9.f, 0.f}})
+        EXPECT_EQ(fogCoordinate(height, fog), coordinate) << height;
     EXPECT_EQ(fogCoordinate(1, {true, 2, 2}), 0.0f) << "no height range";
 
     ASSERT_TRUE(platform::gl.fogCoordf);
@@ -206,19 +194,12 @@ TEST_F(MeshDraw, FogCoordinatesFollowTheHeight) {
     glFogi(GL_FOG_COORDINATE_SOURCE_EXT, GL_FOG_COORDINATE_EXT);
     const float black[4] = {};
     glFogfv(GL_FOG_COLOR, black);
-    cModelObject o = strip(-1, 1);
-    o.mode = kModeTwoTextures;
-    o.texture = plainTexture(255, 255, 255);
-    o.setSecondTexture(o.texture);
-    o.faceSecond = o.faces;
+    const int32_t white = plainTexture(255, 255, 255);
     for (const bool enabled : {true, false}) {
-        glClear(GL_COLOR_BUFFER_BIT);
         // Heights −1 … 1 lie in the lower half of the fog: from clear to half fogged.
-        meshDraw::drawImmediateTwoTextures(o, {enabled, -1, 3});
-        const int low = static_cast<int>(pixel(0.5f, -0.95f) & 255),
-                  high = static_cast<int>(pixel(0.5f, 0.95f) & 255);
-        EXPECT_NEAR(low, enabled ? 252 : 255, 4);
-        EXPECT_NEAR(high, enabled ? 131 : 255, 4);
+        meshDraw::drawImmediateTwoTextures(twoTextures(white, white), {enabled, -1, 3});
+        EXPECT_NEAR(static_cast<int>(pixel(0.5f, -0.95f) & 255), enabled ? 252 : 255, 4);
+        EXPECT_NEAR(static_cast<int>(shown(0.5f, 0.95f) & 255), enabled ? 131 : 255, 4);
     }
     GLfloat coordinate = 1;
     glGetFloatv(GL_CURRENT_FOG_COORDINATE_EXT, &coordinate);
@@ -247,21 +228,19 @@ TEST_F(MeshDraw, ACharactersPartsHangOnTheirTags) {
     model->parts[kLowerPart].attachments = {kUpperPart};
     cCharacterPose pose(model);
     glEnable(GL_CULL_FACE);
+    const auto expectShown = [](uint32_t first, uint32_t second, uint32_t third, uint32_t fourth) {
+        EXPECT_EQ(pixel(-0.75f, 0), first);
+        EXPECT_EQ(pixel(-0.25f, 0), second);
+        EXPECT_EQ(pixel(0.25f, 0), third);
+        EXPECT_EQ(shown(0.75f), fourth);
+    };
     pose.draw(cMatrix4::identity());
-    EXPECT_EQ(pixel(-0.75f, 0), 0xFF0000u);
-    EXPECT_EQ(pixel(-0.25f, 0), 0u);
-    EXPECT_EQ(pixel(0.25f, 0), 0x00FF00u);
-    glClear(GL_COLOR_BUFFER_BIT);
-    pose.setAnimation("one", "one");
+    expectShown(0xFF0000, 0, 0x00FF00, 0);
+    pose.setAnimation("one", "one"); // starts in the second frame
     pose.drawCel({0, 0, 0.4f}, true, ramp, cMatrix4::identity());
-    EXPECT_EQ(pixel(-0.75f, 0), 0u) << "the animation starts in the second frame";
-    EXPECT_EQ(pixel(-0.25f, 0), 0xC00000u);
-    EXPECT_EQ(pixel(0.75f, 0), 0x00C000u);
-    glClear(GL_COLOR_BUFFER_BIT);
+    expectShown(0, 0xC00000, 0, 0x00C000);
     pose.draw(cMatrix4::identity(), true);
-    EXPECT_EQ(pixel(-0.75f, 0), 0u);
-    EXPECT_EQ(pixel(-0.25f, 0), 0xFF0000u);
-    EXPECT_EQ(pixel(0.75f, 0), 0x00FF00u);
+    expectShown(0, 0xFF0000, 0, 0x00FF00);
     GLint face = 0;
     glGetIntegerv(GL_FRONT_FACE, &face);
     EXPECT_EQ(face, GL_CCW);

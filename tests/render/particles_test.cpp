@@ -10,15 +10,11 @@ struct Smoke : cSmoke {
     using cSmoke::cSmoke;
     const cParticle& first() const { return particles_[0]; }
 };
-struct Burst : cExplosion {
-    using cExplosion::cExplosion;
-    const cParticle& first() const { return particles_[0]; }
-};
-
-template <typename System> int updatesUntilGone(System& system) {
-    int updates = 0;
-    for (; system.count() > 0 && updates < 1000; ++updates) system.update(0.15f);
-    return updates;
+/// Until nothing is left.
+template <typename System> int updates(System& system) {
+    int count = 0;
+    for (; system.count() > 0 && count < 1000; ++count) system.update(0.15f);
+    return count;
 }
 } // namespace
 
@@ -27,23 +23,18 @@ TEST(Particles, SmokeStaysGreyAndABurstGoesOutFirst) {
     Smoke smoke({1, 2, 3});
     EXPECT_EQ(smoke.count(), 30u);
     for (int i = 0; i < 100; ++i) smoke.update(0.15f);
-    EXPECT_FLOAT_EQ(smoke.first().r, smoke.first().g);
-    EXPECT_FLOAT_EQ(smoke.first().r, smoke.first().b);
-    EXPECT_NEAR(smoke.first().r, 0.6f, 1e-4f);
+    for (const float channel : {smoke.first().r, smoke.first().g, smoke.first().b})
+        EXPECT_NEAR(channel, 0.6f, 1e-4f);
     EXPECT_NEAR(smoke.first().a, 0.4f, 1e-4f);
-    EXPECT_NEAR(100 + updatesUntilGone(smoke), 180, 1);
-    Burst burst({0, 0, 0});
+    EXPECT_NEAR(100 + updates(smoke), 180, 1);
+    cExplosion burst({0, 0, 0});
     EXPECT_EQ(burst.count(), 100u);
-    EXPECT_NEAR(updatesUntilGone(burst), 81, 1);
-}
-
-TEST(Particles, ANewExplosionReplacesThePairAndThePairEnds) {
-    const TempGame game;
+    EXPECT_NEAR(updates(burst), 81, 1);
     startExplosion({0, 0, 0});
     for (int i = 0; i < 100; ++i) tickEffects();
     startExplosion({5, 0, 0});
     int ticks = 0;
     for (; effectsRunning() && ticks < 1000; ++ticks) tickEffects();
-    EXPECT_NEAR(ticks, 181, 2);
+    EXPECT_NEAR(ticks, 181, 2) << "a new explosion replaces the pair";
     destroyEffects();
 }

@@ -52,13 +52,12 @@ TEST_F(LevelLoader, PlacesTheHeroAndTheCameraAtTheSpawnPoint) {
     ASSERT_NE(hero()->body, nullptr);
     EXPECT_TRUE(hero()->body->shape.p1.isNear({1, 1.15f, 3}));
     EXPECT_FLOAT_EQ(hero()->body->shape.radius, 0.4f);
-    EXPECT_EQ(world.camera.getTarget(), hero());
     EXPECT_FALSE(world.camera.isFirstPerson());
     EXPECT_EQ(world.camera.getView(), cVector3(0, 0, 4));
 
     world.spawnPoint = "tower";
     ASSERT_EQ(t.load(kTower + kHut), 0);
-    EXPECT_EQ(hero()->getPosition(), cVector3(7, 8, 9));
+    EXPECT_EQ(world.camera.getTarget(), hero());
     EXPECT_TRUE(world.camera.isFirstPerson());
     EXPECT_EQ(world.camera.getView(), cVector3());
     EXPECT_TRUE(world.camera.getEye().isNear({7, 8.5f, 9}));
@@ -68,14 +67,13 @@ TEST_F(LevelLoader, PlacesTheHeroAndTheCameraAtTheSpawnPoint) {
 }
 
 TEST_F(LevelLoader, ASpawnPointThatLacksDataGivesNoHero) {
-    for (const char* inside : {"<physics position=\"0,0,0\" />", "<camera />", ""}) {
+    const std::string row = "Spawnpoint hut has no position and/or camera data!";
+    world.spawnPoint = "hut";
+    for (const std::string inside : {"<physics position=\"0,0,0\" />", "<camera />", ""}) {
         TempGame::clearErrors();
-        world.spawnPoint = "hut";
-        EXPECT_EQ(
-            t.load("<player spawnpoint=\"hut\">" + std::string(inside) + "</player>" + objectElement("o")),
-            0);
+        EXPECT_EQ(t.load("<player spawnpoint=\"hut\">" + inside + "</player>" + objectElement("o")), 0);
         EXPECT_EQ(hero(), nullptr) << inside;
-        EXPECT_EQ(TempGame::errorCount("Spawnpoint hut has no position and/or camera data!"), 1) << inside;
+        EXPECT_EQ(TempGame::errors(), std::vector<std::string>{row}) << inside;
         EXPECT_EQ(objects.count(), 1u);
     }
     TempGame::clearErrors();
@@ -83,72 +81,62 @@ TEST_F(LevelLoader, ASpawnPointThatLacksDataGivesNoHero) {
     EXPECT_EQ(t.load(kHut), 0);
     EXPECT_EQ(hero(), nullptr);
     EXPECT_TRUE(TempGame::errors().empty()) << "an unknown spawn point is no error";
-    for (int i = 0; i < 3; ++i) t.frame();
-    world.drawEnvironment();
-    world.updateCameraOrCinematic(16, &t.state);
 }
 
-TEST_F(LevelLoader, ObjectsTakeTheirShapeFromThePhysics) {
+TEST_F(LevelLoader, ObjectsTakeTheirShapeAndFlagsFromThePhysics) {
     struct {
         const char* physics;
         float boundingRadius, bodyRadius; ///< 0: no body
+        uint32_t flags;
     } const kRows[] = {
-        {"<physics position=\"1,0,0\" radius=\"2.5\" />", 2.5f, 0},
-        {"<physics position=\"1,0,0\" />", 0, 0},
-        {"<physics><boundingvolume start=\"0,1,0\" end=\"0,-1,0\" radius=\"0.5\" /></physics>", 1.5f, 0.5f},
+        {"<physics position=\"1,0,0\" radius=\"2.5\" />", 2.5f, 0, 0},
+        {"<physics position=\"1,0,0\" />", 0, 0, 0},
+        {"<physics gravity=\"0\"><boundingvolume start=\"0,1,0\" end=\"0,-1,0\" radius=\"0.5\" /></physics>",
+         1.5f, 0.5f, 0},
+        {"<physics gravity=\"1\" position=\"0,4,0\"><boundingvolume radius=\"0.5\" solid=\"1\" /></physics>",
+         0.5f, 0.5f, MOVE_GROUNDED | MOVE_SOLID},
         {"<physics radius=\"3\"><boundingvolume start=\"0,1,0\" end=\"0,-1,0\" radius=\"0.01\" /></physics>",
-         0, 0},
-        {"<physics position=\"1e40,nan,0\" radius=\"nan\"><boundingvolume radius=\"nan\" /></physics>", 0, 0},
+         0, 0, 0},
+        {"<physics position=\"1e40,nan,0\" radius=\"nan\"><boundingvolume radius=\"nan\" /></physics>", 0, 0,
+         0},
     };
     for (const auto& row : kRows) {
+        SCOPED_TRACE(row.physics);
         ASSERT_EQ(t.load(objectElement("o", "", "", row.physics)), 0);
         cObject* o = TestWorld::object("o");
-        ASSERT_NE(o, nullptr) << row.physics;
-        EXPECT_FLOAT_EQ(o->boundingRadius(), row.boundingRadius) << row.physics;
-        EXPECT_EQ(o->body != nullptr, row.bodyRadius > 0) << row.physics;
+        ASSERT_NE(o, nullptr);
+        EXPECT_FLOAT_EQ(o->boundingRadius(), row.boundingRadius);
+        ASSERT_EQ(o->body != nullptr, row.bodyRadius > 0);
         if (o->body) {
             EXPECT_FLOAT_EQ(o->body->shape.radius, row.bodyRadius);
+            EXPECT_EQ(o->body->flags, row.flags);
+            EXPECT_EQ((o->body->shape.p0 + o->body->shape.p1) / 2, o->getPosition());
         }
         for (int i = 0; i < 3; ++i) t.frame();
-        EXPECT_TRUE(o->getPosition().isFinite()) << row.physics;
+        EXPECT_TRUE(o->getPosition().isFinite());
     }
-}
-
-TEST_F(LevelLoader, BodyFlagsComeFromGravityAndSolid) {
-    ASSERT_EQ(
-        t.load(objectElement("o", "", "",
-                             "<physics gravity=\"1\" position=\"0,4,0\"><boundingvolume radius=\"0.5\" "
-                             "solid=\"1\" /></physics>") +
-               objectElement("p", "", "",
-                             "<physics gravity=\"0\" position=\"0,4,0\"><boundingvolume radius=\"0.5\" />"
-                             "</physics>")),
-        0);
-    EXPECT_EQ(TestWorld::object("o")->body->flags, static_cast<uint32_t>(MOVE_GROUNDED | MOVE_SOLID));
-    EXPECT_EQ(TestWorld::object("o")->body->shape.p0, cVector3(0, 4, 0));
-    EXPECT_EQ(TestWorld::object("p")->body->flags, 0u);
 }
 
 TEST_F(LevelLoader, StaticModelsAreCentredAndScaled) {
     ASSERT_EQ(
         t.load(objectElement("big", "", "", "size=\"5\"") + objectElement("asis", "", "", "size=\"0.0005\"")),
         0);
-    const auto extent = [](const char* name) {
-        return static_cast<cStaticObject*>(TestWorld::object(name))->getModel()->extent();
-    };
-    EXPECT_FLOAT_EQ(extent("big"), 5);
-    EXPECT_FLOAT_EQ(extent("asis"), 1) << "centred only";
+    for (const auto& [name, extent] : {std::pair("big", 5.0f), {"asis", 1.0f}}) {
+        EXPECT_FLOAT_EQ(static_cast<cStaticObject*>(TestWorld::object(name))->getModel()->extent(), extent);
+    }
     EXPECT_EQ(world.staticModels.count(), 2u);
     ASSERT_EQ(t.load(""), 0);
     EXPECT_EQ(world.staticModels.count(), 0u) << "handed back";
 }
 
 TEST_F(LevelLoader, AnimatedModelsAreSharedByTheirNameAlone) {
-    const auto person = [](const char* name, const char* file, const char* more) {
-        return std::string("<object name=\"") + name + "\"><appearance type=\"animated\"><model file=\"" +
-               file + "\" " + more + " /></appearance><physics /></object>";
+    const auto person = [](const char* name, const char* model) {
+        return std::string("<object name=\"") + name +
+               "\"><appearance type=\"animated\"><model file=" + model +
+               " /></appearance><physics /></object>";
     };
-    ASSERT_EQ(t.load(person("a", "folk\\guard", "no_head_shadow=\"yes\"") +
-                     person("b", "elsewhere/guard", "no_head_shadow=\"no\"") + person("c", "ghost", "")),
+    ASSERT_EQ(t.load(person("a", "\"folk\\guard\" no_head_shadow=\"yes\"") +
+                     person("b", "\"elsewhere/guard\" no_head_shadow=\"no\"") + person("c", "\"ghost\"")),
               0);
     const auto pose = [](const char* name) -> cCharacterPose& {
         return static_cast<cAnimatedObject*>(TestWorld::object(name))->pose();
@@ -164,20 +152,17 @@ TEST_F(LevelLoader, AnimatedModelsAreSharedByTheirNameAlone) {
 }
 
 TEST_F(LevelLoader, IncompleteObjectsAreSkipped) {
-    const std::string appearance = "<appearance type=\"static\"><model file=\"thing.cpm\" /></appearance>";
+    const std::string thing = "><model file=\"thing.cpm\" /></appearance>";
     for (const std::string& inside :
-         {appearance, std::string("<physics />"), std::string("<appearance type=\"static\" /><physics />"),
-          std::string("<appearance type=\"liquid\"><model file=\"thing.cpm\" /></appearance><physics />")}) {
+         {"<appearance type=\"static\"" + thing, std::string("<physics />"),
+          std::string("<appearance type=\"static\" /><physics />"),
+          "<appearance type=\"liquid\"" + thing + "<physics />",
+          std::string("<appearance type=\"static\"><model file=\"none.cpm\" /></appearance><physics />")}) {
+        EXPECT_TRUE(TempGame::errors().empty());
         ASSERT_EQ(t.load("<object name=\"o\">" + inside + "</object>"), 0);
         EXPECT_EQ(objects.count(), 0u) << inside;
-        EXPECT_TRUE(TempGame::errors().empty());
     }
-    ASSERT_EQ(t.load("<object name=\"o\"><appearance type=\"static\"><model file=\"none.cpm\" "
-                     "/></appearance><physics />"
-                     "</object>"),
-              0);
     EXPECT_EQ(TempGame::errorCount("Unable to load model none.cpm"), 1);
-    EXPECT_EQ(objects.count(), 0u);
 }
 
 TEST_F(LevelLoader, KeepsSceneryOfTheSameNameAndReplacesOthers) {
@@ -197,21 +182,15 @@ TEST_F(LevelLoader, KeepsSceneryOfTheSameNameAndReplacesOthers) {
     EXPECT_EQ(TempGame::errorCount("Failed to open collision file none.oct"), 1);
 }
 
-TEST_F(LevelLoader, ReloadingStartsObjectsAfreshAndKeepsGlobals) {
-    const std::string level = objectElement("o", "on_set=\"inc_local(a,1);inc_global(g,1)\"");
-    for (int round = 1; round <= 3; ++round) {
-        ASSERT_EQ(t.load(level), 0);
-        EXPECT_EQ(TestWorld::local("o", "a"), 1);
-        EXPECT_EQ(world.globals.getGlobal(world.globals.globalIndex("g")), round);
-    }
-}
-
 TEST_F(LevelLoader, ADocumentThatFailsLeavesNoObjects) {
     world.spawnPoint = "hut";
-    for (const char* text : {"<level", "<level><wings /></level>"}) {
+    t.game.write("cut.xml", "<level");
+    t.game.write("bad.xml", "<level><wings /></level>");
+    for (const char* file : {"cut.xml", "bad.xml", "missing.xml"}) {
         ASSERT_EQ(t.load(kHut + objectElement("o")), 0);
-        t.game.write("bad.xml", text);
-        EXPECT_LT(world.loadLevel("bad.xml"), 0);
+        TempGame::clearErrors();
+        EXPECT_LT(world.loadLevel(file), 0);
+        EXPECT_FALSE(TempGame::errors().empty()) << file;
         EXPECT_EQ(objects.count(), 0u);
         EXPECT_EQ(world.levelFile, "level.xml");
         EXPECT_EQ(world.camera.getTarget(), nullptr);
@@ -219,21 +198,20 @@ TEST_F(LevelLoader, ADocumentThatFailsLeavesNoObjects) {
         world.drawEnvironment();
         world.updateCameraOrCinematic(16, &t.state);
     }
-    EXPECT_LT(world.loadLevel("missing.xml"), 0);
-    EXPECT_FALSE(TempGame::errors().empty());
 }
 
-TEST_F(LevelLoader, ALevelLoadEndsConversationsAndCinematics) {
-    for (const GameState state : {STATE_DIALOGUE, STATE_CINEMATIC}) {
+TEST_F(LevelLoader, ALevelLoadEndsAllButTheMenuAndKeepsGlobals) {
+    const std::string level = objectElement("o", "on_set=\"inc_local(a,1);inc_global(g,1)\"");
+    int loads = 0;
+    for (const GameState state : {STATE_DIALOGUE, STATE_CINEMATIC, STATE_MENU}) {
         t.state = state;
         world.intensity = world.intensityRising = 50;
-        ASSERT_EQ(t.load(""), 0);
-        EXPECT_EQ(t.state, STATE_GAME);
+        ASSERT_EQ(t.load(level), 0);
+        EXPECT_EQ(t.state, state == STATE_MENU ? STATE_MENU : STATE_GAME);
         EXPECT_EQ(world.intensity + world.intensityRising, 0);
+        EXPECT_EQ(TestWorld::local("o", "a"), 1) << "objects start afresh";
+        EXPECT_EQ(world.globals.getGlobal(world.globals.globalIndex("g")), ++loads);
     }
-    t.state = STATE_MENU;
-    ASSERT_EQ(t.load(""), 0);
-    EXPECT_EQ(t.state, STATE_MENU);
 }
 
 TEST_F(LevelLoader, LevelChangesAreAskedForOnce) {
@@ -255,56 +233,42 @@ TEST_F(LevelLoader, LevelChangesAreAskedForOnce) {
 
 TEST_F(LevelLoader, BelowTheDeathHeightTheHeroDrownsOrFallsOut) {
     world.spawnPoint = "hut";
-    ASSERT_EQ(t.load(environment("sea.env") + kHut), 0);
-    EXPECT_EQ(world.lightPosition, cVector3(0, 30, 0));
-    hero()->setPosition({0, -5, 0});
-    world.drawEnvironment();
-    EXPECT_EQ(world.health, 100) << "exactly at the height";
-    hero()->setPosition({0, -5.1f, 0});
-    world.drawEnvironment();
-    EXPECT_EQ(world.health, 0);
-    EXPECT_EQ(world.levelChangePending, 0) << "the death animation comes first";
-
-    world.health = 100;
-    ASSERT_EQ(t.load(environment("sky.env") + kHut), 0);
-    hero()->setPosition({0, -30, 0});
-    world.drawEnvironment();
-    EXPECT_EQ(world.health, 100);
-    EXPECT_EQ(world.levelChangePending, 1);
-    world.levelChangePending = 77;
-    world.drawEnvironment();
-    EXPECT_EQ(world.levelChangePending, 77) << "a fade under way goes on";
-
-    world.levelChangePending = 0;
-    ASSERT_EQ(t.load(kHut), 0);
-    hero()->setPosition({0, -30, 0});
-    world.drawEnvironment();
-    EXPECT_EQ(world.levelChangePending, 1) << "without an environment of its own the old one stays";
-}
-
-TEST_F(LevelLoader, EnvironmentFilesCutAnywhereAreRefused) {
-    const std::string good = t.game.read("sea.env");
-    cEnvironment environment;
-    ASSERT_TRUE(environment.load("sea.env"));
-    for (size_t size = 0; size < good.size(); ++size) {
-        t.game.write("cut.env", good.substr(0, size));
-        EXPECT_FALSE(environment.load("cut.env")) << size;
-        EXPECT_FALSE(environment.isLoaded()) << size;
+    // The last level has no environment of its own: the old one stays. A fade under way goes on.
+    const struct {
+        std::string environment;
+        float y;
+        int fade, health, fadeAfter;
+    } rows[] = {{environment("sea.env"), -5, 0, 100, 0},
+                {environment("sea.env"), -5.1f, 0, 0, 0}, // the death animation comes first
+                {environment("sky.env"), -30, 0, 100, 1},
+                {environment("sky.env"), -30, 77, 100, 77},
+                {"", -30, 0, 100, 1}};
+    for (const auto& row : rows) {
+        world.health = 100;
+        ASSERT_EQ(t.load(row.environment + kHut), 0);
+        hero()->setPosition({0, row.y, 0});
+        world.levelChangePending = row.fade;
+        world.drawEnvironment();
+        EXPECT_EQ(world.health, row.health) << row.environment << row.y;
+        EXPECT_EQ(world.levelChangePending, row.fadeAfter) << row.environment << row.y;
     }
-    EXPECT_EQ(TempGame::errorCount("Environment file cut.env is damaged"), static_cast<int>(good.size()));
-    ASSERT_TRUE(environment.load("sea.env"));
-    EXPECT_FALSE(environment.load("none.env"));
-    EXPECT_TRUE(environment.isLoaded()) << "a missing file replaces nothing";
-    for (int i = 0; i < 30; ++i) environment.draw();
+    EXPECT_EQ(world.lightPosition, cVector3(0, 44, 0));
 }
 
-TEST_F(LevelLoader, AnEnvironmentComesBackAfterADamagedOne) {
+TEST_F(LevelLoader, AnEnvironmentOutlivesAMissingFileButNoDamagedOne) {
     t.game.write("cut.env", "short");
     world.spawnPoint = "hut";
-    for (const char* file : {"sea.env", "cut.env", "sea.env"}) ASSERT_EQ(t.load(environment(file) + kHut), 0);
-    hero()->setPosition({0, -9, 0});
-    world.drawEnvironment();
-    EXPECT_EQ(world.health, 0);
+    for (const char* file : {"sea.env", "none.env", "cut.env", "sea.env"}) {
+        ASSERT_EQ(t.load(environment(file) + kHut), 0);
+        const bool damaged = file == std::string("cut.env");
+        hero()->setPosition({0, -9, 0});
+        for (int i = 0; i < 30; ++i) world.drawEnvironment();
+        EXPECT_EQ(world.health, damaged ? 100 : 0) << file;
+        EXPECT_EQ(world.environmentFile, damaged ? "" : "sea.env") << file;
+        EXPECT_EQ(TempGame::errorCount("Environment file cut.env is damaged"), damaged) << file;
+        TempGame::clearErrors();
+        world.health = 100;
+    }
 }
 
 TEST_F(LevelLoader, DamageIsClampedAndShowsFullHealth) {

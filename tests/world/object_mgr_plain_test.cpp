@@ -194,7 +194,6 @@ TEST_F(ObjectMgrPlain, RandomScenesGiveTheSameToTheBit) {
     }
     for (const int found : {touched, struck, shots, visited}) EXPECT_GT(found, 1000);
 }
-
 TEST_F(ObjectMgrPlain, LongShotsMeetSmallThingsInFrontOfAWall) {
     t.setGeometry({wallMesh(100, 50)});
     int shots = 0;

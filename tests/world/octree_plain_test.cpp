@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace {
 using Triangle = std::array<cVector3, 3>;
@@ -30,27 +31,22 @@ bool touchesCube(Triangle t, const cVector3& centre, float half) {
     return touches;
 }
 
-/// Keeps the marked elements, in order; faces are renumbered.
-template <typename Element>
-void keepUsed(std::vector<Element>& values, std::vector<FaceIndices>& faces,
-              std::vector<cVector3>* alongside) {
-    std::vector<Element> kept;
-    std::vector<cVector3> keptAlongside;
-    std::vector<uint32_t> number(values.size());
-    for (uint32_t i = 0; i < values.size(); ++i) {
-        const bool used = std::any_of(faces.begin(), faces.end(), [&](const FaceIndices& f) {
-            return std::find(f.begin(), f.end(), i) != f.end();
-        });
-        if (!used) continue;
-        number[i] = static_cast<uint32_t>(kept.size());
-        kept.push_back(values[i]);
-        if (alongside && !alongside->empty()) keptAlongside.push_back((*alongside)[i]);
-    }
+/// The faces then count from 0 within the indices that they use.
+std::vector<uint32_t> renumber(std::vector<FaceIndices>& faces) {
+    std::set<uint32_t> used;
+    for (const FaceIndices& f : faces) used.insert(f.begin(), f.end());
     for (FaceIndices& f : faces) {
-        for (uint32_t& i : f) i = number[i];
+        for (uint32_t& i : f) i = static_cast<uint32_t>(std::distance(used.begin(), used.find(i)));
     }
-    values = kept;
-    if (alongside) *alongside = keptAlongside;
+    return {used.begin(), used.end()};
+}
+
+template <typename Element>
+std::vector<Element> taken(const std::vector<Element>& from, const std::vector<uint32_t>& used) {
+    std::vector<Element> values;
+    for (const uint32_t i : used)
+        if (!from.empty()) values.push_back(from[i]);
+    return values;
 }
 
 struct PlainBuild {
@@ -60,8 +56,13 @@ struct PlainBuild {
     cBinaryWriter out;
     cMaterialList materials;
 
+    static cVector3 childCentre(const cVector3& centre, float size, int k) {
+        const float q = size / 4;
+        return centre + cVector3(k & 2 ? -q : q, k & 4 ? -q : q, k & 1 ? -q : q);
+    }
+
     bool receives(const Triangle& t, const cVector3& centre, float size, int k) const {
-        const cVector3 child = cOctree::Node::childCentre(centre, size, k);
+        const cVector3 child = childCentre(centre, size, k);
         if (detect) return touchesCube(t, child, size / 4 + slack);
         return std::any_of(t.begin(), t.end(), [&](const cVector3& p) {
             return (k & 2 ? p.x <= centre.x : centre.x <= p.x) &&
@@ -84,25 +85,22 @@ struct PlainBuild {
             if (part.totalFaces() == 0) {
                 out.i32(2);
             } else {
-                split(part, cOctree::Node::childCentre(centre, size, k), size / 2, generation + 1);
+                split(part, childCentre(centre, size, k), size / 2, generation + 1);
             }
         }
     }
 
     cModel partOf(const cModel& model, const cVector3& centre, float size, int k) const {
         cModel part;
-        for (cModelObject o : model.objects) {
-            std::vector<bool> stays;
-            for (const FaceIndices& f : o.faces) {
-                stays.push_back(
-                    receives({o.positions[f[0]], o.positions[f[1]], o.positions[f[2]]}, centre, size, k));
-            }
-            for (auto* faces : {&o.faces, &o.faceTexCoords, &o.faceSecond}) {
-                size_t next = 0;
-                for (size_t f = 0; f < faces->size(); ++f) {
-                    if (stays[f]) (*faces)[next++] = (*faces)[f];
-                }
-                faces->resize(next);
+        for (const cModelObject& from : model.objects) {
+            cModelObject o = from;
+            for (auto* faces : {&o.faces, &o.faceTexCoords, &o.faceSecond}) faces->clear();
+            for (size_t f = 0; f < from.faces.size(); ++f) {
+                const auto& [a, b, c] = from.faces[f];
+                if (!receives({o.positions[a], o.positions[b], o.positions[c]}, centre, size, k)) continue;
+                o.faces.push_back(from.faces[f]);
+                o.faceTexCoords.push_back(from.faceTexCoords[f]);
+                if (!from.faceSecond.empty()) o.faceSecond.push_back(from.faceSecond[f]);
             }
             part.add(o);
         }
@@ -112,45 +110,44 @@ struct PlainBuild {
     static cModel leaf(const cModel& model) {
         cModel compacted;
         for (cModelObject o : model.objects) {
-            keepUsed(o.positions, o.faces, o.mode < kModeTwoTextures ? &o.vectors : nullptr);
-            if (!o.texCoords.empty()) keepUsed<TexCoord>(o.texCoords, o.faceTexCoords, nullptr);
-            if (o.mode >= kModeTwoTextures) keepUsed<cVector3>(o.vectors, o.faceSecond, nullptr);
+            const std::vector<uint32_t> corners = renumber(o.faces);
+            o.positions = taken(o.positions, corners);
+            if (o.mode < kModeTwoTextures) o.vectors = taken(o.vectors, corners);
+            if (!o.texCoords.empty()) o.texCoords = taken(o.texCoords, renumber(o.faceTexCoords));
+            if (o.mode >= kModeTwoTextures) o.vectors = taken(o.vectors, renumber(o.faceSecond));
             compacted.add(o);
         }
         return compacted;
     }
 };
 
-cModelObject randomObject(TestRandom& random, uint8_t mode, int faces, float edge) {
-    cModelObject o;
-    o.mode = mode;
-    o.colour.g = mode; // one material a mode
-    const auto index = [&](size_t size) {
-        return static_cast<uint32_t>(random.index(static_cast<int>(size)));
-    };
-    for (int i = 0; i < faces; ++i) {
-        const cVector3 at = random.vector(8);
-        for (int k = 0; k < 3; ++k) o.positions.push_back(at + random.vector(edge));
-    }
-    if (random.index(3) == 0) o.positions[1] = o.positions[0]; // without area
-    if (mode == kModeTwoTextures || random.index(2)) {
-        for (size_t i = 0; i < o.positions.size(); ++i) o.vectors.push_back(random.vector(1));
-    }
-    if (random.index(2)) o.texCoords.resize(7, {0.5f, 1});
-    for (uint32_t i = 0; i + 2 < o.positions.size(); i += 3) {
-        o.faces.push_back({i, i + 1, random.index(9) ? i + 2 : index(o.positions.size())});
-        o.faceTexCoords.push_back({index(7), index(7), index(7)});
-        if (mode == kModeTwoTextures)
-            o.faceSecond.push_back(
-                {index(o.vectors.size()), index(o.vectors.size()), index(o.vectors.size())});
-    }
-    return o;
-}
-
-cModel randomModel(TestRandom& random, int faces, float edge) {
+cModel randomModel(TestRandom& random, int mostFaces, float edge) {
     cModel model;
-    for (const uint8_t mode : {kModeColour, kModeTwoTextures, kModeTexture})
-        model.add(randomObject(random, mode, 1 + random.index(faces), edge));
+    for (const uint8_t mode : {kModeColour, kModeTwoTextures, kModeTexture}) {
+        cModelObject o;
+        o.mode = mode;
+        o.colour.g = mode; // one material a mode
+        o.texture = mode == kModeColour ? kNoTexture : 7;
+        const auto index = [&](size_t size) {
+            return static_cast<uint32_t>(random.index(static_cast<int>(size)));
+        };
+        for (int i = random.index(mostFaces); i >= 0; --i) {
+            const cVector3 at = random.vector(8);
+            for (int k = 0; k < 3; ++k) o.positions.push_back(at + random.vector(edge));
+        }
+        if (random.index(3) == 0) o.positions[1] = o.positions[0]; // without area
+        if (mode == kModeTwoTextures || random.index(2)) {
+            for (size_t i = 0; i < o.positions.size(); ++i) o.vectors.push_back(random.vector(1));
+        }
+        if (random.index(2)) o.texCoords.resize(7, {0.5f, 1});
+        for (uint32_t i = 0; i + 2 < o.positions.size(); i += 3) {
+            const auto corner = [&] { return index(o.positions.size()); };
+            o.faces.push_back({i, i + 1, random.index(9) ? i + 2 : corner()});
+            o.faceTexCoords.push_back({index(7), index(7), index(7)});
+            if (mode == kModeTwoTextures) o.faceSecond.push_back({corner(), corner(), corner()});
+        }
+        model.add(o);
+    }
     return model;
 }
 
@@ -179,7 +176,12 @@ float plainTrace(const cOctree& octree, const cVector3& start, const cVector3& e
 TEST(PlainOctree, BuildsTheSameBytes) {
     TestRandom random;
     for (int scene = 0; scene < 300; ++scene) {
-        const cModel model = randomModel(random, 60, random.number(0.05f, 4));
+        cModel model = randomModel(random, 60, random.number(0.05f, 4));
+        for (cModelObject& o : model.objects) {
+            for (cVector3& p : o.positions)
+                if (scene % 3 == 0)
+                    p = {std::round(p.x), std::round(p.y), std::round(p.z)}; // in dividing planes
+        }
         const bool detect = scene % 4 != 0;
         const int minFaces = 1 + random.index(20), generations = 1 + random.index(4);
         PlainBuild plain{minFaces, generations, detect, 2 * model.extent() * 2e-6f, {}, {}};
