@@ -69,9 +69,9 @@ void playInWindow(const std::string& libraryPath) {
     // Escape opens the menu, whose last entry quits.
     for (const char* name : {"Escape", "Up", "Return"}) {
         key(std::string("keydown ") + name);
-        usleep(150000);
+        usleep(300000);
         key(std::string("keyup ") + name);
-        usleep(600000);
+        usleep(1000000);
     }
     EXPECT_EQ(exitStatus(game, 15), 0) << "the menu ends the game";
     fs::remove_all(user);
