@@ -133,7 +133,7 @@ TEST_F(MeshDraw, StateIsLeftAsItWas) {
     meshDraw::drawTwoTextures(two);
     meshDraw::drawImmediateTwoTextures(two, {true, 0, 1});
     GLint value = 0;
-    for (const GLenum unit : {GL_ACTIVE_TEXTURE, GL_CLIENT_ACTIVE_TEXTURE}) {
+    for (const GLenum unit : {GLenum(GL_ACTIVE_TEXTURE), GLenum(GL_CLIENT_ACTIVE_TEXTURE)}) {
         glGetIntegerv(unit, &value);
         EXPECT_EQ(value, GL_TEXTURE0);
     }
