@@ -34,20 +34,31 @@ bool waitFor(const std::string& file, int seconds) {
     return false;
 }
 
-/// −1 when the program has not ended in time (it is then killed).
+constexpr int kRuns = -1, kKilled = -2; ///< instead of an exit status
+
+/// kRuns when the program has not ended in time.
 int exitStatus(pid_t child, int seconds) {
     int status = 0;
     for (int i = 0; i < seconds * 20; ++i) {
-        if (waitpid(child, &status, WNOHANG) == child) return WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+        if (waitpid(child, &status, WNOHANG) == child)
+            return WIFEXITED(status) ? WEXITSTATUS(status) : kKilled;
         usleep(50000);
     }
-    kill(child, SIGKILL);
-    waitpid(child, &status, 0);
-    return -1;
+    return kRuns;
 }
 
 int key(const std::string& command) {
     return std::system(("xdotool " + command).c_str());
+}
+
+/// Escape opens the menu, whose last entry quits.
+void quitByMenu() {
+    for (const char* name : {"Escape", "Up", "Return"}) {
+        key(std::string("keydown ") + name);
+        usleep(300000);
+        key(std::string("keyup ") + name);
+        usleep(1000000);
+    }
 }
 
 void playInWindow(const std::string& libraryPath) {
@@ -66,14 +77,17 @@ void playInWindow(const std::string& libraryPath) {
     usleep(300000);
     const Box change = changed(Picture::read(user + "/still.png"), Picture::read(user + "/moved.png"));
     EXPECT_GT(change.count, 800 * 600 / 4) << "the hero has not walked out of the hut";
-    // Escape opens the menu, whose last entry quits.
-    for (const char* name : {"Escape", "Up", "Return"}) {
-        key(std::string("keydown ") + name);
-        usleep(300000);
-        key(std::string("keyup ") + name);
-        usleep(1000000);
+    // On a busy machine a press may fall between two frames; after three rounds it is the program's fault.
+    int status = kRuns;
+    for (int round = 0; round < 3 && status == kRuns; ++round) {
+        quitByMenu();
+        status = exitStatus(game, 10);
     }
-    EXPECT_EQ(exitStatus(game, 15), 0) << "the menu ends the game";
+    EXPECT_EQ(status, 0) << "the menu ends the game";
+    if (status == kRuns) {
+        kill(game, SIGKILL);
+        waitpid(game, nullptr, 0);
+    }
     fs::remove_all(user);
 }
 } // namespace
