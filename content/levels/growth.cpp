@@ -98,13 +98,13 @@ void addFlower(Scenery& s, Height height, float x, float z, float tall, Tint tin
 void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
     const float k = size * (0.9f + 0.2f * latticeValue(1, 1, seed));
     s.add(parts::kBeams,
-          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, 1.5f * k}}, 7, 2, 1).moved(foot),
+          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, 2 * k}}, 7, 2, 1).moved(foot),
           Scenery::kSeen);
     addStem(s, foot, 0.26f * k);
     Mesh needles;
     for (int i = 0; i < 4; ++i) {
         const auto t = static_cast<float>(i);
-        needles.append(skirt((1.5f - 0.33f * t) * k, (1.0f + 0.86f * t) * k, (1.5f - 0.06f * t) * k,
+        needles.append(skirt((1.5f - 0.33f * t) * k, (1.5f + 0.74f * t) * k, (1.5f - 0.06f * t) * k,
                              0.7f * t + static_cast<float>(seed), 6));
     }
     s.add(parts::kNeedles, needles.moved(foot), Scenery::kSeen);
