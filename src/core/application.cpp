@@ -212,7 +212,10 @@ bool cApplication::startLevel() {
                                "\" cannot be loaded; quorvane.html says why.");
         return false;
     }
-    state_ = STATE_GAME;
+    // Where the pointer was before the game is no movement that turns the view.
+    state_ = STATE_LOADING;
+    cInputMgr::instance().pump(0, &state_);
+    if (state_ == STATE_LOADING) state_ = STATE_GAME;
     tellLosses();
     return true;
 }
