@@ -3,6 +3,7 @@
 #include "world/world.h"
 
 #include <SDL.h>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace {
@@ -47,6 +48,17 @@ TEST(WholeGame, EscapeOpensTheMenuAndReturnGoesOn) {
     EXPECT_EQ(game.app.state(), STATE_INVENTORY);
     game.tapKey(SDLK_ESCAPE);
     EXPECT_EQ(cInputMgr::instance().returnState, STATE_INVENTORY);
+}
+
+TEST(WholeGame, WhereThePointerWasDoesNotTurnTheView) {
+    ASSERT_EQ(std::system("xdotool mousemove 700 500"), 0);
+    GameRun game(GameRun::at("hut"));
+    GameState state = game.app.state();
+    cInputMgr& input = cInputMgr::instance();
+    for (int i = 0; i < 3; ++i) {
+        input.pump(0, &state);
+        EXPECT_EQ(std::abs(input.mouseDX) + std::abs(input.mouseDY), 0) << "pump " << i;
+    }
 }
 
 TEST(WholeGame, QuittingTheIntroEndsTheRun) {
