@@ -1,13 +1,13 @@
 #include "script/attacks.h"
 
 #include "audio/audio_mgr.h"
-#include "core/log_mgr.h"
 #include "game/projectile.h"
 #include "game/weapons.h"
 #include "platform/random.h"
 #include "script/cml_object.h"
 #include "script/cml_vocabulary.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "script/targets.h"
 #include "world/object_mgr.h"
 
@@ -116,6 +116,7 @@ void strike(cCmlObject& self, const cItemDef& item) {
 } // namespace
 
 void attackWith(cCmlObject& self, int32_t skill, int32_t itemPosition, int32_t target) {
+    if (!self.spend(FrameBudget::instance().attacks)) return;
     std::optional<Aim> found = aimAt(self, target);
     if (!found) return;
     Aim& aim = *found;
@@ -125,7 +126,7 @@ void attackWith(cCmlObject& self, int32_t skill, int32_t itemPosition, int32_t t
     const cCmlElement* element = self.getElement()->childAt(itemPosition);
     const cItemDef* item = element ? element->item : nullptr;
     if (!item) {
-        cLogMgr::instance().error("Object tried to use unexesting item!");
+        self.logOnce("Object tried to use unexesting item! Its name is " + self.name());
         return;
     }
     switch (item->weaponType) {

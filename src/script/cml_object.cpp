@@ -44,10 +44,18 @@ void cCmlObject::forgetGone() {
     if (target_ && target_->isGone()) target_ = nullptr;
 }
 
-void cCmlObject::reportOnce(const std::string& what) {
-    if (reported_) return;
+std::string cCmlObject::name() const {
+    return element_ ? element_->getAttribute("name") : "";
+}
+
+void cCmlObject::logOnce(const std::string& row) {
+    if (!reported_) cLogMgr::instance().error(row);
     reported_ = true;
-    cLogMgr::instance().error("CML object " + (element_ ? element_->getAttribute("name") : "") + " " + what);
+}
+
+bool cCmlObject::spend(int32_t& left) {
+    if (left > 0 && --left == 0) reportOnce("asks for more than a frame can hold");
+    return left > 0;
 }
 
 void cCmlObject::setAction(int32_t childIndex) {

@@ -25,7 +25,11 @@ public:
 
     /// The document asks for what cannot go on: one row in the log for the object's life, "CML object NAME
     /// what".
-    void reportOnce(const std::string& what);
+    void reportOnce(const std::string& what) { logOnce("CML object " + name() + " " + what); }
+    void logOnce(const std::string& row); ///< shares that one row
+    std::string name() const;             ///< empty without an element
+    /// Takes one off a frame's budget; false, with a row the first time, when none is left.
+    bool spend(int32_t& left);
 
     void setMoveDirection(const cVector3& unitDirection);
     void setSpeed(float speed) { speed_ = speed; }

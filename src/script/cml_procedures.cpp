@@ -6,6 +6,7 @@
 #include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "script/targets.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
@@ -235,6 +236,7 @@ void playSound(Self self, int argCount, Args args) {
 }
 
 void playStream(Self self, int, Args) {
+    if (!self.spend(FrameBudget::instance().musicStarts)) return;
     cAudioMgr& audio = cAudioMgr::instance();
     audio.setMusicVolume(cWorld::instance().playerMusicVolume);
     audio.stopMusic();

@@ -1,5 +1,6 @@
 #include "script/cml_element.h"
 #include "script/cml_object.h"
+#include "script/frame_budget.h"
 #include "world/object_mgr.h"
 
 namespace {
@@ -33,7 +34,7 @@ void perform(const cCmlCall& call, cCmlObject& self) {
     cCmlObject* target = selfOf(call, self);
     if (!target) return;
     const DepthGuard guard;
-    if (g_runaway) return;
+    if (g_runaway || !target->spend(FrameBudget::instance().calls)) return;
     if (g_depth > kDeepestCalls || g_nestedCalls > kMostNestedCalls) {
         g_runaway = true;
         target->reportOnce("calls itself without end");

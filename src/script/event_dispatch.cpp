@@ -6,6 +6,7 @@
 #include "script/cml_object.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
 
@@ -73,6 +74,11 @@ void exploded(cController* source) {
     });
 }
 
+void reportEndless(const cEvent& e) {
+    cCmlObject* object = scripted(e.source) ? scripted(e.source) : scripted(e.other);
+    if (object) object->reportOnce("causes events without end");
+}
+
 void handle(const cEvent& e, GameState* state) {
     switch (e.type) {
     case cEvent::kTouchedGeometry:
@@ -102,6 +108,7 @@ void handle(const cEvent& e, GameState* state) {
 
 void cEventMgr::process(uint32_t, GameState* state) {
     cRenderer::instance().addDebugText("%d events cleared", count());
+    if (count() == kMostEvents) reportEndless(events_.back());
     for (int32_t left = count() + kMostCausedEvents; !events_.empty(); --left) {
         // Taken off first: a reaction may post further events, which are handled next.
         const cEvent event = events_.back();
@@ -110,8 +117,8 @@ void cEventMgr::process(uint32_t, GameState* state) {
             handle(event, state);
             continue;
         }
-        cCmlObject* object = scripted(event.source) ? scripted(event.source) : scripted(event.other);
-        if (object) object->reportOnce("causes events without end");
+        reportEndless(event);
         events_.clear();
     }
+    FrameBudget::instance().renew();
 }

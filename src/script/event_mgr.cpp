@@ -17,7 +17,7 @@ void cEventMgr::destroy() {
 
 void cEventMgr::post(cEvent::Type type, cController* source, cController* other, float value,
                      uint32_t extra) {
-    events_.push_back({source, other, type, value, extra});
+    if (count() < kMostEvents) events_.push_back({source, other, type, value, extra});
 }
 
 void cEventMgr::removeFor(const cController* controller) {

@@ -44,6 +44,23 @@ std::string talking(const std::string& text, const std::string& more = "") {
     return used("run_dialogue(d)", more + talk(text));
 }
 
+std::string times(int count, const std::string& call) {
+    std::string list;
+    for (int i = 0; i < count; ++i) list += call + ";";
+    return list;
+}
+/// Shoots, and answers each hit with volleys that three actions multiply.
+std::string volleys(const std::string& name, const std::string& at, const std::string& place,
+                    const std::string& start) {
+    return object(
+        action(start, on("timer", "use_item(gun,p)") + on("ballistic_hit", times(16, "set_action(b)"))) +
+            action(times(16, "set_action(c)"), "", "b") + action(times(3, "set_action(d)"), "", "c") +
+            action(times(12, "use_item(gun," + at + ")"), on("ballistic_hit", times(16, "set_action(b)")),
+                   "d"),
+        name, "", place);
+}
+
+constexpr const char* kTooMuch = "asks for more than a frame can hold";
 constexpr const char* kEndless = "CML object o calls itself without end";
 const std::string kFilm = "<cinematic name='c' length='20' /><cinematic name='e' length='5' />";
 const std::string kDestroyed = "Attempted to destroy unexisting object";
@@ -51,9 +68,10 @@ const std::string kDestroyed = "Attempted to destroy unexisting object";
 struct Row {
     const char* what;
     std::string elements;
-    const char* row = nullptr; ///< of which there is one
+    const char* row = nullptr; ///< in the log, as often as `rows` says
     bool goesOn = true;        ///< the hero plays on; else another level is there
     GameState after = STATE_GAME;
+    int rows = 1;
 };
 
 const Row kRows[] = {
@@ -82,6 +100,12 @@ const Row kRows[] = {
          object(action("", on("melee_hit", "use_item(club,target);use_item(club,target)")), "p", "",
                 "0,1.25,17.5"),
      "causes events without end"},
+    {"lists that run lists, in a circle of shots",
+     volleys("o", "p", "0,1.25,18.7", "set_timer(20)") + volleys("p", "o", "0,1.25,10", ""), kTooMuch, true,
+     STATE_GAME, 2},
+    {"a weapon that is not there",
+     object(action("", on("distance_falls_below", "use_item(gone,player);set_action(a)"))),
+     "Object tried to use unexesting item! Its name is o"},
     {"a destroy in its own use", used("destroy();set_speed(9);set_action(a)")},
     {"a destroy in its own timer",
      object(action("set_timer(10)", on("timer", "destroy();set_timer(1);set_position(player)")))},
@@ -145,7 +169,7 @@ TEST(BadInput, NothingHangsAndOneRowNamesTheObject) {
             if (!names) ADD_FAILURE() << logged;
             named += names;
         }
-        EXPECT_EQ(named, row.row ? 1 : 0);
+        EXPECT_EQ(named, row.row ? row.rows : 0);
 
         // What comes after it is untouched.
         hall.enter("ledger");

@@ -1,6 +1,7 @@
 #include "core/name_hash.h"
 #include "game/physics_world.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "support/test_world.h"
 
 #include <cmath>
@@ -113,6 +114,16 @@ TEST_F(CmlRuntime, TheTargetsKindIsComparedUnsigned) {
         self().setTarget(TestWorld::object("p"));
         EXPECT_EQ(fires(), holding) << test;
     }
+}
+
+TEST_F(CmlRuntime, WhatAFrameCannotHoldIsLeftOut) {
+    std::string list;
+    for (int i = 0; i < 15; ++i) list += "play_stream();";
+    run(list);
+    EXPECT_EQ(FrameBudget::instance().musicStarts, 0);
+    EXPECT_EQ(TempGame::errorCount("CML object o asks for more than a frame can hold"), 1);
+    cEventMgr::instance().process(16, &t.state);
+    EXPECT_GT(FrameBudget::instance().musicStarts, 0) << "the next one begins anew";
 }
 
 TEST_F(CmlRuntime, TimersFireWhenTheyHaveElapsed) {
