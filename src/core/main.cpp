@@ -87,8 +87,10 @@ int execLines(const std::vector<std::string>& lines) {
 }
 
 void printRows(const std::string& file, const CmlReport& report, const char* kind) {
-    for (const CmlReport::Row& row : report.rows)
-        std::printf("%s:%d: %s%s\n", file.c_str(), row.line, kind, row.message.c_str());
+    for (const CmlReport::Row& row : report.rows) {
+        const std::string place = row.line > 0 ? file + ":" + std::to_string(row.line) : file;
+        std::printf("%s: %s%s\n", place.c_str(), kind, row.message.c_str());
+    }
 }
 
 std::string counted(size_t count, const char* what) {

@@ -26,6 +26,7 @@ public:
         return refused_ ? -1 : result;
     }
     int line() const { return line_; }
+    const char* reason() const { return reason_; }
 
 private:
     int get() {
@@ -37,7 +38,8 @@ private:
     int peek() const { return at_ == end_ ? kEnd : *at_; }
     int fail() const { return -1; }
     /// A breach of a limit fails the whole document: going on would read the rest at the wrong level.
-    int refuse() {
+    int refuse(const char* reason) {
+        reason_ = reason;
         refused_ = true;
         at_ = end_;
         return -1;
@@ -57,7 +59,7 @@ private:
         out = span(start, at_);
         if (at_ == end_) return false;
         if (out.size() <= kLongestToken) return true;
-        refuse();
+        refuse("a name, or an attribute with its value, is longer than 255 characters");
         return false;
     }
 
@@ -92,7 +94,8 @@ private:
             if (std::isalnum(c)) {
                 if (!token(text)) return fail();
                 attribute(node, text);
-                if (node.attributes.size() > kMostAttributes) return refuse();
+                if (node.attributes.size() > kMostAttributes)
+                    return refuse("an element has more than 256 attributes");
                 continue;
             }
             get();
@@ -121,7 +124,7 @@ private:
 
     int element(cXmlNode& node, int depth) {
         node.line = line_;
-        if (depth > kDeepest) return refuse();
+        if (depth > kDeepest) return refuse("elements lie more than 256 deep in each other");
         if (tag(node) != 0) return -1;
         if (!node.hasChildren) return 0;
         const int result = content(node, depth);
@@ -172,6 +175,7 @@ private:
     const uint8_t* end_;
     int line_ = 1;
     bool refused_ = false;
+    const char* reason_ = "the file ends before its first element does";
 };
 
 cXmlNode::~cXmlNode() = default;
@@ -182,7 +186,10 @@ std::unique_ptr<cXmlNode> cXmlNode::makeChild() const {
 
 int cXmlNode::load(const std::string& fileName) {
     platform::Bytes bytes;
-    if (!platform::readFile(fileName, bytes)) return -1;
+    if (!platform::readFile(fileName, bytes)) {
+        errorReason_ = "it cannot be read";
+        return -1;
+    }
     return parse(bytes.data(), bytes.size());
 }
 
@@ -191,6 +198,7 @@ int cXmlNode::parse(const uint8_t* bytes, size_t size) {
     cXmlParser parser(bytes, size);
     const int result = parser.document(*this);
     errorLine_ = result == 0 ? 0 : parser.line();
+    errorReason_ = result == 0 ? "" : parser.reason();
     return result;
 }
 

@@ -25,6 +25,8 @@ public:
     const std::string& getAttribute(std::string_view attribute) const;
     bool hasAttribute(std::string_view attribute) const { return findAttribute(attribute) != nullptr; }
     int errorLine() const { return errorLine_; } ///< 0 without an error
+    /// Why the file was refused, empty without an error.
+    const std::string& errorReason() const { return errorReason_; }
     /// Line of the file on which the character at this position of the text, as it was read, stands.
     int textLine(size_t position) const;
     /// Positions in the text, as it was read, before which it went on to another line.
@@ -52,4 +54,5 @@ private:
     };
     std::vector<TextLine> textLines_; ///< where the text goes on to another line; the element's own at first
     int errorLine_ = 0;
+    std::string errorReason_;
 };

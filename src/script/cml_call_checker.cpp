@@ -37,7 +37,11 @@ bool isNumber(const std::string& text) {
 // --- Numbers and words
 
 void number(const Call& call, const std::string& arg) {
-    if (!isNumber(arg)) call.warn(quoted(arg) + " is no whole number");
+    if (!isNumber(arg)) {
+        call.warn(quoted(arg) + " is no whole number");
+    } else if (const long long n = std::strtoll(arg.c_str(), nullptr, 10); n < INT32_MIN || n > INT32_MAX) {
+        call.warn(arg + " is more than a number can hold");
+    }
 }
 
 void body(const Call& call) {
@@ -57,6 +61,7 @@ void speed(const Call& call, const std::string& arg) {
 
 void timer(const Call& call, const std::string& arg) {
     number(call, arg);
+    if (isNumber(arg) && toInt(arg) < 0) call.warn("a negative time is read as weeks");
     call.check.timed.insert(call.self);
 }
 

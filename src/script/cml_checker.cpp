@@ -43,9 +43,24 @@ constexpr ElementRow kElements[] = {
 };
 static_assert(std::size(kElements) == kCmlFog + 1);
 constexpr std::string_view kVectors = " position direction up start end offset pos target dir rgb ";
+constexpr std::string_view kNumbers =
+    " fov size gravity radius solid distance skill length firstperson number "
+    "speed frame alpha r g b a top bottom ";
 
 bool lists(std::string_view words, const std::string& word) {
     return words.find(" " + word + " ") != std::string_view::npos;
+}
+
+bool isDecimal(const std::string& text) {
+    char* end = nullptr;
+    std::strtod(text.c_str(), &end);
+    return end != text.c_str() && *end == 0;
+}
+
+bool isVector(const std::string& text) {
+    const size_t first = text.find(','), last = text.rfind(',');
+    return std::count(text.begin(), text.end(), ',') == 2 && isDecimal(text.substr(0, first)) &&
+           isDecimal(text.substr(first + 1, last - first - 1)) && isDecimal(text.substr(last + 1));
 }
 
 void checkElement(cCmlCheck& check, const cCmlElement& e) {
@@ -57,8 +72,10 @@ void checkElement(cCmlCheck& check, const cCmlElement& e) {
     for (const auto& [name, value] : e.attributes) {
         if (!lists(row.attributes, name)) {
             check.warn(e.line, "<" + e.name + "> has no attribute " + quoted(name));
-        } else if (lists(kVectors, name) && std::count(value.begin(), value.end(), ',') != 2) {
+        } else if (lists(kVectors, name) && !isVector(value)) {
             check.warn(e.line, name + "=" + quoted(value) + " wants three numbers with commas between them");
+        } else if (lists(kNumbers, name) && !isDecimal(value)) {
+            check.warn(e.line, name + "=" + quoted(value) + " is no number");
         }
     }
 }
@@ -212,7 +229,20 @@ void checkBranches(cCmlCheck& check, const cCmlElement& reaction) {
     }
 }
 
-void checkReaction(cCmlCheck& check, const cCmlElement& reaction) {
+/// What the object must have for the trigger to happen.
+void checkCause(cCmlCheck& check, const cCmlElement& object, const cCmlElement& reaction, ptrdiff_t trigger) {
+    const std::string subject = "reaction " + quoted(reaction.getAttribute("type")) + ": the object " +
+                                quoted(object.getAttribute("name"));
+    const cCmlElement *physics = object.findChild(kCmlPhysics),
+                      *appearance = object.findChild(kCmlAppearance);
+    const bool touches = trigger == kTriggerCollisionChr || trigger == kTriggerCollisionMesh;
+    if (touches && physics && !physics->findChild(kCmlBoundingVolume))
+        check.warn(reaction.line, subject + " has no boundingvolume, so nothing touches it");
+    if (trigger == kTriggerAnimationEnd && appearance && appearance->getAttribute("type") == "static")
+        check.warn(reaction.line, subject + " is not animated");
+}
+
+void checkReaction(cCmlCheck& check, const cCmlElement& reaction, const cCmlElement* object) {
     const std::string& type = reaction.getAttribute("type");
     const auto triggers = cmlTriggers();
     const auto trigger = std::find(triggers.begin(), triggers.end(), type);
@@ -224,6 +254,7 @@ void checkReaction(cCmlCheck& check, const cCmlElement& reaction) {
     const auto number = trigger - triggers.begin();
     if (number == kTriggerDistanceExceeds || number == kTriggerDistanceFallsBelow)
         checkDistance(check, reaction);
+    if (object) checkCause(check, *object, reaction, number);
     const cCmlElement* parent = reaction.parent;
     const bool slotted =
         parent && (parent->elementKind == kCmlAction || parent->elementKind == kCmlObjectElement);
@@ -235,10 +266,48 @@ void checkReaction(cCmlCheck& check, const cCmlElement& reaction) {
 
 // --- Level and cinematics
 
-void checkMusic(cCmlCheck& check, const cCmlElement& files) {
+void checkFiles(cCmlCheck& check, const cCmlElement& files) {
+    for (const char* scenery : {"appearance", "collision"}) {
+        const std::string& file = files.getAttribute(scenery);
+        if (!check.data.fileExists(file))
+            check.warn(files.line, "there is no " + std::string(scenery) + " file " + quoted(file));
+    }
     const std::string& music = files.getAttribute("music");
     if (!music.empty() && (music.size() < kShortestText || !check.data.fileExists(music + ".ogg")))
         check.warn(files.line, "there is no music file " + music + ".ogg");
+}
+
+void checkEnvironment(cCmlCheck& check, const cCmlElement& environment) {
+    const std::string& file = environment.getAttribute("file");
+    if (!check.data.fileExists(file))
+        check.warn(environment.line, "there is no environment file " + quoted(file));
+}
+
+/// The first of a name counts.
+void checkSpawnPoints(cCmlCheck& check) {
+    std::set<std::string> seen;
+    for (int32_t i = 0; i < check.root.childCount(); ++i) {
+        const cCmlElement& e = *check.root.childAt(i);
+        const std::string& name = e.getAttribute("spawnpoint");
+        if (e.elementKind == kCmlPlayer && !seen.insert(name).second)
+            check.warn(e.line,
+                       "another player stands at " + quoted(name) + " before this one, which is never used");
+    }
+}
+
+void checkCinematic(cCmlCheck& check, const cCmlElement& film) {
+    const std::string name = "cinematic " + quoted(film.getAttribute("name"));
+    if (toInt(film.getAttribute("length")) <= 0) check.warn(film.line, name + " wants a length above 0");
+    for (int32_t i = 0; i < film.childCount(); ++i) {
+        const cCmlElement& track = *film.childAt(i);
+        if (track.elementKind != kCmlCamera && track.elementKind != kCmlPlayerCin) continue;
+        if (track.childCount() == 0) check.warn(track.line, name + ": <" + track.name + "> has no frames");
+        for (int32_t k = 1; k < track.childCount(); ++k) {
+            const cCmlElement &before = *track.childAt(k - 1), &frame = *track.childAt(k);
+            if (toInt(frame.getAttribute("number")) < toInt(before.getAttribute("number")))
+                check.warn(frame.line, name + ": a frame's number is below that of the frame before");
+        }
+    }
 }
 
 void checkHeroFrame(cCmlCheck& check, const cCmlElement& frame) {
@@ -286,9 +355,11 @@ void walk(cCmlCheck& check, const cCmlElement& e, const cXmlNode& source, const 
         checkAppearance(check, e);
         checkKind(check, e);
     }
-    if (e.elementKind == kCmlReaction) checkReaction(check, e);
+    if (e.elementKind == kCmlReaction) checkReaction(check, e, object);
     if (e.elementKind == kCmlItem) checkItem(check, e);
-    if (e.elementKind == kCmlFiles) checkMusic(check, e);
+    if (e.elementKind == kCmlFiles) checkFiles(check, e);
+    if (e.elementKind == kCmlEnvironment) checkEnvironment(check, e);
+    if (e.elementKind == kCmlCinematic) checkCinematic(check, e);
     if (e.elementKind == kCmlFrame) checkHeroFrame(check, e);
     if (e.elementKind == kCmlDialogue) {
         if (object) checkScriptCalls(check, *object, source);
@@ -310,6 +381,7 @@ void checkWhatIsUsed(cCmlCheck& check) {
         checkTimer(check, object);
     }
     checkUse(check, check.root);
+    checkSpawnPoints(check);
     checkLocals(check);
 }
 } // namespace

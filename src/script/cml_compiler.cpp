@@ -19,7 +19,7 @@ bool classify(cCmlElement& element, cCmlElement* parent, CmlReport& report) {
     const auto row =
         std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.tag == element.name; });
     if (row == rows.end()) {
-        report.add(element.line, "CML file contains errors!");
+        report.add(element.line, "CML file contains errors! There is no element <" + element.name + ">");
         return false;
     }
     element.elementKind = static_cast<CmlKind>(row - rows.begin());
@@ -149,7 +149,7 @@ void compileCml(cCmlElement& root, const CmlLookups& lookups, CmlReport& report)
 int cCmlElement::load(const std::string& fileName, const CmlLookups& lookups, CmlReport& report) {
     clear();
     if (cXmlNode::load(fileName) != 0) {
-        report.add(errorLine(), "CML file contains errors! (" + fileName + ")");
+        report.add(errorLine(), "CML file contains errors! (" + fileName + "): " + errorReason());
         return -1;
     }
     if (!classifyCml(*this, report)) return -1;

@@ -119,6 +119,10 @@ TEST(Xml, LinesAreCountedForMessages) {
     cXmlNode broken;
     EXPECT_EQ(parse(broken, "<a>\n<b>\n\n"), -1);
     EXPECT_EQ(broken.errorLine(), 4);
+    EXPECT_EQ(broken.errorReason(), "the file ends before its first element does");
+    cXmlNode absent;
+    EXPECT_EQ(absent.load("absent.xml"), -1);
+    EXPECT_EQ(absent.errorReason(), "it cannot be read");
 }
 
 TEST(Xml, FilesAreFoundUnderAnyCase) {

@@ -127,6 +127,8 @@ TEST(CmlChecker, WarnsOfCallsWhoseArgumentsNameNothing) {
                 {"set_speed(10)", "moves nothing, a speed has to be above 10"},
                 {"set_speed(param)", "'param' is no whole number"},
                 {"set_timer(1.5)", "'1.5' is no whole number"},
+                {"set_timer(-5)", "a negative time is read as weeks"},
+                {"set_local(n,99999999999)", "99999999999 is more than a number can hold"},
                 {"set_timer()", "takes 1 argument"},
                 {"get_object(key,1,2)", "takes 1 to 2 arguments"},
                 {"set_animation(IDLE)", "the object 'o' has no animated model"},
@@ -209,8 +211,22 @@ TEST(CmlChecker, WarnsOfObjectsThatAreNeverFoundMadeOrSetGoing) {
                  "lower_anim='CROUCH' /></player_cin></cinematic>",
                  "the upper body of the model maincharfinal\\mainchar_noweapon has no animation 'CROUCH'"},
                 {"<cinematic name='c' length='1' />", "nothing ever starts the cinematic 'c'"},
-                {"<files music='b' />", "there is no music file b.ogg"}});
-    expectRows("<level><object name='a'", "1: error: CML file contains errors! (a.xml)\n");
+                {object("a", "fov='wide'"), "fov='wide' is no number"},
+                {"<cinematic name='intro' length='0' />", "cinematic 'intro' wants a length above 0"},
+                {"<cinematic name='intro' length='9'><camera /></cinematic>",
+                 "cinematic 'intro': <camera> has no frames"},
+                {"<cinematic name='intro' length='9'><camera><frame number='5' /><frame number='2' "
+                 "/></camera></cinematic>",
+                 "cinematic 'intro': a frame's number is below that of the frame before"},
+                {"<player spawnpoint='a' /><player spawnpoint='b' /><player spawnpoint='a' />",
+                 "another player stands at 'a' before this one, which is never used"},
+                {"<files appearance='thing.cpm' collision='gone.oct' music='' />",
+                 "there is no collision file 'gone.oct'"},
+                {"<enviroment file='gone.env' />", "there is no environment file 'gone.env'"},
+                {"<files appearance='thing.cpm' collision='thing.cpm' music='b' />",
+                 "there is no music file b.ogg"}});
+    expectRows("<level><object name='a'",
+               "1: error: CML file contains errors! (a.xml): the file ends before its first element does\n");
 }
 
 TEST(CmlChecker, WarnsOfReactionsThatNeverHappen) {
@@ -225,7 +241,12 @@ TEST(CmlChecker, WarnsOfReactionsThatNeverHappen) {
                  "reaction 'distance_exceeds' wants a distance above 0"},
                 {"<reaction type='distance_exceeds' distance='1' point='hero' do='destroy' />",
                  "point='hero' is read as the origin; it can be player, self or origin"},
+                {"<reaction type='animation_end' do='destroy' />",
+                 "reaction 'animation_end': the object 'o' is not animated"},
                 {"<requirement do='turn(1)' />", "<requirement> is not read here, inside <action>"}});
+    expectRows(level(person("p", "default_action='a'",
+                            "<action name='a'><reaction type='collision_mesh' do='turn(1)' /></action>")),
+               "2: reaction 'collision_mesh': the object 'p' has no boundingvolume, so nothing touches it\n");
     expectEach(reacting, "4: ",
                {{"<reaction type='timer' />\n<reaction type='timer' do='destroy' />",
                  "another reaction 'timer' stands before this one, which is never used"},

@@ -98,7 +98,7 @@ TEST(CmlCompile, ReportsEachBadCallWithItsLine) {
 TEST(CmlCompile, UnknownElementsFailTheDocumentOnce) {
     Compiled c("<level name=\"l\">\n<object name=\"a\"><wings /></object><feet /></level>");
     EXPECT_LT(c.result, 0);
-    EXPECT_EQ(c.rows(), "2: CML file contains errors!\n");
+    EXPECT_EQ(c.rows(), "2: CML file contains errors! There is no element <wings>\n");
     Compiled missing("<level");
     EXPECT_LT(missing.result, 0);
     EXPECT_FALSE(missing.report.rows.empty());

@@ -33,7 +33,7 @@ expect 1 'Command bind takes|Unable to recognize' --exec 'bind'
 expect 0 '^help: ' --exec 'help help'
 printf '<level name="a">\n<object name="o"\n on_set="fly()" />\n<object name="p" on_set="swim(1)" /></level>' >"$user/bad.xml"
 expect 1 'bad.xml:4: Unrecognised procedure "swim" in CML file' --check bad.xml
-expect 1 'CML file contains errors' --check missing.xml
+expect 1 'missing.xml: CML file contains errors! .*: it cannot be read' --check missing.xml
 printf '<level name="a">\n<object name="o" on_set="set_animation(BOTH_FLY)">\n<appearance type="animated"><model file="chars\\hen\\hen" /></appearance><physics />\n<dialogue name="d">\nHello ^1\nthere. ^7 </dialogue></object></level>' >"$user/odd.xml"
 expect 0 'odd.xml:2: warning: the lower body of the model chars.hen.hen has no animation "BOTH_FLY"' --check odd.xml
 expect 0 'odd.xml:5: warning: dialogue "d": a blank is missing after the tag "\^1"' --check odd.xml
