@@ -9,6 +9,7 @@
 #include "models/model.h"
 #include "platform/clock.h"
 #include "platform/console_streams.h"
+#include "platform/ending_signals.h"
 #include "platform/files.h"
 #include "platform/gl_api.h"
 #include "render/particles.h"
@@ -72,7 +73,7 @@ void endWithoutDisplay() {
 /// A player before a black window looks at the terminal, not for a log.
 void tellLosses() {
     if (cLogMgr::instance().errorCount() == 0) return;
-    platform::tellTerminal("Not everything could be loaded; " + platform::userPath("quorvane.html") +
+    platform::tellTerminal("Not everything could be loaded; " + cLogMgr::instance().whereToRead() +
                            " says what.");
 }
 
@@ -114,6 +115,7 @@ int cApplication::run() {
     tickBase_ = platform::ticks();
     dt_ = 0;
     while (state_ != STATE_QUIT) gameFrame();
+    if (platform::isEndingAsked()) platform::tellTerminal("Quorvane ends, as it was asked to.");
     shutdown();
     return 0;
 }
@@ -128,6 +130,7 @@ void cApplication::tellNoWindow() {
 
 bool cApplication::start() {
     started_ = g_running = true;
+    platform::catchEndingSignals();
     static const int registered = std::atexit(&endWithoutDisplay);
     static_cast<void>(registered);
     createManagers();
@@ -208,8 +211,8 @@ bool cApplication::startLevel() {
     world.saveGame();
     cRenderer::instance().drawLoadingScreen();
     if (world.loadLevel(options_.level) < 0) {
-        platform::tellTerminal("The level \"" + options_.level +
-                               "\" cannot be loaded; quorvane.html says why.");
+        platform::tellTerminal("The level \"" + options_.level + "\" cannot be loaded; " +
+                               cLogMgr::instance().whereToRead() + " says why.");
         return false;
     }
     // Where the pointer was before the game is no movement that turns the view.

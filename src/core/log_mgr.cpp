@@ -110,9 +110,14 @@ void cLogMgr::write(const char* format, ...) {
     if (std::fputs(buffer, page_) == EOF) losePage();
 }
 
+std::string cLogMgr::whereToRead() const {
+    return lost_ ? "what stands above" : platform::userPath(kPage);
+}
+
 void cLogMgr::losePage() {
     if (page_) std::fclose(page_);
     page_ = nullptr;
+    lost_ = true;
     platform::tellTerminal("The log " + platform::userPath(kPage) +
                            " cannot be written, nor can settings be saved there. "
                            "Is the directory writable, is the disk full?");
@@ -122,6 +127,7 @@ void cLogMgr::row(Level level, const char* message) {
     if (level == Level::error) ++errorCount_;
     if (g_listener) g_listener(level, message);
     if (g_terminal && level == Level::error) std::fprintf(stderr, "%s\n", message);
+    if (lost_ && level == Level::error) platform::tellTerminal(message);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
     write(kRowTemplates[static_cast<size_t>(level)], platform::timeOfDay().c_str(), message);

@@ -4,8 +4,8 @@
 #include <string>
 
 /// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. Rows are
-/// written as they come, so that they outlive a program that is killed. When the page cannot be written rows
-/// are lost, the person at the terminal is told once, and the program runs on.
+/// written as they come, so that they outlive a program that is killed. When the page cannot be written the
+/// person at the terminal is told so, and every error from then on.
 class cLogMgr {
 public:
     enum class Level : uint8_t { debug, info, error };
@@ -17,6 +17,8 @@ public:
     static void destroy();
     /// For tool modes, before the first use: errors go to standard error and no page is written.
     static void useTerminal(bool on);
+    /// The page's path; without a page what the terminal shows. For "… says why".
+    std::string whereToRead() const;
     int errorCount() const { return errorCount_; } ///< error rows so far
     /// Is told of every row besides; null to stop. For tests and the CML checker.
     static void setListener(Listener listener);
@@ -43,6 +45,7 @@ private:
     void losePage();
 
     std::FILE* page_ = nullptr;
+    bool lost_ = false;
     int errorCount_ = 0;
 };
 

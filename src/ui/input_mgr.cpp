@@ -1,7 +1,9 @@
 #include "ui/input_mgr.h"
 
 #include "core/config_mgr.h"
+#include "core/log_mgr.h"
 #include "platform/console_streams.h"
+#include "platform/ending_signals.h"
 #include "render/renderer.h"
 #include "ui/command_mgr.h"
 #include "world/world.h"
@@ -42,7 +44,8 @@ cInputMgr::cInputMgr() {
 
 cInputMgr::~cInputMgr() {
     if (saveOnExit && !saveSettings(kLatest))
-        platform::tellTerminal("The settings could not be saved; quorvane.html says why.");
+        platform::tellTerminal("The settings could not be saved; " + cLogMgr::instance().whereToRead() +
+                               " says why.");
 }
 
 void cInputMgr::print(const char* format, ...) {
@@ -79,6 +82,7 @@ void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
     }
     SDL_Event event;
     while (SDL_PollEvent(&event)) handle(event, state);
+    if (platform::isEndingAsked()) *state = STATE_QUIT;
     if (*state == STATE_GAME && cRenderer::instance().hasScreen()) {
         SDL_WarpMouse(static_cast<Uint16>(centerX_), static_cast<Uint16>(centerY_));
     }

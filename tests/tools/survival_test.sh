@@ -70,7 +70,7 @@ ln -s /dev/full "$work/full/quorvane.html"
 # What cannot be removed stays in the way however often the game tries.
 mkdir -p "$work/full/settings.cfl.new/x" "$work/full/players.cfl.new/x"
 expect 'a full disk' 0 'quorvane.html cannot be written' play "$work/full" TERM
-expect 'settings on a full disk' 0 'The settings could not be saved' play "$work/full" TERM
+expect 'settings on a full disk' 0 'The settings could not be saved; what stands above says why' play "$work/full" TERM
 [ -e "$work/full/players.cfl" ] && fail 'a hero is saved on a full disk'
 cmp -s "$data/settings.cfl" "$work/full/settings.cfl" || fail 'a full disk costs the old settings'
 octree() { "$game" --data "$data" --user "$1" --exec "dropOctree src_mdl\\island.obj made.oct $2 4 32 1"; }
@@ -80,7 +80,7 @@ expect 'a limit on file sizes' 1 'Could not write file "made.oct"' limited
 # --- Signals
 for signal in TERM INT; do
     # A shell's background jobs ignore INT: the game is started by timeout instead.
-    expect "the signal $signal" 0 '' timeout --preserve-status -k 20 -s $signal 5 \
+    expect "the signal $signal" 0 'Quorvane ends, as it was asked to' timeout --preserve-status -k 20 -s $signal 5 \
         "$game" --data "$data" --user "$work/$signal" --level testlevel.xml
     grep -q 'Good bye' "$work/$signal/quorvane.html" || fail "$signal leaves an unfinished log"
     [ -s "$work/$signal/settings.cfl" ] || fail "$signal costs the settings"
