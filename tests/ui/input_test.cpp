@@ -269,7 +269,20 @@ TEST_F(Settings, WildValuesOfAFileAreMadeSafe) {
             EXPECT_TRUE(s.keysFirstPerson[i] >= 0 && s.keysFirstPerson[i] < kKeyCount);
         }
         EXPECT_LE(std::fabs(s.sensitivity), 1);
-        EXPECT_TRUE(std::isfinite(s.soundVolume) && std::isfinite(s.musicVolume));
+        for (const float volume : {s.soundVolume, s.musicVolume}) EXPECT_TRUE(volume >= 0 && volume <= 1);
         for (int command = 0; command < 32; ++command) input.bindings.isCommandTriggered(command);
     });
+}
+
+TEST_F(Settings, VolumesStayWithinTheirRange) {
+    struct {
+        float saved, sound, music;
+    } const kRows[] = {{-0.5f, 0, 0}, {1.5f, 1, 1}, {0.25f, 0.25f, 0.25f}, {NAN, 0.8f, 0.6f}};
+    for (const auto& row : kRows) {
+        input.bindings.settings.soundVolume = input.bindings.settings.musicVolume = row.saved;
+        ASSERT_TRUE(input.saveSettings("one"));
+        ASSERT_EQ(input.loadSettings("one"), 0);
+        EXPECT_FLOAT_EQ(input.getSoundVolume(), row.sound) << row.saved;
+        EXPECT_FLOAT_EQ(input.getMusicVolume(), row.music) << row.saved;
+    }
 }
