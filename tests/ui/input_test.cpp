@@ -234,10 +234,28 @@ TEST_F(Settings, OfADamagedFileEveryWholeEntryIsKept) {
         SCOPED_TRACE(size);
         expectKept(size < firstRecord ? 0 : (size - firstRecord) / 214, good.substr(0, size));
     }
-    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0"})
-        expectKept(3, std::string(count, 4) + good.substr(4));
-
     const std::string cut = good.substr(0, good.size() - 1);
+    for (const std::string& behind : {std::string(5, 'x'), std::string(300, 'x'), std::string(224, '\0')})
+        expectKept(3, good + behind);
+    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0",
+                              "\x07\0\0\0", "\x01\0\0\0", "\0\0\0\0"}) {
+        const std::string bad(count, 4);
+        expectKept(3, bad + good.substr(4));
+        expectKept(3, bad + good.substr(4) + "extra");
+        expectKept(2, bad + cut.substr(4));
+    }
+    std::string noisy = cut;
+    noisy[4 + 5] = 'x'; // behind the terminator of "one"
+    expectKept(2, noisy);
+    expectKept(0, std::string(4 + 3 * 224 + 1, '\0'));
+    expectKept(0, std::string(1000, 'a'));
+    std::string odd = good;
+    for (size_t i = 0; i < names.size(); ++i) odd[firstRecord + i * 214 + 3] = 9; // keys that no keyboard has
+    expectKept(3, odd + "extra");
+    EXPECT_TRUE(input.saveSettings("three"));
+    EXPECT_EQ(input.listSettings(), names);
+
+    TempGame::clearErrors();
     t.game.write("settings.cfl", cut);
     EXPECT_TRUE(input.saveSettings("one"));
     EXPECT_EQ(t.game.read("settings.cfl.damaged"), cut) << "kept for whoever can mend it";
