@@ -60,6 +60,8 @@ public:
     void save(cBinaryWriter& out) const;
     /// False, with nothing carried, when the record is cut short or its check sum is wrong.
     bool load(cBinaryReader& in);
+    /// Passes over a saved record; false when it is cut short or its check sum is wrong.
+    static bool isIntact(cBinaryReader& in);
 
 private:
     int32_t find(int32_t id) const; ///< first entry of the kind, −1 without one
@@ -68,6 +70,7 @@ private:
     void removeAt(size_t entry);
     void keepVisible();
     int32_t checkSum() const;
+    static uint32_t checkTerm(const Entry& entry, uint32_t index);
     void drawGrid(int height) const;
     static void quad(float x, float y, float u, float v);
 
