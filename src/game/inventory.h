@@ -44,6 +44,7 @@ public:
 
     // The screen. Pixels of the window; y from its top for the mouse.
     void toggle() { open_ = !open_; }
+    void close() { open_ = false, slide_ = 0; } ///< at once, without sliding
     bool isOpen() const { return open_; }
     void moveCursor(int dx, int dy);
     void moveRow(int rows);

@@ -102,6 +102,7 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
     EXPECT_EQ(input.settingsName, "calm");
     EXPECT_TRUE(input.isWalkDefault());
     EXPECT_EQ(world.health, 100);
+    EXPECT_EQ(world.hud.statsTimer, 200);
     ASSERT_NE(cObjectMgr::instance().hero(), nullptr);
     EXPECT_EQ(cObjectMgr::instance().hero()->getPosition(), cVector3(0, 1.3f, 0));
     EXPECT_EQ(t.state, STATE_GAME);
@@ -127,7 +128,11 @@ TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
         if (row.flipped > 0) bytes[bytes.size() - row.flipped] ^= 1;
         put(bytes);
         t.state = STATE_GAME;
+        world.hud.showStats();
+        world.inventory.toggle();
         ASSERT_EQ(world.loadSavedGame("Ada"), 0) << row.level;
+        world.drawOverlays();
+        EXPECT_EQ(world.hud.statsTimer, 0) << "the panel would lie behind the notice";
         EXPECT_EQ(t.state, STATE_MENU) << row.level;
         EXPECT_TRUE(input.menu.isVisible());
         EXPECT_FALSE(world.isGameLoaded());
