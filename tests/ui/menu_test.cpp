@@ -1,5 +1,6 @@
 // The menu without a window: pages, flows, hold counters, settings screens.
 
+#include "core/auto_player.h"
 #include "support/test_world.h"
 #include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
@@ -237,6 +238,25 @@ TEST_F(Menu, TheConsoleLeadsIntoASavedGame) {
     input.pump(0, &t.state);
     EXPECT_EQ(t.state, STATE_GAME) << "without a key of the menu's";
     EXPECT_EQ(world.heroName, "Ada");
+}
+
+TEST_F(Menu, PromptsTakeTheLettersOfTheFont) {
+    const cAutoPlayer player;
+    const auto type = [&](const std::string& text) {
+        for (const char c : text) player.type(c);
+        input.pump(0, &t.state);
+    };
+    tap(SDLK_RETURN);
+    ASSERT_TRUE(input.promptActive);
+    type("\xC5"
+         "d\xE9 ~\x7F\xA3");
+    EXPECT_EQ(input.promptText, "d ~");
+    type("\b");
+    EXPECT_EQ(input.promptText, "d ");
+    input.promptActive = false;
+    input.console.visible = true;
+    type("\xE9");
+    EXPECT_EQ(input.console.line, "\xE9") << "the console takes all";
 }
 
 TEST_F(Menu, TheSettingsPageListsSavesAndLoads) {
