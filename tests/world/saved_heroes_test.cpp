@@ -128,8 +128,8 @@ TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
         if (row.flipped > 0) bytes[bytes.size() - row.flipped] ^= 1;
         put(bytes);
         t.state = STATE_GAME;
-        world.hud.showStats();
         world.inventory.toggle();
+        world.drawOverlays(); // the inventory slides in, and shows the panel
         ASSERT_EQ(world.loadSavedGame("Ada"), 0) << row.level;
         world.drawOverlays();
         EXPECT_EQ(world.hud.statsTimer, 0) << "the panel would lie behind the notice";
