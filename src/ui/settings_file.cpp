@@ -84,7 +84,7 @@ private:
     /// What lies behind the records, and what they are cut by, costs no entry that is there.
     void salvage(cBinaryReader& in, int32_t count) {
         if (in.size() < kCountBytes) return;
-        const size_t names = salvagedCount(count), room = damaged_.size() - kCountBytes;
+        const size_t names = salvagedCount(in, count), room = damaged_.size() - kCountBytes;
         if (names > room / kNameBytes) return;
         in.recover(kCountBytes);
         readEntries(in, names, std::min(names, (room - names * kNameBytes) / kRecordBytes));
@@ -93,22 +93,22 @@ private:
 
     /// How many names there are. The count may be what is damaged: then the records tell it, which begin
     /// behind the names, or the file's size.
-    size_t salvagedCount(int32_t count) const {
+    size_t salvagedCount(cBinaryReader& in, int32_t count) const {
         const size_t room = damaged_.size() - kCountBytes, most = room / kNameBytes;
         const size_t bySize = room / kEntryBytes;
         const size_t stated = count > 0 ? static_cast<size_t>(count) : 0;
-        const size_t asStated = soundEntries(stated), asBySize = soundEntries(bySize);
+        const size_t asStated = soundEntries(in, stated), asBySize = soundEntries(in, bySize);
         if (asStated + asBySize > 0) return asStated >= asBySize ? stated : bySize;
         for (size_t names = 1; names <= most; ++names) {
-            if (isSound(names, 0)) return names;
+            if (isSound(in, names, 0)) return names;
         }
         if (stated > 0 && stated <= most) return stated;
         return room % kEntryBytes == 0 ? bySize : 0;
     }
 
-    size_t soundEntries(size_t names) const {
+    size_t soundEntries(cBinaryReader& in, size_t names) const {
         size_t sound = 0;
-        for (size_t i = 0; i < names && holdsRecord(names, i); ++i) sound += isSound(names, i);
+        for (size_t i = 0; i < names && holdsRecord(names, i); ++i) sound += isSound(in, names, i);
         return sound;
     }
 
@@ -120,17 +120,19 @@ private:
 
     /// A name, and a record of which nothing would have to be mended. Where other fields are taken for these,
     /// the sensitivity is next to nothing.
-    bool isSound(size_t names, size_t index) const {
+    bool isSound(cBinaryReader& in, size_t names, size_t index) const {
         if (!holdsRecord(names, index) || damaged_[kCountBytes + index * kNameBytes] == 0) return false;
-        const auto record = damaged_.begin() + static_cast<std::ptrdiff_t>(kCountBytes + names * kNameBytes +
-                                                                           index * kRecordBytes);
-        const platform::Bytes bytes(record, record + kRecordBytes);
-        cBinaryReader in(bytes);
+        const size_t at = kCountBytes + names * kNameBytes + index * kRecordBytes;
+        in.recover(at);
+        if (in.u32() >= kKeyCount) return false; // of most places no more has to be looked at
+        in.recover(at);
         cInputSettings settings;
         settings.read(in);
         cBinaryWriter out;
         settings.write(out);
-        return out.bytes() == bytes && settings.sensitivity > kLeastSensitivity;
+        return settings.sensitivity > kLeastSensitivity &&
+               std::equal(out.bytes().begin(), out.bytes().end(),
+                          damaged_.begin() + static_cast<std::ptrdiff_t>(at));
     }
 
     platform::Bytes damaged_; ///< what the file held, when it was damaged

@@ -237,12 +237,16 @@ TEST_F(Settings, OfADamagedFileEveryWholeEntryIsKept) {
     const std::string cut = good.substr(0, good.size() - 1);
     for (const std::string& behind : {std::string(5, 'x'), std::string(300, 'x'), std::string(224, '\0')})
         expectKept(3, good + behind);
-    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0",
-                              "\x07\0\0\0", "\x01\0\0\0", "\0\0\0\0"}) {
-        const std::string bad(count, 4);
-        expectKept(3, bad + good.substr(4));
-        expectKept(3, bad + good.substr(4) + "extra");
-        expectKept(2, bad + cut.substr(4));
+    std::vector<std::string> counts{"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", std::string(4, '\0')};
+    for (size_t bit = 0; bit < 32; ++bit) {
+        counts.push_back(good.substr(0, 4));
+        char& byte = counts.back()[bit / 8];
+        byte = static_cast<char>(byte ^ 1 << bit % 8);
+    }
+    for (const std::string& count : counts) {
+        expectKept(3, count + good.substr(4));
+        expectKept(3, count + good.substr(4) + "extra");
+        expectKept(2, count + cut.substr(4));
     }
     std::string noisy = cut;
     noisy[4 + 5] = 'x'; // behind the terminator of "one"
