@@ -79,6 +79,8 @@ FUZZ_TARGET(inventory) {
     fuzz::cDigest digest;
     cBinaryReader in(platform::Bytes(data, data + size));
     const bool intact = inventory.load(in);
+    cBinaryReader passed(in.bytes());
+    fuzz::require(cInventory::isIntact(passed) == intact, "passing over it finds what loading it finds");
     if (intact) {
         cBinaryWriter out;
         inventory.save(out);

@@ -11,8 +11,9 @@ void check(const cInputSettings& settings, fuzz::cDigest& digest) {
             digest.addValue(key);
         }
     }
-    for (const float value : {settings.sensitivity, settings.soundVolume, settings.musicVolume})
-        fuzz::require(std::isfinite(value), "sensitivity and volumes are numbers");
+    fuzz::require(std::isfinite(settings.sensitivity), "the sensitivity is a number");
+    for (const float volume : {settings.soundVolume, settings.musicVolume})
+        fuzz::require(volume >= 0 && volume <= 1, "volumes stay in their range");
     digest.addValue(settings.repeatIntervals).addValue(settings.options).addValue(settings.sensitivity);
 }
 } // namespace

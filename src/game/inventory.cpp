@@ -216,13 +216,15 @@ void cInventory::clickCell(int x, int y) {
 }
 
 int32_t cInventory::checkSum() const {
-    // 32-bit arithmetic that wraps, the division toward zero.
     uint32_t sum = 0;
-    for (uint32_t i = 0; i < entries_.size(); ++i) {
-        const auto product = static_cast<int32_t>(static_cast<uint32_t>(entries_[i].count) * i);
-        sum += static_cast<uint32_t>(entries_[i].id) * i + static_cast<uint32_t>(product / 2);
-    }
+    for (uint32_t i = 0; i < entries_.size(); ++i) sum += checkTerm(entries_[i], i);
     return static_cast<int32_t>(sum);
+}
+
+/// 32-bit arithmetic that wraps, the division toward zero.
+uint32_t cInventory::checkTerm(const Entry& entry, uint32_t index) {
+    const auto product = static_cast<int32_t>(static_cast<uint32_t>(entry.count) * index);
+    return static_cast<uint32_t>(entry.id) * index + static_cast<uint32_t>(product / 2);
 }
 
 void cInventory::save(cBinaryWriter& out) const {
@@ -245,4 +247,15 @@ bool cInventory::load(cBinaryReader& in) {
     const bool intact = in.i32() == checkSum() && in.good();
     if (!intact) clear();
     return intact;
+}
+
+bool cInventory::isIntact(cBinaryReader& in) {
+    const int32_t n = in.i32();
+    if (!in.canHold(n, kEntryBytes)) return false;
+    uint32_t sum = 0;
+    for (uint32_t i = 0; i < static_cast<uint32_t>(n); ++i) {
+        const int32_t id = in.i32();
+        sum += checkTerm({id, in.i32()}, i);
+    }
+    return in.u32() == sum && in.good();
 }

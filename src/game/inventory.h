@@ -44,6 +44,7 @@ public:
 
     // The screen. Pixels of the window; y from its top for the mouse.
     void toggle() { open_ = !open_; }
+    void close() { open_ = false, slide_ = 0; } ///< at once, without sliding
     bool isOpen() const { return open_; }
     void moveCursor(int dx, int dy);
     void moveRow(int rows);
@@ -60,6 +61,8 @@ public:
     void save(cBinaryWriter& out) const;
     /// False, with nothing carried, when the record is cut short or its check sum is wrong.
     bool load(cBinaryReader& in);
+    /// Passes over a saved record; false when it is cut short or its check sum is wrong.
+    static bool isIntact(cBinaryReader& in);
 
 private:
     int32_t find(int32_t id) const; ///< first entry of the kind, −1 without one
@@ -68,6 +71,7 @@ private:
     void removeAt(size_t entry);
     void keepVisible();
     int32_t checkSum() const;
+    static uint32_t checkTerm(const Entry& entry, uint32_t index);
     void drawGrid(int height) const;
     static void quad(float x, float y, float u, float v);
 

@@ -96,9 +96,17 @@ int loadConfig(const Params& p) {
 }
 
 int loadSaved(const Params& p) {
-    if (cWorld::instance().loadSavedGame(p[0]) == 0) return 0;
-    input().print("There is no saved game of %s", p[0].c_str());
-    return -1;
+    cWorld& world = cWorld::instance();
+    if (world.findSavedGame(p[0]) < 0) {
+        input().print("There is no saved game of %s", p[0].c_str());
+        return -1;
+    }
+    if (input().menu.isVisible()) {
+        input().menu.loadGame(p[0]); // else the menu would stay before the game
+    } else {
+        world.loadSavedGame(p[0]);
+    }
+    return 0;
 }
 
 int setCamera(const Params& p) {

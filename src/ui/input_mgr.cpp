@@ -16,6 +16,7 @@ namespace {
 constexpr int kRepeatDelayMs = 500, kRepeatIntervalMs = 30;
 constexpr int kResumeCode = 0;
 constexpr char kReturn = 13;
+constexpr unsigned char kLastLetter = 126; ///< of those that the font shows
 
 cInputMgr* g_instance = nullptr;
 
@@ -181,8 +182,10 @@ void cInputMgr::textInput(char character, bool shift) {
             console.line.clear();
             cCommandMgr::instance().execute(line, console);
         }
-    } else {
-        typeCharacter(promptActive ? promptText : console.line, maxTextLength, character, shift);
+    } else if (!promptActive) {
+        typeCharacter(console.line, maxTextLength, character, shift);
+    } else if (static_cast<unsigned char>(character) <= kLastLetter) {
+        typeCharacter(promptText, maxTextLength, character, shift);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ui/input_settings.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -17,6 +18,12 @@ void readKeys(cBinaryReader& in, std::array<int32_t, kCommandCount>& keys) {
 float finiteOr(float value, float otherwise) {
     return std::isfinite(value) ? value : otherwise;
 }
+
+float readVolume(cBinaryReader& in, float otherwise) {
+    return std::clamp(finiteOr(in.f32(), otherwise), 0.0f, 1.0f);
+}
+
+constexpr cInputSettings kBuiltIn;
 /// Beyond this a single pixel turns the view more than half around.
 constexpr float kWildestSensitivity = 1;
 } // namespace
@@ -29,13 +36,13 @@ void cInputSettings::read(cBinaryReader& in) {
     controlFirstPerson = in.u8();
     walkIsDefault = in.u8();
     moveRelativeToCamera = in.u8();
-    sensitivity = finiteOr(in.f32(), 0.004f);
-    if (std::fabs(sensitivity) > kWildestSensitivity) sensitivity = 0.004f;
+    sensitivity = finiteOr(in.f32(), kBuiltIn.sensitivity);
+    if (std::fabs(sensitivity) > kWildestSensitivity) sensitivity = kBuiltIn.sensitivity;
     options = in.u8();
     crosshairType = in.u8();
     for (uint8_t& channel : crosshairColour) channel = in.u8();
-    soundVolume = finiteOr(in.f32(), 1);
-    musicVolume = finiteOr(in.f32(), 1);
+    soundVolume = readVolume(in, kBuiltIn.soundVolume);
+    musicVolume = readVolume(in, kBuiltIn.musicVolume);
 }
 
 void cInputSettings::write(cBinaryWriter& out) const {

@@ -48,6 +48,7 @@ struct cInputSettings {
     float soundVolume = 0.8f, musicVolume = 0.6f; ///< 0 … 1
 
     static constexpr size_t kRecordBytes = 214;
-    void read(cBinaryReader& in); ///< key codes outside of 0 … 321 become 0
+    /// Key codes outside of 0 … 321 become 0, volumes stay within theirs; what is no number is as built in.
+    void read(cBinaryReader& in);
     void write(cBinaryWriter& out) const;
 };

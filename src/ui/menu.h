@@ -38,6 +38,9 @@ public:
     void draw();
     /// A sentence that the menu shows until the player chooses something.
     void setNotice(const std::string& sentence) { notice_ = sentence; }
+    /// Stops the music and loads a saved game, in which the menu closes; one that leads nowhere leaves it
+    /// open with a notice. False when there is none of that name.
+    bool loadGame(const std::string& heroName);
     /// After every mode set.
     void loadPictures();
     int32_t texture() const { return texture_; }

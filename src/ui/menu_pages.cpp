@@ -295,13 +295,16 @@ void cMenu::takeNewSettings(const std::string& name) {
 }
 
 void cMenu::takeHero(const std::string& name) {
+    if (loadGame(name)) return;
+    showPage(kMainPage);
+    setNotice("There is no saved game of " + name + ".");
+}
+
+bool cMenu::loadGame(const std::string& heroName) {
     prepareStart();
-    if (cWorld::instance().loadSavedGame(name) != 0) {
-        showPage(kMainPage);
-        setNotice("There is no saved game of " + name + ".");
-    } else if (cWorld::instance().isGameLoaded()) {
-        leaveForGame();
-    }
+    if (cWorld::instance().loadSavedGame(heroName) != 0) return false;
+    if (cWorld::instance().isGameLoaded()) leaveForGame();
+    return true;
 }
 
 void cMenu::takeSettings(const std::string& name) {

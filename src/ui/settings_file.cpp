@@ -12,20 +12,21 @@
 
 namespace {
 constexpr const char* kFile = "settings.cfl";
-constexpr size_t kNameBytes = 10;
+constexpr size_t kCountBytes = 4, kNameBytes = 10, kRecordBytes = cInputSettings::kRecordBytes;
+constexpr float kLeastSensitivity = 1e-6f; ///< far below what any player sets
 
 /// The file's entries as they stand: what an entry holds besides the known fields survives the others'
 /// replacement.
 struct Entry {
     std::array<uint8_t, kNameBytes> name;
-    std::array<uint8_t, cInputSettings::kRecordBytes> record;
+    std::array<uint8_t, kRecordBytes> record;
 
     std::string text() const {
         const char* start = reinterpret_cast<const char*>(name.data());
         return {start, strnlen(start, kNameBytes)};
     }
 };
-constexpr size_t kEntryBytes = kNameBytes + cInputSettings::kRecordBytes;
+constexpr size_t kEntryBytes = kNameBytes + kRecordBytes;
 
 class cSettingsFile {
 public:
@@ -80,34 +81,58 @@ private:
         for (Entry& entry : entries) in.raw(entry.record.data(), entry.record.size());
     }
 
-    /// A file that was cut short holds all names and the first records. Where the count itself is wrong, the
-    /// file's size tells it.
+    /// What lies behind the records, and what they are cut by, costs no entry that is there.
     void salvage(cBinaryReader& in, int32_t count) {
-        if (in.size() < 4) return;
-        const size_t size = in.size() - 4, bySize = size / kEntryBytes;
-        const auto names = static_cast<size_t>(std::max(count, 0));
-        const bool cut = names > bySize && names <= size / kNameBytes && startsWithNames(in, names);
-        in.recover(4);
-        if (cut) {
-            const size_t records = (size - names * kNameBytes) / cInputSettings::kRecordBytes;
-            readEntries(in, names, std::min(names, records));
-        } else if (size % kEntryBytes == 0) {
-            readEntries(in, bySize, bySize);
-        }
+        if (in.size() < kCountBytes) return;
+        const size_t names = salvagedCount(in, count), room = damaged_.size() - kCountBytes;
+        if (names > room / kNameBytes) return;
+        in.recover(kCountBytes);
+        readEntries(in, names, std::min(names, (room - names * kNameBytes) / kRecordBytes));
+        std::erase_if(entries, [](const Entry& entry) { return entry.text().empty(); });
     }
 
-    /// A name and then zeros, as this program writes them; the fields of a record look otherwise.
-    static bool startsWithNames(cBinaryReader& in, size_t count) {
-        in.recover(4);
-        Entry entry{};
-        for (size_t i = 0; i < count; ++i) {
-            in.raw(entry.name.data(), kNameBytes);
-            const size_t length = entry.text().size();
-            const bool padded = std::all_of(entry.name.begin() + static_cast<std::ptrdiff_t>(length),
-                                            entry.name.end(), [](uint8_t byte) { return byte == 0; });
-            if (length == 0 || !padded) return false;
+    /// How many names there are. The count may be what is damaged: then the records tell it, which begin
+    /// behind the names, or the file's size.
+    size_t salvagedCount(cBinaryReader& in, int32_t count) const {
+        const size_t room = damaged_.size() - kCountBytes, most = room / kNameBytes;
+        const size_t bySize = room / kEntryBytes;
+        const size_t stated = count > 0 ? static_cast<size_t>(count) : 0;
+        const size_t asStated = soundEntries(in, stated), asBySize = soundEntries(in, bySize);
+        if (asStated + asBySize > 0) return asStated >= asBySize ? stated : bySize;
+        for (size_t names = 1; names <= most; ++names) {
+            if (isSound(in, names, 0)) return names;
         }
-        return true;
+        if (stated > 0 && stated <= most) return stated;
+        return room % kEntryBytes == 0 ? bySize : 0;
+    }
+
+    size_t soundEntries(cBinaryReader& in, size_t names) const {
+        size_t sound = 0;
+        for (size_t i = 0; i < names && holdsRecord(names, i); ++i) sound += isSound(in, names, i);
+        return sound;
+    }
+
+    /// Whether the file reaches to the end of a record, if it has so many names.
+    bool holdsRecord(size_t names, size_t index) const {
+        const size_t room = damaged_.size() - kCountBytes;
+        return names <= room / kNameBytes && (room - names * kNameBytes) / kRecordBytes > index;
+    }
+
+    /// A name, and a record of which nothing would have to be mended. Where other fields are taken for these,
+    /// the sensitivity is next to nothing.
+    bool isSound(cBinaryReader& in, size_t names, size_t index) const {
+        if (!holdsRecord(names, index) || damaged_[kCountBytes + index * kNameBytes] == 0) return false;
+        const size_t at = kCountBytes + names * kNameBytes + index * kRecordBytes;
+        in.recover(at);
+        if (in.u32() >= kKeyCount) return false; // of most places no more has to be looked at
+        in.recover(at);
+        cInputSettings settings;
+        settings.read(in);
+        cBinaryWriter out;
+        settings.write(out);
+        return settings.sensitivity > kLeastSensitivity &&
+               std::equal(out.bytes().begin(), out.bytes().end(),
+                          damaged_.begin() + static_cast<std::ptrdiff_t>(at));
     }
 
     platform::Bytes damaged_; ///< what the file held, when it was damaged

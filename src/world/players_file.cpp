@@ -6,7 +6,7 @@
 
 namespace {
 constexpr const char* kFile = "players.cfl";
-constexpr size_t kItemBytes = 8;
+constexpr size_t kLengthBytes = 4, kItemBytes = 8;
 constexpr size_t kLeastInventory = 8; ///< count and check sum
 constexpr size_t kAroundTexts = 12;   ///< length, check and four terminators
 constexpr size_t kLeastRecord = kLeastInventory + kAroundTexts;
@@ -17,28 +17,51 @@ int32_t letter(const std::string& text, size_t at) {
 
 struct Record {
     cCheckpoint texts;
-    bool intact = false; ///< the texts agree with their check
+    size_t items = 0;
+    bool rightLength = false;
+    bool rightCheck = false; ///< of the texts
 };
 
-/// A saved game at the reader's position whose length, inventory and texts agree. False leaves the reader
-/// anywhere.
+/// A saved game at the reader's position. False, with the reader anywhere, when not all of it is there.
 bool readRecord(cBinaryReader& in, Record& record) {
     const size_t start = in.position();
-    const int32_t length = in.i32();
-    if (length < static_cast<int32_t>(kLeastRecord) || !in.canHold(length - 4, 1)) return false;
-    const int32_t items = in.i32();
+    const int32_t length = in.i32(), items = in.i32();
     if (!in.canHold(items, kItemBytes)) return false;
-    in.skip(static_cast<size_t>(items) * kItemBytes + 4);
+    record.items = static_cast<size_t>(items);
+    in.skip(record.items * kItemBytes + 4);
     cCheckpoint& t = record.texts;
     for (std::string* text : {&t.heroName, &t.spawnPoint, &t.levelFile, &t.settingsName})
         *text = in.zeroText(cCheckpoint::kLongestText);
-    record.intact = in.i32() == t.check();
-    return in.good() && in.position() - start == static_cast<size_t>(length);
+    record.rightCheck = in.i32() == t.check();
+    record.rightLength = static_cast<int64_t>(in.position() - start) == length;
+    return in.good();
+}
+
+/// Of length, texts and inventory one may be damaged: the other two tell that a saved game begins here.
+bool findRecord(cBinaryReader& in, Record& record) {
+    const size_t start = in.position();
+    if (!readRecord(in, record) || record.texts.spawnPoint.empty()) return false;
+    if (record.rightLength == record.rightCheck) return record.rightLength;
+    // Longer sums, tried at every byte, would take time with the square of the file's size.
+    if (record.items > cInventory::kMostEntries) return false;
+    const size_t end = in.position();
+    in.recover(start + kLengthBytes);
+    const bool intact = cInventory::isIntact(in);
+    in.recover(end);
+    return intact;
 }
 
 platform::Bytes slice(const cBinaryReader& in, size_t from, size_t to) {
     const auto begin = in.bytes().begin();
     return {begin + static_cast<std::ptrdiff_t>(from), begin + static_cast<std::ptrdiff_t>(to)};
+}
+
+/// The record that was found, with its length put right.
+platform::Bytes withLength(const cBinaryReader& in, size_t from, size_t to) {
+    cBinaryWriter out;
+    out.i32(static_cast<int32_t>(to - from));
+    out.raw(in.bytes().data() + from + kLengthBytes, to - from - kLengthBytes);
+    return out.bytes();
 }
 
 bool standsNowhere(const cPlayersFile::Hero& hero) {
@@ -67,7 +90,7 @@ platform::Bytes cCheckpoint::write(const cInventory& inventory) const {
 
 void cCheckpoint::read(const platform::Bytes& record, cInventory& inventory) {
     cBinaryReader in(record);
-    in.skip(4);
+    in.skip(kLengthBytes);
     inventory.load(in);
     for (std::string* text : {&heroName, &spawnPoint, &levelFile, &settingsName})
         *text = in.zeroText(kLongestText);
@@ -101,20 +124,20 @@ bool cPlayersFile::readWhole(cBinaryReader& in) {
     for (Hero& hero : heroes) {
         const size_t start = in.position();
         Record record;
-        if (!readRecord(in, record)) return false;
+        if (!readRecord(in, record) || !record.rightLength) return false;
         hero.record = slice(in, start, in.position());
     }
     return in.good() && in.left() == 0;
 }
 
-/// The list of names and the chain of lengths cannot be trusted: any whole record counts, wherever it begins.
+/// The list of names and the chain of lengths cannot be trusted: any record counts, wherever it begins.
 void cPlayersFile::salvage(cBinaryReader& in) {
     heroes.clear();
     for (size_t at = 0; at + kLeastRecord <= in.size();) {
         in.recover(at);
         Record record;
-        if (readRecord(in, record) && record.intact && !record.texts.spawnPoint.empty()) {
-            heroes.push_back({record.texts.heroName, slice(in, at, in.position())});
+        if (findRecord(in, record)) {
+            heroes.push_back({record.texts.heroName, withLength(in, at, in.position())});
             at = in.position();
         } else {
             ++at;

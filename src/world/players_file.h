@@ -29,8 +29,8 @@ public:
         platform::Bytes record;
     };
 
-    /// A missing file is an empty one. Of a damaged file every saved game is kept that is still whole,
-    /// wherever it lies; a row in the log says how many.
+    /// A missing file is an empty one. Of a damaged file every saved game is kept of which at most its
+    /// length, its texts or its inventory is damaged, wherever it lies; a row in the log says how many.
     static cPlayersFile read();
 
     int find(const std::string& name) const; ///< index of the first of that name, −1 without one

@@ -96,7 +96,7 @@ void cWorld::returnToCheckpoint() {
 
 void cWorld::wakeUp() {
     enterLevel();
-    hud.showStats();
+    if (isGameLoaded()) hud.showStats();
     maxHealth = health = cConfigMgr::instance().getInt("MAX_HP", "character");
     levelChangePending = 0;
 }
@@ -125,7 +125,8 @@ void cWorld::leaveGame(const std::string& reason) {
     cEventMgr::instance().clear();
     document.clear();
     heroName = kUnloadedHero;
-    if (inventory.isOpen()) inventory.toggle();
+    inventory.close();
+    hud.statsTimer = 0; // the panel would lie behind the menu
     cInputMgr::instance().openMenu();
     cInputMgr::instance().menu.setNotice(reason);
     if (state_ && *state_ != STATE_QUIT) *state_ = STATE_MENU;

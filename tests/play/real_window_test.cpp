@@ -2,27 +2,48 @@
 
 #include "support/picture.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 namespace fs = std::filesystem;
 
-pid_t startGame(const std::string& user, const std::string& libraryPath) {
+/// Leads to the end as soon as it is loaded.
+constexpr const char* kLastLevel =
+    "<level name=\"last\"><player spawnpoint=\"hut\"><physics position=\"0,0,0\" direction=\"0,0,-1\" "
+    "up=\"0,1,0\" /><camera firstperson=\"0\" offset=\"0,0,0\" position=\"0,0,4\" /></player>"
+    "<object name=\"gate\" default_action=\"a\" file=\"end\" spawnpoint=\"end\"><appearance type=\"static\">"
+    "<model file=\"s_mdl\\rock.cpm\" /></appearance><physics position=\"0,0,-5\" radius=\"1\" />"
+    "<action name=\"a\" on_set=\"swap_level()\" /></object></level>";
+
+std::string makeUser() {
+    std::string pattern = (fs::temp_directory_path() / "quorvane-window-XXXXXX").string();
+    return mkdtemp(pattern.data());
+}
+
+pid_t startGame(const std::string& user, const std::string& level,
+                const std::vector<std::string>& screenshots = {}, const std::string& libraryPath = "") {
     const pid_t child = fork();
     if (child != 0) return child;
     // Leaks are looked for where the game is stepped; here the driver is unloaded and cannot be told apart.
     setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
     if (!libraryPath.empty()) setenv("LD_LIBRARY_PATH", libraryPath.c_str(), 1);
-    const std::string still = user + "/still.png@30", moved = user + "/moved.png@130";
-    execl(GAME_PROGRAM, GAME_PROGRAM, "--data", GAME_DATA, "--user", user.c_str(), "--level", "testlevel.xml",
-          "--seed", "1", "--screenshot", still.c_str(), "--screenshot", moved.c_str(),
-          static_cast<char*>(nullptr));
+    std::vector<std::string> line{GAME_PROGRAM, "--data", GAME_DATA, "--user", user,
+                                  "--level",    level,    "--seed",  "1"};
+    for (const std::string& shot : screenshots) line.insert(line.end(), {"--screenshot", user + "/" + shot});
+    std::vector<char*> arguments;
+    for (std::string& word : line) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execv(GAME_PROGRAM, arguments.data());
     _exit(127);
 }
 
@@ -51,6 +72,12 @@ int key(const std::string& command) {
     return std::system(("xdotool " + command).c_str());
 }
 
+/// Ends a game that has not ended by itself.
+void endGame(pid_t game) {
+    kill(game, SIGKILL);
+    waitpid(game, nullptr, 0);
+}
+
 /// Escape opens the menu, whose last entry quits.
 void quitByMenu() {
     for (const char* name : {"Escape", "Up", "Return"}) {
@@ -62,9 +89,8 @@ void quitByMenu() {
 }
 
 void playInWindow(const std::string& libraryPath) {
-    std::string pattern = (fs::temp_directory_path() / "quorvane-window-XXXXXX").string();
-    const std::string user = mkdtemp(pattern.data());
-    const pid_t game = startGame(user, libraryPath);
+    const std::string user = makeUser();
+    const pid_t game = startGame(user, "testlevel.xml", {"still.png@30", "moved.png@130"}, libraryPath);
     ASSERT_GT(game, 0);
     EXPECT_TRUE(waitFor(user + "/still.png", 30)) << "no first picture";
     usleep(200000);
@@ -84,10 +110,7 @@ void playInWindow(const std::string& libraryPath) {
         status = exitStatus(game, 10);
     }
     EXPECT_EQ(status, 0) << "the menu ends the game";
-    if (status == kRuns) {
-        kill(game, SIGKILL);
-        waitpid(game, nullptr, 0);
-    }
+    if (status == kRuns) endGame(game);
     fs::remove_all(user);
 }
 } // namespace
@@ -97,4 +120,20 @@ TEST(RealWindow, WalksByKeyPresses) {
 }
 TEST(RealWindow, WalksByKeyPressesOnTheCompatibilityLibrary) {
     playInWindow(COMPAT_SDL);
+}
+
+TEST(RealWindow, EndsByItselfBehindTheLastLevel) {
+    const std::string user = makeUser();
+    std::ofstream(user + "/last.xml") << kLastLevel;
+    const auto start = std::chrono::steady_clock::now();
+    const pid_t game = startGame(user, "last.xml");
+    ASSERT_GT(game, 0);
+    const int status = exitStatus(game, 60);
+    EXPECT_EQ(status, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(3)) << "the last picture stays";
+    std::ifstream log(user + "/quorvane.html");
+    const std::string rows{std::istreambuf_iterator<char>(log), {}};
+    EXPECT_NE(rows.find("Good bye"), std::string::npos) << rows;
+    if (status == kRuns) endGame(game);
+    fs::remove_all(user);
 }

@@ -234,10 +234,32 @@ TEST_F(Settings, OfADamagedFileEveryWholeEntryIsKept) {
         SCOPED_TRACE(size);
         expectKept(size < firstRecord ? 0 : (size - firstRecord) / 214, good.substr(0, size));
     }
-    for (const char* count : {"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", "\x04\0\0\0", "\x02\0\0\0"})
-        expectKept(3, std::string(count, 4) + good.substr(4));
-
     const std::string cut = good.substr(0, good.size() - 1);
+    for (const std::string& behind : {std::string(5, 'x'), std::string(300, 'x'), std::string(224, '\0')})
+        expectKept(3, good + behind);
+    std::vector<std::string> counts{"\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\x7F", std::string(4, '\0')};
+    for (size_t bit = 0; bit < 32; ++bit) {
+        counts.push_back(good.substr(0, 4));
+        char& byte = counts.back()[bit / 8];
+        byte = static_cast<char>(byte ^ 1 << bit % 8);
+    }
+    for (const std::string& count : counts) {
+        expectKept(3, count + good.substr(4));
+        expectKept(3, count + good.substr(4) + "extra");
+        expectKept(2, count + cut.substr(4));
+    }
+    std::string noisy = cut;
+    noisy[4 + 5] = 'x'; // behind the terminator of "one"
+    expectKept(2, noisy);
+    expectKept(0, std::string(4 + 3 * 224 + 1, '\0'));
+    expectKept(0, std::string(1000, 'a'));
+    std::string odd = good;
+    for (size_t i = 0; i < names.size(); ++i) odd[firstRecord + i * 214 + 3] = 9; // keys that no keyboard has
+    expectKept(3, odd + "extra");
+    EXPECT_TRUE(input.saveSettings("three"));
+    EXPECT_EQ(input.listSettings(), names);
+
+    TempGame::clearErrors();
     t.game.write("settings.cfl", cut);
     EXPECT_TRUE(input.saveSettings("one"));
     EXPECT_EQ(t.game.read("settings.cfl.damaged"), cut) << "kept for whoever can mend it";
@@ -269,7 +291,20 @@ TEST_F(Settings, WildValuesOfAFileAreMadeSafe) {
             EXPECT_TRUE(s.keysFirstPerson[i] >= 0 && s.keysFirstPerson[i] < kKeyCount);
         }
         EXPECT_LE(std::fabs(s.sensitivity), 1);
-        EXPECT_TRUE(std::isfinite(s.soundVolume) && std::isfinite(s.musicVolume));
+        for (const float volume : {s.soundVolume, s.musicVolume}) EXPECT_TRUE(volume >= 0 && volume <= 1);
         for (int command = 0; command < 32; ++command) input.bindings.isCommandTriggered(command);
     });
+}
+
+TEST_F(Settings, VolumesStayWithinTheirRange) {
+    struct {
+        float saved, sound, music;
+    } const kRows[] = {{-0.5f, 0, 0}, {1.5f, 1, 1}, {0.25f, 0.25f, 0.25f}, {NAN, 0.8f, 0.6f}};
+    for (const auto& row : kRows) {
+        input.bindings.settings.soundVolume = input.bindings.settings.musicVolume = row.saved;
+        ASSERT_TRUE(input.saveSettings("one"));
+        ASSERT_EQ(input.loadSettings("one"), 0);
+        EXPECT_FLOAT_EQ(input.getSoundVolume(), row.sound) << row.saved;
+        EXPECT_FLOAT_EQ(input.getMusicVolume(), row.music) << row.saved;
+    }
 }

@@ -1,6 +1,8 @@
 // The menu without a window: pages, flows, hold counters, settings screens.
 
+#include "core/auto_player.h"
 #include "support/test_world.h"
+#include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
 #include "ui/settings_screens.h"
 
@@ -210,6 +212,51 @@ TEST_F(Menu, SavedHeroesAreListedAndLoaded) {
     EXPECT_EQ(world.heroName, "hero59");
     EXPECT_EQ(input.returnState, STATE_LOADING);
     EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(Menu, TheConsoleLeadsIntoASavedGame) {
+    t.game.write("isle.xml", kHut);
+    for (const auto& [name, level] : {std::pair("Ada", "isle.xml"), {"Bo", "none.xml"}}) {
+        world.heroName = name;
+        world.levelFile = level;
+        world.spawnPoint = "hut";
+        ASSERT_TRUE(world.saveGame());
+    }
+    world.heroName = cWorld::kUnloadedHero;
+    for (const char* line : {"load_saved Cy", "load_saved Bo"}) {
+        cCommandMgr::instance().execute(line, input.console);
+        frames(40);
+        input.pump(0, &t.state);
+        EXPECT_TRUE(menu.isVisible()) << line;
+        EXPECT_EQ(t.state, STATE_MENU) << line;
+    }
+    EXPECT_EQ(input.console.lines, Names{"There is no saved game of Cy"});
+    EXPECT_NE(menu.notice().find("none.xml"), std::string::npos);
+    cCommandMgr::instance().execute("load_saved Ada", input.console);
+    EXPECT_FALSE(menu.isVisible());
+    frames(1);
+    input.pump(0, &t.state);
+    EXPECT_EQ(t.state, STATE_GAME) << "without a key of the menu's";
+    EXPECT_EQ(world.heroName, "Ada");
+}
+
+TEST_F(Menu, PromptsTakeTheLettersOfTheFont) {
+    const cAutoPlayer player;
+    const auto type = [&](const std::string& text) {
+        for (const char c : text) player.type(c);
+        input.pump(0, &t.state);
+    };
+    tap(SDLK_RETURN);
+    ASSERT_TRUE(input.promptActive);
+    type("\xC5"
+         "d\xE9 ~\x7F\xA3");
+    EXPECT_EQ(input.promptText, "d ~");
+    type("\b");
+    EXPECT_EQ(input.promptText, "d ");
+    input.promptActive = false;
+    input.console.visible = true;
+    type("\xE9");
+    EXPECT_EQ(input.console.line, "\xE9") << "the console takes all";
 }
 
 TEST_F(Menu, TheSettingsPageListsSavesAndLoads) {

@@ -102,6 +102,7 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
     EXPECT_EQ(input.settingsName, "calm");
     EXPECT_TRUE(input.isWalkDefault());
     EXPECT_EQ(world.health, 100);
+    EXPECT_EQ(world.hud.statsTimer, 200);
     ASSERT_NE(cObjectMgr::instance().hero(), nullptr);
     EXPECT_EQ(cObjectMgr::instance().hero()->getPosition(), cVector3(0, 1.3f, 0));
     EXPECT_EQ(t.state, STATE_GAME);
@@ -127,7 +128,11 @@ TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
         if (row.flipped > 0) bytes[bytes.size() - row.flipped] ^= 1;
         put(bytes);
         t.state = STATE_GAME;
+        world.inventory.toggle();
+        world.drawOverlays(); // the inventory slides in, and shows the panel
         ASSERT_EQ(world.loadSavedGame("Ada"), 0) << row.level;
+        world.drawOverlays();
+        EXPECT_EQ(world.hud.statsTimer, 0) << "the panel would lie behind the notice";
         EXPECT_EQ(t.state, STATE_MENU) << row.level;
         EXPECT_TRUE(input.menu.isVisible());
         EXPECT_FALSE(world.isGameLoaded());
@@ -159,13 +164,49 @@ TEST_F(SavedHeroes, OfADamagedFileEveryWholeGameIsKept) {
         EXPECT_EQ(names(), all) << "no count hides a game";
     }
     std::string second = good;
-    second[ends[0]] = 0; // its length
+    second[ends[0]] = 0;      // its length
+    second[ends[1] - 1] ^= 1; // and its check
     put(second);
     EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Cy"})) << "those after a broken one are found again";
     save("Di", 1);
     EXPECT_EQ(t.game.read("players.cfl.damaged"), second);
     EXPECT_EQ(TempGame::errorCount("players.cfl was damaged: it is kept as players.cfl.damaged"), 1);
     EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Cy", "Di"}));
+}
+
+TEST_F(SavedHeroes, OneDamagedPartCostsNoHero) {
+    const std::vector<std::string> all{"Ada", "Bo", "Cy"};
+    std::vector<size_t> starts;
+    for (const std::string& name : all) save(name, 2);
+    const std::string good = file();
+    size_t at = 4 + 4 + 3 + 3;
+    for (size_t i = 0; i < all.size(); at += static_cast<unsigned char>(good[at]), ++i) starts.push_back(at);
+    for (size_t i = 0; i < all.size(); ++i) {
+        for (int bit = 0; bit < 32; ++bit) {
+            std::string bytes = good;
+            char& byte = bytes[starts[i] + static_cast<size_t>(bit) / 8];
+            byte = static_cast<char>(byte ^ 1 << bit % 8);
+            put(bytes);
+            ASSERT_EQ(names(), all) << "length of " << all[i] << ", bit " << bit;
+        }
+    }
+    std::string bytes = good;
+    bytes[starts[2]] ^= 1;
+    put(bytes);
+    save("Ada", 2);
+    EXPECT_EQ(file(), good) << "the length is put right";
+
+    bytes[starts[0] + 4 + 4 + 8] ^= 1;                 // the sum of what Ada carries
+    bytes[starts[1] + 4 + 4 + 8 + 4 + 3 + 4 + 2] ^= 1; // the letter of Bo's level that his check counts
+    put(bytes);
+    save("Di");
+    EXPECT_EQ(names(), (std::vector<std::string>{"Ada", "Bo", "Cy", "Di"}));
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
+    ASSERT_EQ(world.loadSavedGame("Bo"), 0);
+    EXPECT_FALSE(world.isGameLoaded()) << "as when his record alone is damaged";
+    ASSERT_EQ(world.loadSavedGame("Ada"), 0);
+    EXPECT_TRUE(world.isGameLoaded());
+    EXPECT_TRUE(world.inventory.entries().empty());
 }
 
 TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
