@@ -2,6 +2,7 @@
 
 #include "core/name_hash.h"
 #include "game/item_def.h"
+#include "script/cml_object.h"
 #include "support/game_run.h"
 #include "ui/input_settings.h"
 #include "world/world.h"
@@ -11,6 +12,7 @@
 using inhabitants::action;
 using inhabitants::page;
 using inhabitants::place;
+using inhabitants::script;
 
 namespace {
 cInventory& bag() {
@@ -163,4 +165,21 @@ TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
     EXPECT_GT(place("flame_beacon").y, place("beacon_top").y) << "the beacon burns";
     for (int i = 0; i < 1500 && game.app.state() != STATE_QUIT; ++i) game.frames(1);
     EXPECT_EQ(game.app.state(), STATE_QUIT) << "the last picture, and out";
+}
+
+TEST(Story, ThePowderAtTheArchLoadsWhatTheHeroHas) {
+    GameRun game(GameRun::at("landing", "summit.xml"));
+    for (const bool pistol : {false, true})
+        for (const bool rifle : {false, true}) {
+            bag().clear();
+            ASSERT_EQ(cWorld::instance().loadLevel("summit.xml"), 0);
+            if (pistol) bag().give(item("pistol"), 1);
+            if (rifle) bag().give(item("rifle"), 1);
+            for (int i = 0; i < 4 && action("powder_arch") == "full"; ++i)
+                script("powder_arch").fireReaction(kTriggerContext);
+            EXPECT_EQ(action("powder_arch"), "empty");
+            EXPECT_EQ(bag().countOf(item("pistol")), pistol ? 1 + 6 : 0);
+            EXPECT_EQ(bag().countOf(item("rifle")), rifle ? 1 + 3 : 0) << "with a pistol: " << pistol;
+            EXPECT_EQ(bag().countOf(item("draught")), 1);
+        }
 }
