@@ -214,7 +214,9 @@ bool cApplication::startLevel() {
     }
     // Where the pointer was before the game is no movement that turns the view.
     state_ = STATE_LOADING;
-    cInputMgr::instance().pump(0, &state_);
+    cInputMgr& input = cInputMgr::instance();
+    input.pump(0, &state_);
+    input.mouseDX = input.mouseDY = 0;
     if (state_ == STATE_LOADING) state_ = STATE_GAME;
     tellLosses();
     return true;

@@ -60,6 +60,13 @@ TEST(WholeGame, QuittingTheIntroEndsTheRun) {
     EXPECT_FALSE(cWorld::instance().isGameLoaded());
 }
 
+TEST(WholeGame, ALevelStartsWithItsOwnView) {
+    GameRun game(GameRun::at("hut"));
+    const cVector3 view = cWorld::instance().camera.getView();
+    game.frames(3);
+    EXPECT_LT((cWorld::instance().camera.getView() - view).length(), 1e-3f) << "no pointer has moved";
+}
+
 TEST(WholeGame, AWheelStepIsHeldForOnePump) {
     GameRun game(GameRun::at("pier"));
     game.frames(10);
