@@ -45,6 +45,7 @@ FORGE_RECIPE(music_deepwood) {
     p.beatsPerMinute = 66;
     p.beatsPerBar = 4;
     p.atLeast = 125;
+    p.rounds = 3;
     p.hallSeconds = 3.2f;
     p.hallGain = 0.35f;
     p.lufs = -18;

@@ -57,6 +57,7 @@ FORGE_RECIPE(music_landfall) {
     p.beatsPerMinute = 108;
     p.beatsPerBar = 3;
     p.atLeast = 125;
+    p.rounds = 3;
     p.hallSeconds = 1.8f;
     p.sections = {
         {"frame", kFrame}, {"tune", kTune}, {"dance", kDance}, {"sea", kSea}, {"farewell", kFarewell}};

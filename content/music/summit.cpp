@@ -53,6 +53,7 @@ FORGE_RECIPE(music_summit) {
     p.beatsPerMinute = 112;
     p.beatsPerBar = 4;
     p.atLeast = 125;
+    p.rounds = 3;
     p.hallSeconds = 2.2f;
     p.hallGain = 0.26f;
     p.sections = {{"gust", kGust}, {"climb", kClimb}, {"view", kView}, {"peak", kPeak}};

@@ -135,6 +135,9 @@ bool cMusicStream::isPlaying() const {
 
 bool cMusicStream::start() {
     if (isPlaying()) return true;
+    // After a pause longer than both buffers one is queued again already, and the other still lies there.
+    alSourceStop(source_);
+    alSourcei(source_, AL_BUFFER, 0);
     for (const uint32_t buffer : buffers_)
         if (!fill(buffer)) return false;
     alSourceQueueBuffers(source_, 2, buffers_.data());

@@ -14,7 +14,7 @@ public:
 
     /// False, with a row in the log, when the file cannot be read or decoded, or OpenAL refuses.
     bool open(const std::string& fileName);
-    /// Fills both buffers and plays; true at once when it plays already.
+    /// Fills both buffers, whatever they held, and plays; true at once when it plays already.
     bool start();
     bool isPlaying() const;
     /// Refills at most one buffer that was played. False when there was one and nothing is left to fill it

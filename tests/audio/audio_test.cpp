@@ -58,26 +58,45 @@ protected:
         audio.playSoundIdAt(nameHash("tone"), place);
         frames(20);
     }
-    /// Loudness (root mean square) of left and right over what the driver wrote; the file is whole after
-    /// shutdown.
-    std::pair<double, double> loudness() {
+    /// What the driver wrote, left and right; the file is whole after shutdown.
+    std::array<std::vector<float>, 2> written() {
         audio.shutdown();
         std::ifstream in(path, std::ios::binary);
         const std::string file((std::istreambuf_iterator<char>(in)), {});
         const size_t data = file.find("data");
         EXPECT_NE(data, std::string::npos);
-        double sum[2] = {0, 0};
-        size_t count = 0;
-        for (size_t at = data + 8; at + 8 <= file.size(); at += 8, ++count)
+        std::array<std::vector<float>, 2> sides;
+        for (size_t at = data + 8; at + 8 <= file.size(); at += 8)
             for (size_t side = 0; side < 2; ++side) {
                 float v = 0;
                 std::memcpy(&v, file.data() + at + 4 * side, 4);
-                sum[side] += static_cast<double>(v) * static_cast<double>(v);
+                sides[side].push_back(v);
             }
-        EXPECT_GT(count, 0u);
-        return {std::sqrt(sum[0] / static_cast<double>(count)),
-                std::sqrt(sum[1] / static_cast<double>(count))};
+        EXPECT_FALSE(sides[0].empty());
+        return sides;
     }
+    /// Loudness: root mean square.
+    static double loudness(const std::vector<float>& side) {
+        double sum = 0;
+        for (float v : side) sum += static_cast<double>(v) * static_cast<double>(v);
+        return std::sqrt(sum / static_cast<double>(side.size()));
+    }
+    std::pair<double, double> loudness() {
+        const auto sides = written();
+        return {loudness(sides[0]), loudness(sides[1])};
+    }
+    /// Seconds of each silence between the first sound and the last.
+    static std::vector<double> silences(const std::vector<float>& side) {
+        std::vector<double> found;
+        size_t last = side.size();
+        for (size_t i = 0; i < side.size(); ++i) {
+            if (std::abs(side[i]) < kFaint) continue;
+            if (i > last + kRate / 50) found.push_back(static_cast<double>(i - last) / kRate);
+            last = i;
+        }
+        return found;
+    }
+    static constexpr float kFaint = 0.001f;
 
     TempGame game;
     std::string path;
@@ -167,9 +186,25 @@ TEST_F(Audio, TheStreamFlowsAndEndsOnce) {
     audio.playMusic("music");
     EXPECT_TRUE(audio.isStreaming());
     for (int i = 0; i < 2; ++i) audio.stopMusic();
-    const auto [left, right] = loudness();
+    const auto sides = written();
+    const double left = loudness(sides[0]);
     EXPECT_GT(left, 0.05);
-    EXPECT_NEAR(left, right, 0.02 * left);
+    EXPECT_NEAR(left, loudness(sides[1]), 0.02 * left);
+    EXPECT_TRUE(silences(sides[0]).empty()) << "one block follows the other";
+}
+
+TEST_F(Audio, TheStreamGoesOnAfterAPause) {
+    platform::writeFile("music.ogg", ogg(9));
+    start();
+    audio.playMusic("music");
+    frames(30);
+    std::this_thread::sleep_for(std::chrono::seconds(3)); // twice as long as both buffers
+    frames(120);
+    EXPECT_TRUE(audio.isStreaming());
+    EXPECT_TRUE(TempGame::errors().empty());
+    const std::vector<double> found = silences(written()[0]);
+    ASSERT_EQ(found.size(), 1u) << "sound before and after it";
+    EXPECT_NEAR(found[0], 1.6, 1);
 }
 
 TEST_F(Audio, DamagedMusicIsRefusedOrEnds) {

@@ -2,6 +2,7 @@
 
 #include "script/cml_object.h"
 #include "support/game_run.h"
+#include "world/world.h"
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,14 @@ TEST(Inhabited, TheLeverOpensTheGateAndTheBellShutsIt) {
     game.talkToTheEnd();
     game.frames(80);
     EXPECT_TRUE(game.walkTo(9.5f, 9.5f, 300)) << "the second stroke lets him go";
+    script("boat_pier").fireReaction(kTriggerContext);
+    EXPECT_NE(page().find("a light answers the bell"), std::string::npos) << page();
+
+    ASSERT_TRUE(cWorld::instance().startNewGame("Ada"));
+    game.frames(60);
+    EXPECT_EQ(action("gate_bastion"), "shut") << "the lever is down again";
+    script("boat_pier").fireReaction(kTriggerContext);
+    EXPECT_NE(page().find("nowhere to row"), std::string::npos) << "nor has she rung the bell: " << page();
 }
 
 TEST(Inhabited, HensFleeAndTheGuardFollows) {

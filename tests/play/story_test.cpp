@@ -2,6 +2,7 @@
 
 #include "core/name_hash.h"
 #include "game/item_def.h"
+#include "script/cml_object.h"
 #include "support/game_run.h"
 #include "ui/input_settings.h"
 #include "world/world.h"
@@ -11,6 +12,7 @@
 using inhabitants::action;
 using inhabitants::page;
 using inhabitants::place;
+using inhabitants::script;
 
 namespace {
 cInventory& bag() {
@@ -26,11 +28,11 @@ float distanceTo(const GameRun& game, const char* name) {
 /// first.
 bool fight(GameRun& game, const char* enemy, float reach, int mostFrames) {
     for (int i = 0; i < mostFrames && cWorld::instance().health > 0; ++i) {
-        if (action(enemy) == "dead") {
+        if (action(enemy) == "dead") return true;
+        if (action(enemy) == "die") {
             game.player.release(CMD_FORWARD);
-            return true;
-        }
-        if (distanceTo(game, enemy) < reach) {
+            game.frames(1);
+        } else if (distanceTo(game, enemy) < reach) {
             game.player.turnTowards(place(enemy));
             game.hold(CMD_FIRE, 2);
         } else {
@@ -39,6 +41,11 @@ bool fight(GameRun& game, const char* enemy, float reach, int mostFrames) {
         }
     }
     return false;
+}
+/// Along the path that winds once round the mountain: 0 at its foot, 1 at the top.
+bool walkUp(GameRun& game, float part, float aside, int mostFrames) {
+    const float r = 26 - 14.5f * part + aside, angle = 6.28318531f * part;
+    return game.walkTo(r * std::sin(angle), r * std::cos(angle), mostFrames);
 }
 /// Turns the pages until one holds `words`; then takes the reply `down` places below the highlighted one.
 void answer(GameRun& game, const char* words, int down) {
@@ -66,7 +73,7 @@ TEST(Story, AStickBeatsABoarAndTheHerbWomanPaysForItsTusk) {
     game.use();
     ASSERT_EQ(bag().countOf(item("tusk")), 1);
 
-    ASSERT_TRUE(game.follow({{-2.5f, 21}, {3, 12}, {0, 4}, {-8, 8}, {-12.8f, 6.4f}}, 1500));
+    ASSERT_TRUE(game.follow({{0, 26}, {-2.5f, 21}, {3, 12}, {0, 4}, {-8, 8}, {-12.8f, 6.4f}}, 1500));
     game.use();
     answer(game, "Thank you, Edda", 3);
     game.talkToTheEnd();
@@ -107,6 +114,19 @@ TEST(Story, StandingBeforeTheRaidersIsDeathAndTheShoreAgain) {
     EXPECT_EQ(action("raider_fire"), "watch") << "and nobody remembers him";
 }
 
+TEST(Story, APistolBeatsAnOutlander) {
+    GameRun game(GameRun::at("landing", "summit.xml"));
+    bag().give(item("pistol"), 6); // as it is found on the first island
+    for (float part = 0; part < 0.21f; part += 0.02f) ASSERT_TRUE(walkUp(game, part, 0, 300)) << part;
+    ASSERT_NE(action("raider_bend"), "watch") << "he has seen the hero";
+    ASSERT_TRUE(fight(game, "raider_bend", 8, 1500)) << "health " << cWorld::instance().health;
+    EXPECT_GE(cWorld::instance().health, 50) << "two bolts at the most";
+    const cVector3 body = place("raider_bend");
+    game.walkTo(body.x, body.z, 400);
+    game.use();
+    EXPECT_TRUE(bag().has(item("grenade"))) << "what he carried";
+}
+
 TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
     GameRun game(GameRun::at("shore", "deepwood.xml"));
     bag().give(item("apple"), 3);
@@ -133,21 +153,16 @@ TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
 
     // Up the mountain, past those who shoot.
     game.player.press(CMD_RUN);
-    constexpr float kTurn = 6.28318531f;
     ASSERT_TRUE(game.walkTo(0, 26));
     for (float part = 0.02f; part < 0.87f; part += 0.02f) {
         // Who stands in the way is passed on one side or the other.
-        const auto reached = [&](float aside) {
-            const float r = 26 - 14.5f * part + aside;
-            return game.walkTo(r * std::sin(part * kTurn), r * std::cos(part * kTurn), 150);
-        };
+        const auto reached = [&](float aside) { return walkUp(game, part, aside, 150); };
         ASSERT_TRUE(reached(0) || reached(1.2f) || reached(-1.2f) || reached(0)) << "part " << part;
         cWorld::instance().health = 100; // the way is what is walked here, not the fights
     }
     game.player.release(CMD_RUN);
     for (int i = 0; i < 20 && game.app.state() != STATE_DIALOGUE; ++i) {
-        const float part = 0.88f + 0.005f * static_cast<float>(i), r = 26 - 14.5f * part;
-        game.walkTo(r * std::sin(part * kTurn), r * std::cos(part * kTurn), 60);
+        walkUp(game, 0.88f + 0.005f * static_cast<float>(i), 0, 60);
         game.frames(25);
     }
     for (int i = 0; i < 200 && game.app.state() != STATE_DIALOGUE; ++i) game.frames(1);
@@ -163,4 +178,21 @@ TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
     EXPECT_GT(place("flame_beacon").y, place("beacon_top").y) << "the beacon burns";
     for (int i = 0; i < 1500 && game.app.state() != STATE_QUIT; ++i) game.frames(1);
     EXPECT_EQ(game.app.state(), STATE_QUIT) << "the last picture, and out";
+}
+
+TEST(Story, ThePowderAtTheArchLoadsWhatTheHeroHas) {
+    GameRun game(GameRun::at("landing", "summit.xml"));
+    for (const bool pistol : {false, true})
+        for (const bool rifle : {false, true}) {
+            bag().clear();
+            ASSERT_EQ(cWorld::instance().loadLevel("summit.xml"), 0);
+            if (pistol) bag().give(item("pistol"), 1);
+            if (rifle) bag().give(item("rifle"), 1);
+            for (int i = 0; i < 4 && action("powder_arch") == "full"; ++i)
+                script("powder_arch").fireReaction(kTriggerContext);
+            EXPECT_EQ(action("powder_arch"), "empty");
+            EXPECT_EQ(bag().countOf(item("pistol")), pistol ? 1 + 6 : 0);
+            EXPECT_EQ(bag().countOf(item("rifle")), rifle ? 1 + 3 : 0) << "with a pistol: " << pistol;
+            EXPECT_EQ(bag().countOf(item("draught")), 1);
+        }
 }

@@ -150,4 +150,16 @@ float master(Stereo& sound, float lufs, float ceiling) {
     fadeEnds(sound.right);
     return -20 * std::log10(least);
 }
+
+Stereo inRounds(Stereo&& once, int rounds, std::size_t every) {
+    Stereo all = std::move(once);
+    for (auto* channel : {&all.left, &all.right}) {
+        const size_t length = channel->size();
+        const std::vector<float> one = *channel;
+        channel->resize(length + static_cast<size_t>(rounds - 1) * every);
+        for (size_t begin = every; begin + length <= channel->size(); begin += every)
+            for (size_t i = 0; i < length; ++i) (*channel)[begin + i] += one[i];
+    }
+    return all;
+}
 } // namespace forge

@@ -27,4 +27,6 @@ float loudness(const Stereo& sound);
 /// Brings the sound to `lufs` and keeps every sample below `ceiling` with a gain that looks ahead; both ends
 /// are faded. Returns by how many decibels the loudest moment was held back.
 float master(Stereo& sound, float lufs, float ceiling);
+/// The sound so often, each time begun `every` samples after the time before, below what rings on.
+Stereo inRounds(Stereo&& once, int rounds, std::size_t every);
 } // namespace forge

@@ -65,9 +65,12 @@ public:
             if (chords_.empty()) continue;
             for (const ScorePart& part : row.parts) play(part);
         }
-        mix_.setLength(static_cast<size_t>((barStarts_.back() + kTail) * kMusicRate));
+        mix_.setLength(lastBarEnd() + static_cast<size_t>(kTail * kMusicRate));
         return std::move(mix_);
     }
+
+    /// In samples.
+    size_t lastBarEnd() const { return static_cast<size_t>(barStarts_.back() * kMusicRate); }
 
 private:
     void problem(const Row& row, const std::string& what) {
@@ -224,9 +227,11 @@ void listen(const Piece& piece, const Stereo& sound, float heldBack, Output& out
 } // namespace
 
 void makeMusic(const Piece& piece, const std::vector<Instrument>& orchestra, Output& out) {
-    Stereo sound = withHall(Performance(piece, orchestra, out).play(), piece.hallSeconds, piece.hallGain);
+    Performance performance(piece, orchestra, out);
+    Stereo sound = withHall(performance.play(), piece.hallSeconds, piece.hallGain);
     const float heldBack = master(sound, piece.lufs, kCeiling);
     listen(piece, sound, heldBack, out);
+    sound = inRounds(std::move(sound), piece.rounds, performance.lastBarEnd());
     platform::Bytes file = oggFile(sound, piece.title, piece.quality);
     if (file.empty()) out.problem(piece.file + ": the encoder refuses");
     out.put(piece.file, std::move(file));

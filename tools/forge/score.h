@@ -41,7 +41,8 @@ struct Piece {
     float hallSeconds = 2, hallGain = 0.3f;
     float lufs = -16;
     float quality = 0.15f; ///< of the encoder
-    float atLeast = 0;     ///< seconds that it must last
+    float atLeast = 0;     ///< seconds that one round must last
+    int rounds = 1;        ///< each begins where the last bar of the one before ends
 };
 
 /// A note of a line, in beats.
