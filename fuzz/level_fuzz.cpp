@@ -60,6 +60,8 @@ void gameFrame(GameState& state) {
 } // namespace
 
 FUZZ_TARGET(level) {
+    // The queue of a frame's events, and its half while it grows.
+    fuzz::allowMemory(cEventMgr::kMostEvents * sizeof(cEvent) * 3 / 2);
     const fuzz::Tetrahedron& thing = fuzz::tetrahedron();
     fuzz::putFile("in.xml", fuzz::text(data, size));
     fuzz::putFile("thing.cpm", thing.model);

@@ -30,7 +30,7 @@ public:
     static cEventMgr& instance();
     static void destroy();
 
-    static constexpr int32_t kMostEvents = 100000; ///< in a frame; more are not taken
+    static constexpr int32_t kMostEvents = 65536; ///< in a frame; more are not taken
 
     void post(cEvent::Type type, cController* source, cController* other = nullptr, float value = 0,
               uint32_t extra = 0);
