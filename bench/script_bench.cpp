@@ -5,6 +5,7 @@
 #include "script/cml_object.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
 
@@ -112,7 +113,10 @@ void compiledCalls(benchmark::State& state) {
         },
         false);
     auto* object = static_cast<cCmlObject*>(cObjectMgr::instance().get(0)->getController());
-    for (auto _ : state) object->fireReaction(kTriggerContext);
+    for (auto _ : state) {
+        FrameBudget::instance().renew();
+        object->fireReaction(kTriggerContext);
+    }
     state.SetItemsProcessed(state.iterations() * kCallsPerList);
 }
 

@@ -16,7 +16,6 @@
 #include "render/renderer.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
-#include "script/frame_budget.h"
 #include "ui/input_mgr.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -333,5 +332,4 @@ void cApplication::destroyGame() {
     cDialogue::destroy();
     cItemDefs::destroy();
     destroyEffects();
-    FrameBudget::instance().renew();
 }

@@ -53,11 +53,6 @@ void cCmlObject::logOnce(const std::string& row) {
     reported_ = true;
 }
 
-bool cCmlObject::spend(int32_t& left) {
-    if (left > 0 && --left == 0) reportOnce("asks for more than a frame can hold");
-    return left > 0;
-}
-
 void cCmlObject::setAction(int32_t childIndex) {
     const cCmlElement* action = element_ ? element_->childAt(childIndex) : nullptr;
     currentAction_ = action;

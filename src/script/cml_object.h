@@ -29,7 +29,10 @@ public:
     void logOnce(const std::string& row); ///< shares that one row
     std::string name() const;             ///< empty without an element
     /// Takes one off a frame's budget; false, with a row the first time, when none is left.
-    bool spend(int32_t& left);
+    bool spend(int32_t& left) {
+        if (left > 0 && --left == 0) reportOnce("asks for more than a frame can hold");
+        return left > 0;
+    }
 
     void setMoveDirection(const cVector3& unitDirection);
     void setSpeed(float speed) { speed_ = speed; }

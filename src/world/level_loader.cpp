@@ -11,6 +11,7 @@
 #include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
+#include "script/frame_budget.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -136,6 +137,7 @@ int cWorld::loadLevel(const std::string& fileName) {
 int cWorld::loadDocument(const std::string& fileName) {
     cObjectMgr::instance().clear();
     cEventMgr::instance().clear();
+    FrameBudget::instance().renew();
     document.clear();
     CmlReport report;
     if (document.load(fileName, cmlLookups(), report) != 0) {
