@@ -11,7 +11,6 @@ volatile std::sig_atomic_t g_asked = 0;
 void catchEndingSignals() {
     struct sigaction action = {};
     action.sa_handler = [](int) { g_asked = 1; };
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction old = {};
         sigaction(signal, nullptr, &old);
