@@ -4,6 +4,7 @@
 #include "forge/recipes.h"
 #include "levels/deepwood_ground.h"
 #include "levels/growth.h"
+#include "levels/standing.h"
 #include "pictures/level_layer.h"
 
 #include <algorithm>
@@ -18,10 +19,12 @@ cVector3 onGround(float x, float z, float up = 0) {
     return {x, height(x, z) + up, z};
 }
 
+constexpr float kAbove = 7; ///< on the cliffs, where nobody comes
+
 void addTrees(Scenery& s) {
     for (const Tree& t : trees()) {
         if (t.pine) {
-            growth::addPine(s, onGround(t.x, t.z, -0.1f), t.size, t.seed);
+            growth::addPine(s, onGround(t.x, t.z, -0.1f), t.size, t.seed, height(t.x, t.z) > kAbove);
         } else {
             growth::addOak(s, onGround(t.x, t.z, -0.1f), t.size, t.seed);
         }
@@ -101,6 +104,27 @@ void addRocks(Scenery& s) {
     s.add(kRock, lathe({{4.6f, 8}, {3.4f, 12}, {2.0f, 15}, {0, 16.8f}}, 7, 6, 5).moved({-9.5f, 0, -34}));
 }
 
+/// Whoever jumps finds a foothold on any slope. So where the valley's walls have risen a little, and across
+/// the head of the gorge and the river's two ends, bodies meet upright faces.
+void addBorder(Scenery& s) {
+    constexpr float kRise = 1.5f, kLow = -4, kHigh = 10, kStep = 2, kHead = -38;
+    Mesh m;
+    for (const float side : {-1.0f, 1.0f})
+        for (float z = -kHalfSize; z < kHalfSize; z += kStep) {
+            const float x0 = wallAt(z, side, kRise), x1 = wallAt(z + kStep, side, kRise);
+            const cVector3 a(x0, kLow, z), b(x1, kLow, z + kStep), up(0, kHigh - kLow, 0);
+            if (side < 0) {
+                m.addQuad(b, a, a + up, b + up);
+            } else {
+                m.addQuad(a, b, b + up, a + up);
+            }
+        }
+    const float west = wallAt(kHead, -1, kRise), east = wallAt(kHead, 1, kRise);
+    m.addQuad({west - 1, kLow, kHead}, {east + 1, kLow, kHead}, {east + 1, kHigh, kHead},
+              {west - 1, kHigh, kHead});
+    s.add(kRock, m, Scenery::kSolid);
+}
+
 void addLanding(Scenery& s) {
     s.add(kPlanks, box({-1.1f, 0.9f, 26.5f}, {1.1f, 1.1f, 34}, 0.5f));
     for (float z : {27.4f, 30.4f, 33.4f})
@@ -122,11 +146,11 @@ void addBridge(Scenery& s) {
         addFence(
             s, [](float, float) { return kDeck; }, x, kTo, x, kFrom);
     }
-    // Posts of the toll gate at the far end, with a board across.
+    // Posts of the toll gate at the far end, with a board across, over the camera's head.
     for (float x : {-1.75f, 1.55f})
-        s.add(kBeams, box({x, 1.2f, kTo - 0.5f}, {x + 0.2f, 4.6f, kTo - 0.3f}, 0.7f));
-    s.add(kBeams, box({-2, 4.4f, kTo - 0.55f}, {2, 4.65f, kTo - 0.25f}, 0.7f), Scenery::kSeen);
-    s.add(kPlanks, box({-0.9f, 3.85f, kTo - 0.44f}, {0.9f, 4.35f, kTo - 0.36f}, 0.6f), Scenery::kSeen);
+        s.add(kBeams, box({x, 1.2f, kTo - 0.5f}, {x + 0.2f, 6.2f, kTo - 0.3f}, 0.7f));
+    s.add(kBeams, box({-2, 6.0f, kTo - 0.55f}, {2, 6.25f, kTo - 0.25f}, 0.7f), Scenery::kSeen);
+    s.add(kPlanks, box({-0.9f, 5.45f, kTo - 0.44f}, {0.9f, 5.95f, kTo - 0.36f}, 0.6f), Scenery::kSeen);
     // Fences from the gate to the water, so that nobody goes round.
     for (float side : {-1.0f, 1.0f}) addFence(s, height, side * 1.8f, kTo - 0.4f, side * 4.6f, kTo - 0.1f);
 }
@@ -180,15 +204,20 @@ void addCamp(Scenery& s) {
     addTent(s, 21.2f, 5.2f, 60);
     addTent(s, 22.2f, -0.6f, 100);
     addFire(s, 18, 2.2f);
-    for (const auto& [x0, z0, x1, z1] : {std::tuple{16.4f, 0.3f, 18.2f, -0.2f}, {16.8f, 4.4f, 18.6f, 4.8f}})
-        s.add(kBeams, tube({onGround(x0, z0, 0.2f), onGround(x1, z1, 0.2f)}, {0.24f, 0.22f}, 8));
+    for (const auto& [x0, z0, x1, z1] : {std::tuple{16.4f, 0.3f, 18.2f, -0.2f}, {16.8f, 4.4f, 18.6f, 4.8f}}) {
+        const cVector3 from = onGround(x0, z0, 0.2f), to = onGround(x1, z1, 0.2f);
+        s.add(kBeams, tube({from, to}, {0.24f, 0.22f}, 8), Scenery::kSeen);
+        s.add(kBeams, timber(from, to, 0.46f), Scenery::kSolid); // flat on top: one stands still on it
+    }
     // A half circle of sharpened stakes towards the path.
     for (int i = 0; i < 7; ++i) {
         const float z = -3.4f + 0.7f * static_cast<float>(i);
         if (z > -1.2f) break;
         s.add(kBeams, tube({onGround(13.6f, z, -0.2f), onGround(13.1f, z, 1.3f)}, {0.1f, 0.03f}, 5),
-              Scenery::kBoth);
+              Scenery::kSeen);
     }
+    // Bodies meet one block: between points they would hang.
+    s.add(kBeams, box({13, kFloor - 0.4f, -3.5f}, {13.7f, kFloor + 1.2f, -1.2f}), Scenery::kSolid);
 }
 
 /// One room under a steep roof of straw, its door to the east.
@@ -265,6 +294,7 @@ FORGE_RECIPE(level_deepwood) {
     addTrees(s);
     addUndergrowth(s);
     addRocks(s);
+    addBorder(s);
     addLanding(s);
     addBridge(s);
     addCamp(s);
@@ -278,6 +308,7 @@ FORGE_RECIPE(level_deepwood) {
                                      {-11, 4, 1.1f},
                                      {11.5f, 5.2f, 1.0f}})
         growth::addBush(s, onGround(x, z), size, static_cast<uint32_t>(x * 7 + z * 3 + 700));
+    levels::addStanding(s, out, "deepwood.xml");
     s.write(out, "deepwood", kHalfSize,
             {"deepwood_layer.tga", kHalfSize, layer::kRampV, kTowardsSun, layer::kDarkest});
 }

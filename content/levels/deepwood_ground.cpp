@@ -15,6 +15,7 @@ constexpr float kValley = 27, kGorge = 4.2f;        // half widths
 constexpr float kGorgeStart = -20, kGorgeEnd = -31; // z
 constexpr float kShore = 25, kBeachSlope = 0.24f;   // where the beach starts to fall
 constexpr float kShelf = 33, kDeep = 39.5f;
+constexpr float kWallEnd = 31; // z at which the valley's walls begin to sink into the sea
 constexpr float kBank = 1.9f, kBedHalf = 1.5f, kBed = -2.6f; // 62 degrees: nobody climbs out
 
 constexpr parts::Stretch kPath[] = {
@@ -38,6 +39,17 @@ float endHeight(float x, float z) {
     return kCliff * (-37.5f - z) + 0.6f * (fractalNoise(x * 0.6f, z * 0.6f, 504, 2) - 0.5f);
 }
 } // namespace
+
+float wallAt(float z, float side, float rise) {
+    // Where it has gone into the sea its line goes straight on.
+    const float at = std::min(z, kWallEnd);
+    float low = 0, high = kHalfSize;
+    for (int i = 0; i < 24; ++i) {
+        const float middle = (low + high) / 2;
+        (wallHeight(side * middle, at) < rise ? low : high) = middle;
+    }
+    return side * low;
+}
 
 float riverAt(float x) {
     return -13 + 1.8f * std::sin(x * 0.13f);

@@ -17,6 +17,8 @@ const cVector3 kTowardsSun = cVector3(-240, 300, 260).normalized();
 float height(float x, float z);
 /// 0 … 1: how much of the trodden path shows at a place.
 float path(float x, float z);
+/// The x, on the side −1 or 1 of the valley, at which its wall has risen so far above its foot.
+float wallAt(float z, float side, float rise);
 /// Middle of the river at x.
 float riverAt(float x);
 

@@ -2,6 +2,7 @@
 
 #include "forge/noise.h"
 
+#include <algorithm>
 #include <cmath>
 
 using namespace forge;
@@ -9,6 +10,8 @@ using namespace forge;
 namespace growth {
 namespace {
 constexpr float kTurn = 6.28318531f;
+/// How high above its foot a crown begins: over the camera, which follows 2.7 above the ground.
+constexpr float kClear = 3.5f;
 
 /// A blade that bends to one side, seen from both.
 void addBlade(Mesh& m, const cVector3& foot, float angle, float tall, float width, float bend) {
@@ -95,10 +98,11 @@ void addFlower(Scenery& s, Height height, float x, float z, float tall, Tint tin
           Scenery::kSeen);
 }
 
-void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
+void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed, bool far) {
     const float k = size * (0.9f + 0.2f * latticeValue(1, 1, seed));
+    const float lift = far ? 0 : std::max(0.0f, kClear - 1.26f * k);
     s.add(parts::kBeams,
-          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, 2 * k}}, 7, 2, 1).moved(foot),
+          lathe({{0.3f * k, -0.4f}, {0.18f * k, 0.3f * k}, {0.12f * k, lift + 2 * k}}, 7, 2, 1).moved(foot),
           Scenery::kSeen);
     addStem(s, foot, 0.26f * k);
     Mesh needles;
@@ -107,13 +111,14 @@ void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
         needles.append(skirt((1.5f - 0.33f * t) * k, (1.5f + 0.74f * t) * k, (1.5f - 0.06f * t) * k,
                              0.7f * t + static_cast<float>(seed), 6));
     }
-    s.add(parts::kNeedles, needles.moved(foot), Scenery::kSeen);
+    s.add(parts::kNeedles, needles.moved(foot + cVector3(0, lift, 0)), Scenery::kSeen);
 }
 
 void addOak(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
     const float turn = 360 * latticeValue(2, 1, seed);
+    const float lift = std::max(0.0f, kClear / size - 2.26f);
     s.add(parts::kBeams,
-          tube({{0, -0.4f, 0}, {0.05f, 0.5f, 0}, {-0.05f, 1.6f, 0.06f}, {0.05f, 2.7f, 0}},
+          tube({{0, -0.4f, 0}, {0.05f, 0.5f, 0}, {-0.05f, 1.6f + lift, 0.06f}, {0.05f, 2.7f + lift, 0}},
                {0.42f, 0.27f, 0.2f, 0.14f}, 7, false)
               .scaled({size, size, size})
               .turned(turn)
@@ -128,7 +133,8 @@ void addOak(Scenery& s, const cVector3& foot, float size, uint32_t seed) {
     constexpr Clump kLight[] = {{1.0f, 0.35f, 3.85f, 0.15f}, {0.8f, -0.5f, 4.1f, -0.3f}};
     const auto crown = [&](const auto& clumps, uint32_t first) {
         Mesh m;
-        for (const Clump& c : clumps) m.append(foliage(c.radius, first++, 9, 6).moved({c.x, c.y, c.z}));
+        for (const Clump& c : clumps)
+            m.append(foliage(c.radius, first++, 9, 6).moved({c.x, c.y + lift, c.z}));
         return m.scaled({size, size, size}).turned(turn).moved(foot);
     };
     s.add(parts::kLeaves, crown(kDark, seed), Scenery::kSeen);

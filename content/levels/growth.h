@@ -17,7 +17,8 @@ Mesh tuft(Height height, float x, float z, uint32_t seed, float tall, int blades
 /// Five petals round a heart, on a stalk.
 void addFlower(Scenery& s, Height height, float x, float z, float tall, Tint tint, uint32_t seed);
 /// Trees that belong to the fixed geometry, their stems solid. `size` 1 is 4 units tall.
-void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed);
+/// `far`: where no camera comes its needles may hang low.
+void addPine(Scenery& s, const cVector3& foot, float size, uint32_t seed, bool far = false);
 void addOak(Scenery& s, const cVector3& foot, float size, uint32_t seed);
 void addBush(Scenery& s, const cVector3& foot, float size, uint32_t seed);
 } // namespace growth

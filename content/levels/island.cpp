@@ -2,6 +2,7 @@
 
 #include "forge/recipes.h"
 #include "levels/island_parts.h"
+#include "levels/standing.h"
 #include "pictures/level_layer.h"
 
 using namespace forge;
@@ -20,6 +21,7 @@ FORGE_RECIPE(level_island) {
     addLighthouse(s);
     addGarden(s);
     addPlants(s);
+    levels::addStanding(s, out, "testlevel.xml");
     s.write(out, "island", kHalfSize,
             {"island_layer.tga", kHalfSize, layer::kRampV, kTowardsSun, layer::kDarkest});
 }

@@ -3,6 +3,7 @@
 #include "levels/island_parts.h"
 
 #include <cmath>
+#include <tuple>
 
 using namespace forge;
 
@@ -189,6 +190,14 @@ void addShutters(Scenery& s) {
     // The door stands open against the wall; iron bands hold its boards.
     Mesh door = shutter(1.85f, 2.55f);
     s.add(kTints, door.turned(180).moved({-1.25f, kFloor + 0.02f, -kOut - 0.1f}), Scenery::kSeen);
+    // What is nailed to the walls is solid as well, or the camera would look out of it.
+    constexpr float kFace = kOut + 0.19f;
+    for (const auto& [x0, z0, x1, z1] : {std::tuple{-kFace, -kFace, -0.98f, -kOut},
+                                         {0.98f, -kFace, kFace, -kOut},
+                                         {-kFace, kOut, kFace, kFace},
+                                         {-kFace, -kOut, -kOut, kOut},
+                                         {kOut, -kOut, kFace, kOut}})
+        s.add(kPlaster, box({x0, 1.5f, z0}, {x1, kEaves, z1}), Scenery::kSolid);
     s.add(kTints, tinted(ball(0.06f, 7, 5), Tint::kIron).moved({-2.9f, kFloor + 1.25f, -kOut - 0.22f}),
           Scenery::kSeen);
 }
@@ -202,8 +211,11 @@ void addAround(Scenery& s) {
                  Tint::kClay)
               .moved({4.7f, 0, -0.3f}),
           Scenery::kSeen);
-    s.add(kPlanks, box({1.6f, 2.42f, -4.95f}, {3.6f, 2.5f, -4.5f}, 0.7f));
-    for (float x : {1.7f, 3.35f}) s.add(kBeams, box({x, 1.8f, -4.9f}, {x + 0.15f, 2.42f, -4.55f}, 0.7f));
+    s.add(kPlanks, box({1.6f, 2.42f, -4.95f}, {3.6f, 2.5f, -4.5f}, 0.7f), Scenery::kSeen);
+    for (float x : {1.7f, 3.35f})
+        s.add(kBeams, box({x, 1.8f, -4.9f}, {x + 0.15f, 2.42f, -4.55f}, 0.7f), Scenery::kSeen);
+    // Up to the wall: in a crack behind it one would tremble.
+    s.add(kPlanks, box({1.6f, 1.8f, -4.95f}, {3.6f, 2.5f, -kOut}), Scenery::kSolid);
     constexpr float kLog = 0.14f;
     for (int row = 0; row < 3; ++row)
         for (int i = 0; i < 5 - row; ++i) {

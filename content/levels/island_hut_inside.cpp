@@ -67,9 +67,11 @@ void addBooks(Scenery& s, const cVector3& at, int count) {
 }
 
 void addBed(Scenery& s) {
-    s.add(kPlanks, box({-3.95f, kFloor, 1.7f}, {-2.65f, 2.5f, 3.95f}, 0.7f));
-    s.add(kPlanks, box({-3.95f, kFloor, 3.8f}, {-2.65f, 3.05f, 3.95f}, 0.7f));
-    s.add(kCloth, box({-3.9f, 2.5f, 1.75f}, {-2.7f, 2.68f, 3.75f}, 0.5f));
+    s.add(kPlanks, box({-3.95f, kFloor, 1.7f}, {-2.65f, 2.5f, 3.95f}, 0.7f), Scenery::kSeen);
+    s.add(kPlanks, box({-3.95f, kFloor, 3.8f}, {-2.65f, 3.05f, 3.95f}, 0.7f), Scenery::kSeen);
+    s.add(kCloth, box({-3.9f, 2.5f, 1.75f}, {-2.7f, 2.68f, 3.75f}, 0.5f), Scenery::kSeen);
+    // One block up to the walls: nobody is squeezed behind it or between its parts.
+    s.add(kPlanks, box({-kIn, kFloor, 1.66f}, {-2.65f, 2.68f, kIn}), Scenery::kSolid);
     s.add(kPlaster, ball(0.42f, 10, 6).scaled({1, 0.24f, 0.55f}).moved({-3.3f, 2.76f, 3.45f}),
           Scenery::kSeen);
     s.add(kPlaster, box({-3.92f, 2.69f, 2.95f}, {-2.68f, 2.71f, 3.2f}, 0.5f), Scenery::kSeen);
@@ -146,7 +148,7 @@ void addCupboard(Scenery& s) {
         {{0, 0}, {0.24f, 0}, {0.31f, 0.25f}, {0.24f, 0.52f}, {0.08f, 0.6f}, {0.13f, 0.7f}, {0, 0.68f}}, 10);
     addSeen(s, Tint::kStraw, sack, {-1.65f, kFloor, -3.62f});
     addSeen(s, Tint::kCream, sack.scaled({0.9f, 0.85f, 0.9f}), {-2.25f, kFloor, -3.66f});
-    s.add(kPlanks, box({-2.5f, kFloor, -3.95f}, {-1.38f, 2.7f, -3.38f}), Scenery::kSolid);
+    s.add(kPlanks, box({-2.5f, kFloor, -kIn}, {-1.38f, 2.7f, -3.38f}), Scenery::kSolid);
 }
 
 /// Wavy cloth that hangs beside a window, along x.

@@ -122,8 +122,8 @@ void addBellBastion(Scenery& s) {
     s.add(kBeams, box({7.9f, kHigh + 2.5f, 5.1f}, {11.1f, kHigh + 2.75f, 5.4f}, 0.7f), Scenery::kSeen);
     // Posts of the gate at the head of the ramp.
     for (float x : {7.98f, 10.82f})
-        s.add(kBeams, box({x, kHigh - 0.3f, 8}, {x + 0.2f, kHigh + 2.5f, 8.2f}, 0.7f));
-    s.add(kBeams, box({7.85f, kHigh + 2.5f, 7.95f}, {11.15f, kHigh + 2.7f, 8.25f}, 0.7f), Scenery::kSeen);
+        s.add(kBeams, box({x, kHigh - 0.3f, 8}, {x + 0.2f, kHigh + 3.7f, 8.2f}, 0.7f));
+    s.add(kBeams, box({7.85f, kHigh + 3.7f, 7.95f}, {11.15f, kHigh + 3.9f, 8.25f}, 0.7f), Scenery::kSeen);
 }
 } // namespace
 
@@ -152,7 +152,7 @@ void addTerrace(Scenery& s) {
     parapet(13.5f, 2.6f, 18.1f, 3);
     parapet(13.5f, -3, 15, -2.6f);
     parapet(17.5f, -3, 18.1f, -2.6f);
-    for (float z : {-1.75f, 1.75f}) addStump(s, 7.7f, z, 1.9f, 1.5f, z > 0 ? 11u : 12u);
+    for (float z : {-1.97f, 1.97f}) addStump(s, 8.8f, z, 1.9f, 1.5f, z > 0 ? 11u : 12u);
 }
 
 void addRuins(Scenery& s) {

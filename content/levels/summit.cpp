@@ -3,6 +3,7 @@
 #include "forge/noise.h"
 #include "forge/recipes.h"
 #include "levels/growth.h"
+#include "levels/standing.h"
 #include "levels/summit_ground.h"
 #include "pictures/level_layer.h"
 
@@ -105,10 +106,11 @@ void addWatchHouse(Scenery& s) {
     constexpr float kPart = 0.55f;
     const cVector3 at = pathAt(kPart);
     const float turn = 360 * kPart;
-    Mesh wall = box({-3.2f, -2.5f, -0.4f}, {-1.5f, 3.0f, 0.4f}, 0.5f);
-    wall.append(box({1.5f, -3.8f, -0.4f}, {3.2f, 3.6f, 0.4f}, 0.5f));
-    wall.append(box({-1.6f, 2.7f, -0.36f}, {1.6f, 3.3f, 0.36f}, 0.5f));
-    wall.append(box({2.0f, 3.4f, -0.4f}, {3.2f, 4.2f, 0.4f}, 0.5f));
+    // The lintel lies over the camera's head.
+    Mesh wall = box({-3.2f, -2.5f, -0.4f}, {-1.5f, 4.4f, 0.4f}, 0.5f);
+    wall.append(box({1.5f, -3.8f, -0.4f}, {3.2f, 4.7f, 0.4f}, 0.5f));
+    wall.append(box({-1.6f, 4.1f, -0.36f}, {1.6f, 4.7f, 0.36f}, 0.5f));
+    wall.append(box({2.0f, 4.5f, -0.4f}, {3.2f, 5.3f, 0.4f}, 0.5f));
     s.add(kStone, wall.turned(turn + 90).moved(at));
     uint32_t seed = 600;
     for (float k : {-0.035f, 0.03f, 0.045f})
@@ -173,6 +175,7 @@ FORGE_RECIPE(level_summit) {
     addWatchHouse(s);
     addBeacon(s);
     addCamp(s);
+    levels::addStanding(s, out, "summit.xml");
     s.write(out, "summit", kHalfSize,
             {"summit_layer.tga", kHalfSize, layer::kRampV, kTowardsSun, layer::kDarkest});
 }

@@ -1,6 +1,7 @@
 #include "game/physics_world.h"
 
 #include "core/log_mgr.h"
+#include "core/matrix4.h"
 #include "data/binary_reader.h"
 #include "script/event_mgr.h"
 #include "world/object.h"
@@ -14,6 +15,7 @@ constexpr float kBlocked = 0.01f;
 constexpr float kNoGround = 0.99f;       ///< step-down fraction from which a body is airborne
 constexpr float kProbeNoGround = 0.999f; ///< the same for ground followers
 constexpr float kWalkable = 0.6f;        ///< least y of the normal of ground that holds
+constexpr float kSlip = 0.05f;           ///< units a step, off a body that one came down on
 
 std::unique_ptr<cPhysicsWorld> g_instance;
 
@@ -198,8 +200,10 @@ void cPhysicsWorld::stepSweptGrounded(size_t index) {
     const float fall = sweepMeshes(s, down, meshes_, ground);
     if (fall > kBlocked) s = movedBy(s, scaled(down, fall * kBackOff));
 
-    if (touchesBodies(index, s)) {
+    cVector3 away;
+    if (touchesBodies(index, s, &away)) {
         collided(body, -m.p0);
+        if (m.p0.y < 0 && body.airborne) slipOff(index, away);
         return;
     }
     body.airborne = fall >= kNoGround;
@@ -221,6 +225,27 @@ void cPhysicsWorld::slide(cCollisionBody& body, cMove m, cVector3 contact, const
     const float t = sweepMeshes(body.shape, m, meshes_, contact);
     collided(body, steep ? ground : contact);
     if (t > kBlocked) body.applyMove(scaled(m, t * kBackOff));
+}
+
+/// OUR OWN RULE: who falls on a solid body is refused, and would stay above it for ever. From the second
+/// refusal on the same spot he slips off it, level, away from it or along what is in the way.
+void cPhysicsWorld::slipOff(size_t index, cVector3 away) {
+    cCollisionBody& body = bodies_[index];
+    const bool again = body.shape.p0 == body.refusedAt;
+    body.refusedAt = body.shape.p0;
+    if (!again) return;
+    away.y = 0;
+    away = away.lengthSq() > 0 ? away.normalized() : cVector3(1, 0, 0);
+    for (const float degrees : {0.0f, 45.0f, -45.0f, 90.0f, -90.0f, 135.0f, -135.0f}) {
+        const cVector3 slip = cMatrix4::rotationY(degrees).transformDirection(away) * kSlip;
+        cVector3 contact;
+        const float t = sweepMeshes(body.shape, {slip, slip}, meshes_, contact);
+        const cMove free = scaled({slip, slip}, t * kBackOff);
+        if (t < kBlocked || touchesBodies(index, movedBy(body.shape, free))) continue;
+        body.applyMove(free);
+        body.refusedAt = body.shape.p0;
+        return;
+    }
 }
 
 void cPhysicsWorld::stepDiscrete(size_t index) {
@@ -256,7 +281,7 @@ void cPhysicsWorld::stepDiscreteGrounded(size_t index) {
     if (!touchesBodies(index, s)) body.applyMove(difference(s, body.shape));
 }
 
-bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
+bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial, cVector3* away) {
     cCollisionBody& mover = bodies_[index];
     bool blocked = false;
     for (const uint32_t j : grid_.near(trial.p0, reachOf(trial), 1)) {
@@ -270,6 +295,7 @@ bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial) {
         if (other.flags & MOVE_SOLID) {
             mover.cancelMove();
             blocked = true;
+            if (away) *away += trial.p1 - closestPointOnSegment(other.shape, trial.p1);
         }
     }
     return blocked;

@@ -47,7 +47,9 @@ private:
     void stepDiscrete(size_t index);
     void stepDiscreteGrounded(size_t index);
     void buildGrid();
-    bool touchesBodies(size_t index, const cCapsule& trial);
+    /// `away`, when asked for, grows by the ways from the bodies that block.
+    bool touchesBodies(size_t index, const cCapsule& trial, cVector3* away = nullptr);
+    void slipOff(size_t index, cVector3 away);
     void refuse(cCollisionBody& body) const;
     void collided(cCollisionBody& body, const cVector3& normal) const;
 

@@ -369,7 +369,13 @@ void cPlayer::onCollision(const cVector3& n) {
     const float bounce = movement("SLOPE_BOUNCE");
     velocity_.x = bounce * n.x;
     velocity_.z = bounce * n.z;
-    if (n.y < 0) velocity_.y = movement("SNAP_GROUND");
+    if (n.y >= 0) return;
+    // OUR OWN RULE: a second bump on the same spot takes the upward speed away. With it given back at each
+    // bump, who cannot slide from under an edge would hang there for ever.
+    const cVector3& here = owner_->getPosition();
+    const bool again = (here - lastBump_).lengthSq() < kLeastMove * kLeastMove;
+    velocity_.y = again ? std::min(velocity_.y, 0.0f) : movement("SNAP_GROUND");
+    lastBump_ = here;
 }
 
 void cPlayer::applyCinematicFrame(const cCmlElement& frame) {

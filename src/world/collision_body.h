@@ -28,6 +28,7 @@ struct cCollisionBody {
     uint32_t flags = 0;  ///< MoveFlags of the pending request; the owner's flags before the first one
     float snap = 0;      ///< ground snap distance of the pending request
     bool airborne = true;
+    cVector3 refusedAt{0, -1e9f, 0}; ///< the capsule's first point when a solid body last stopped its fall
 
     cCollisionBody() = default;
     explicit cCollisionBody(cObject* o) : owner(o) {}

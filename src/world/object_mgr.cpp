@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 /// Times the squared bounding radius: how near a ray must pass an object's centre.
@@ -182,24 +183,29 @@ cObject* cObjectMgr::findTouching(const cObject* object) const {
 
 cObject* cObjectMgr::findShotTarget(const cObject* shooter, const cVector3& start, const cVector3& direction,
                                     float length) const {
-    const cVector3 end = start + direction * length;
-    float longest = cPhysicsWorld::instance().octree().trace(start, end) * length;
+    const cVector3 end = start + direction * length, way = end - start;
+    const float open = cPhysicsWorld::instance().octree().trace(start, end), longest = open * length;
     const cSegment ray(start, end);
+    // OUR OWN RULE: the longest distance is held against the place along the line, as parts of it. The length
+    // of the way to its very end may come out shorter than the range, and would let in what lies beyond.
+    const float farthest = length > 0 ? std::min(open, longest / ray.length) : 0;
     // What counts passes no farther than `longest`.
     const cVector3 last = ray.length > longest ? lerp(start, end, longest / ray.length) : end;
     const float beside = (start.length() + ray.length) * kRayRounding;
     cObject* nearest = nullptr;
+    float least = std::numeric_limits<float>::infinity();
     for (const uint32_t i : grid().near(start, last, beside, kShotReach)) {
         cObject* object = objects_[i].get();
         const cVector3 passing = closestPointOnSegment(ray, object->getPosition());
         const float radius = object->boundingRadius();
         if (!((passing - object->getPosition()).lengthSq() < kShotReachSq * radius * radius)) continue;
         if (object == shooter || !object->isQueryable()) continue;
+        const float place = way.dot(object->getPosition() - start) / way.lengthSq();
         const float distance = (passing - start).length();
-        if (!(distance < longest)) continue;
+        if (!(std::max(0.0f, place) < farthest) || !(distance < least)) continue;
         if (object->body && !capsuleTouchesSegment(object->body->shape, ray)) continue;
         nearest = object;
-        longest = distance;
+        least = distance;
     }
     return nearest;
 }

@@ -50,21 +50,6 @@ TEST(Feel, StairsAreRunUpAndDown) {
     EXPECT_TRUE(walk(game, 16.2f, -1).arrived) << "steps of 0.25 are climbed";
 }
 
-TEST(Feel, StandingStillIsStill) {
-    for (const char* spawn : {"hut", "pier", "hill"}) {
-        GameRun game(GameRun::at(spawn));
-        game.frames(90);
-        const cVector3 here = game.hero();
-        float jitter = 0;
-        for (int i = 0; i < 60; ++i) {
-            game.frames(1);
-            jitter = std::max(jitter, (game.hero() - here).length());
-        }
-        EXPECT_LT(jitter, 0.002f) << spawn;
-        EXPECT_FALSE(airborne()) << spawn;
-    }
-}
-
 TEST(Feel, SlopesAreWalkedSmoothly) {
     GameRun game(GameRun::at("hill"));
     game.frames(60);

@@ -13,10 +13,10 @@ using inhabitants::script;
 
 TEST(Inhabited, RosaRemembersWhatWasSaid) {
     GameRun game(GameRun::at("hut"));
-    ASSERT_TRUE(game.walkTo(0, -6));
+    ASSERT_TRUE(game.walkTo(0.4f, -8.2f));
     game.frames(10);
     EXPECT_EQ(action("rosa"), "greet") << "she waves to whom she sees";
-    ASSERT_TRUE(game.walkTo(-1.5f, -6.9f));
+    ASSERT_TRUE(game.walkTo(0.8f, -9.8f));
     game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
     EXPECT_NE(page().find("Good morning, Quorvane!"), std::string::npos);

@@ -113,17 +113,23 @@ protected:
     const cObject* shot(const cObject* shooter, const cVector3& start, const cVector3& way,
                         float length) const {
         const cSegment ray(start, start + way * length);
-        float longest = physics.octree().trace(ray.p0, ray.p1) * length;
+        const cVector3 line = ray.p1 - ray.p0;
+        const float open = physics.octree().trace(ray.p0, ray.p1);
+        const float farthest = length > 0 ? std::min(open, open * length / ray.length) : 0;
+        float least = 1e30f;
         const cObject* nearest = nullptr;
         for (size_t i = 0; i < objects.count(); ++i) {
             const cObject* o = objects.get(i);
             if (o == shooter || !o->isQueryable()) continue;
             const cVector3 passing = closestPointOnSegment(ray, o->getPosition());
             const float r = o->boundingRadius(), distance = (passing - start).length();
-            if (!((passing - o->getPosition()).lengthSq() < 6 * r * r) || !(distance < longest)) continue;
+            const float part = std::max(0.0f, line.dot(o->getPosition() - start) / line.lengthSq());
+            if (!((passing - o->getPosition()).lengthSq() < 6 * r * r) || !(part < farthest) ||
+                !(distance < least))
+                continue;
             if (o->body && !capsuleTouchesSegment(o->body->shape, ray)) continue;
             nearest = o;
-            longest = distance;
+            least = distance;
         }
         return nearest;
     }
@@ -218,4 +224,20 @@ TEST_F(ObjectMgrPlain, LongShotsMeetSmallThingsInFrontOfAWall) {
         }
     }
     EXPECT_GT(shots, 800);
+}
+
+TEST_F(ObjectMgrPlain, AShotEndsWithItsRange) {
+    auto made = std::make_unique<cObject>();
+    cObject* object = made.get();
+    object->setBoundingRadius(1);
+    object->setController(std::make_unique<cSceneryController>(object));
+    objects.add(std::move(made));
+    for (int i = 0; i < 2000; ++i) {
+        const cVector3 start = random.vector(100), way = random.vector(1).normalized();
+        const float range = random.number(1, 60);
+        object->setPosition(start + way * (range + 0.5f));
+        ASSERT_EQ(objects.findShotTarget(nullptr, start, way, range), nullptr) << "beyond " << range;
+        object->setPosition(start + way * (range - 0.01f));
+        ASSERT_EQ(objects.findShotTarget(nullptr, start, way, range), object) << "within " << range;
+    }
 }

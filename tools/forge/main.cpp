@@ -43,7 +43,7 @@ bool copyPlainData(const fs::path& content, forge::Output& out) {
 void runRecipes(forge::Output& out) {
     auto all = forge::recipes();
     std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    std::vector<forge::Output> made(all.size());
+    std::vector<forge::Output> made(all.size(), forge::Output(&out));
     std::atomic<size_t> next = 0;
     const auto work = [&] {
         for (size_t i = next++; i < all.size(); i = next++) all[i].make(made[i]);

@@ -54,6 +54,12 @@ static bool holdsAlready(const fs::path& path, const platform::Bytes& bytes) {
     return readRealFile(path.string(), old) && old == bytes;
 }
 
+const platform::Bytes* Output::source(const std::string& name) const {
+    if (!sources_) return nullptr;
+    const auto found = sources_->files_.find(name);
+    return found == sources_->files_.end() ? nullptr : &found->second;
+}
+
 bool Output::writeAll(const std::string& directory) {
     std::string lines;
     for (const std::string& line : octreeLines_) lines += line + "\n";

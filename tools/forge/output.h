@@ -9,6 +9,12 @@ namespace forge {
 /// The data set while it is made: files by name (lower case, slashes), and what went wrong.
 class Output {
 public:
+    Output() = default;
+    /// What a recipe fills: it may read the plain data that the authors edit.
+    explicit Output(const Output* sources) : sources_(sources) {}
+
+    /// A file of the authors' plain data; null when there is none. It lives as long as the recipe runs.
+    const platform::Bytes* source(const std::string& name) const;
     void put(const std::string& name, platform::Bytes bytes);
     void putText(const std::string& name, const std::string& text);
     /// One console line that makes an octree once the game program is there.
@@ -26,6 +32,7 @@ public:
     bool writeAll(const std::string& directory);
 
 private:
+    const Output* sources_ = nullptr;
     std::map<std::string, platform::Bytes> files_;
     std::vector<std::string> octreeLines_, promised_, problems_;
 };
