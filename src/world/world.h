@@ -105,6 +105,7 @@ private:
     void loadHero();
     void loadMusic();
     void endCinematic(GameState* state);
+    void giveUpCinematic();
     void enterLevel();
     void wakeUp(); ///< enters the level in full health
     void leaveGame(const std::string& reason);
