@@ -346,7 +346,8 @@ TEST(CmlChecker, WarnsOfWhatStandsInAnothersShadow) {
 
 TEST(CmlChecker, FollowsEveryWayThroughATalkingScript) {
     expectNothing(
-        talk, {"^25 Ann: ^20 Hello, ^A! ^0 \n^5q ^6q ^82Who?^w Bye.^e \n^6w Ann. ^0 \n^5q \n^6e Bye. ^0 ^7 ",
+        talk, {"^25 Ann: ^20 Hello, ^A! ^0 \n^5q ^6q ^82Bye.^eWho?^w \n^6w Ann. ^0 \n^5q \n^6e Bye. ^0 ^7 ",
+               "^5q ^6q ^82Who?^wBye.^e ^6w Ann. ^0 ^5r ^6r ^82Bye.^eWho again?^w ^6e Bye. ^0 ^7 ",
                "^3 One ^1 two. ^0 ^9set_timer(5) ^4 Three."});
     expectEach(
         talk, "3: dialogue 'd': ",
@@ -366,6 +367,8 @@ TEST(CmlChecker, FollowsEveryWayThroughATalkingScript) {
          {"^5a ^6b ^5a ^6a ^5b ", "from here on it jumps in a circle that nothing stops"},
          {"Hello. ^0 \n^5q ^6q ^82Yes^yNo^q ^6y Again. ^0 ^5q ",
           "from here on the conversation can never be left"},
+         {"^5q ^6q ^82Who?^wBye.^e ^6w Ann. ^0 ^5q ^6e Bye. ^0 ^7 ",
+          "the use key alone goes round here for ever: a question that was asked has to lead on"},
          {" ", "it has no text"}});
     expectEach(talk, "4: dialogue 'd': ",
                {{"\n^9turn(9)\nHello there.", "a line's end is no blank: the word after ^9 is swallowed"},
