@@ -8,7 +8,7 @@ namespace {
 /// What an animation may be doing: a set of these bits. A call changes every member of the set.
 enum Doing : unsigned { kStillOnce = 1, kStillLooping = 2, kPlaysOnce = 4, kPlaysLooping = 8 };
 constexpr unsigned kStill = kStillOnce | kStillLooping, kPlays = kPlaysOnce | kPlaysLooping;
-constexpr int kDeepestActions = 16; ///< set by each other's on_set
+constexpr int kMostEntered = 64; ///< actions that one list leads to: they may set each other without end
 
 unsigned played(unsigned doing) {
     return (doing & kStill) << 2 | (doing & kPlays);
@@ -92,11 +92,9 @@ private:
 
     void enter(const std::string& name) {
         const int32_t index = check_.childNames.find(object_, kCmlAction, name);
-        if (index < 0 || depth_ == kDeepestActions) return;
+        if (index < 0 || ++entered_ > kMostEntered) return;
         action_ = object_.childAt(index);
-        ++depth_;
         perform(action_->line, splitCmlList(action_->getAttribute("on_set")));
-        --depth_;
     }
 
     /// What the list has left behind.
@@ -116,6 +114,7 @@ private:
             talks_[action_].merge(begun_);
         }
         begun_.clear();
+        entered_ = 0;
     }
     bool isPlayedLater() const {
         return action_ && std::any_of(std::begin(action_->slots), std::end(action_->slots),
@@ -156,7 +155,7 @@ private:
     const bool plays_; ///< anything at all
     const cCmlElement* action_ = nullptr;
     unsigned doing_ = 0;
-    int depth_ = 0;
+    int entered_ = 0; ///< since the list began
     std::vector<Unplayed> unplayed_;
     std::set<std::string> begun_; ///< dialogues
     std::map<const cCmlElement*, unsigned> doingIn_;

@@ -316,6 +316,8 @@ TEST(CmlChecker, WarnsOfAnimationsThatNothingPlays) {
         return "<action name='a' on_set='set_timer(5)'><reaction type='timer' do='" + what + "' /></action>";
     };
     expectNothing(level, {person("o", still, timer("play_animation()")),
+                          person("o", "default_action='a'",
+                                 "<action name='a' on_set='set_action(a);set_action(a);set_action(a)' />"),
                           person("o", still, timer("turn(9)")) +
                               person("p", "default_action='a'", timer("o.play_animation()"))});
 }
