@@ -6,6 +6,7 @@
 #include "support/game_run.h"
 #include "ui/input_settings.h"
 #include "world/model_objects.h"
+#include "world/object_mgr.h"
 #include "world/world.h"
 
 #include <gtest/gtest.h>
@@ -225,6 +226,41 @@ TEST(Story, WhoIsKilledLiesDownAndOnceSearchedIsInNobodysWay) {
             EXPECT_FALSE(who->isActive()) << who->name();
         }
     }
+}
+
+TEST(Story, WhoLeavesAConversationEarlyIsAskedOrGivenAgain) {
+    const auto standBefore = [](GameRun& game, const char* whom) {
+        cObjectMgr::instance().hero()->setPosition(place(whom) + cVector3(0, 0, 1.6f));
+        game.frames(5);
+    };
+    const auto leave = [](GameRun& game) {
+        game.hold(CMD_JUMP, 2);
+        game.frames(20);
+        EXPECT_EQ(game.app.state(), STATE_GAME);
+    };
+    {
+        GameRun game(GameRun::at("shore", "deepwood.xml"));
+        standBefore(game, "edda");
+        game.use();
+        leave(game);
+        game.use();
+        game.talkToTheEnd();
+        EXPECT_EQ(bag().countOf(item("draught")), 2);
+        game.frames(30);
+        game.use();
+        game.talkToTheEnd();
+        EXPECT_EQ(bag().countOf(item("draught")), 2) << "but not twice";
+    }
+    GameRun game(GameRun::at("landing", "summit.xml"));
+    bag().give(item("letter"), 1);
+    standBefore(game, "marn");
+    for (int times = 0; times < 2; ++times) {
+        for (int i = 0; i < 250 && game.app.state() != STATE_DIALOGUE; ++i) game.frames(1);
+        game.frames(40);
+        ASSERT_NE(page().find("what is that seal"), std::string::npos) << page();
+        leave(game);
+    }
+    EXPECT_TRUE(bag().has(item("letter")));
 }
 
 TEST(Story, ThePowderAtTheArchLoadsWhatTheHeroHas) {
