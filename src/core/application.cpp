@@ -210,7 +210,7 @@ bool cApplication::startLevel() {
     world.spawnPoint = options_.spawn;
     world.saveGame();
     cRenderer::instance().drawLoadingScreen();
-    if (world.loadLevel(options_.level) < 0) {
+    if (world.loadLevel(options_.level) < 0 && !world.isLevelLoaded()) {
         platform::tellTerminal("The level \"" + options_.level + "\" cannot be loaded; " +
                                cLogMgr::instance().whereToRead() + " says why.");
         return false;

@@ -139,6 +139,7 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
                    {CMD_RIGHT, CMD_BACK, 1}};
     cBindings& keys = input_.bindings;
     cDialogue& dialogue = cDialogue::instance();
+    dialogue.setHint(dialogue.wantsHint() ? keysOfAReply() : "");
     if (keys.isCommandTriggered(CMD_USE)) {
         dialogue.advance(elapsedMs, state);
         keys.holdOffCommand(CMD_USE, kScreenHoldOff);
@@ -154,6 +155,16 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
         keys.holdOffCommand(row.command, kScreenHoldOff);
         keys.holdOffCommand(row.other, kScreenHoldOff);
     }
+}
+
+/// Our own addition: the keys of a reply, as they are bound, until the player has moved a choice once.
+std::string cPlayer::keysOfAReply() const {
+    const auto key = [&](int command) {
+        const auto code = static_cast<size_t>(input_.bindings.getBinding(command));
+        return code < input_.names.keys.size() ? input_.names.keys[code] : std::string(cKeyNames::kNoName);
+    };
+    return key(CMD_FORWARD) + " and " + key(CMD_BACK) + " choose a reply, " + key(CMD_USE) + " takes it, " +
+           key(CMD_JUMP) + " ends the talk.";
 }
 
 void cPlayer::updatePlay(uint32_t elapsedMs) {

@@ -50,6 +50,7 @@ private:
 
     void updateCinematic() const;
     void updateInventory();
+    std::string keysOfAReply() const;
     void updateDialogue(uint32_t elapsedMs, GameState* state);
     void updatePlay(uint32_t elapsedMs);
     bool look();

@@ -150,6 +150,12 @@ void cWorld::endCinematic(GameState* state) {
     camera.apply();
 }
 
+/// Our own rule: nothing would ever take away the fade of one that does not come to its end.
+void cWorld::giveUpCinematic() {
+    if (cinematic.playing) cinematic.fade = {};
+    cinematic.playing = false;
+}
+
 void cWorld::resetCinematic() {
     cinematic = cCinematic();
 }

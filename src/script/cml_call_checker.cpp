@@ -44,7 +44,13 @@ void number(const Call& call, const std::string& arg) {
     }
 }
 
-void body(const Call& call) {
+/// It will not stay as it was placed.
+void changed(const Call& call) {
+    call.check.moved.insert(call.self);
+}
+
+void moving(const Call& call) {
+    changed(call);
     const cCmlElement* physics = call.self->findChild(kCmlPhysics);
     if (!physics || !physics->findChild(kCmlBoundingVolume))
         call.warn("the object " + call.selfName() + " has no boundingvolume, so it cannot be moved");
@@ -56,7 +62,7 @@ void speed(const Call& call, const std::string& arg) {
     const int32_t n = toInt(arg);
     if (n < 0) call.warn("a negative speed is read as a huge one; turn instead");
     if (n > 0 && n <= kStandingSpeed) call.warn("moves nothing, a speed has to be above 10");
-    if (n > kStandingSpeed && call.self) body(call);
+    if (n > kStandingSpeed && call.self) moving(call);
 }
 
 void timer(const Call& call, const std::string& arg) {
@@ -209,6 +215,7 @@ void torso(const Call& call, const std::string& arg) {
 // --- What the calling object must have
 
 void animated(const Call& call) {
+    if (call.isForeign()) call.check.posed.insert(call.self);
     if (animatedModel(*call.self).empty())
         call.warn("the object " + call.selfName() + " has no animated model");
 }
@@ -245,9 +252,9 @@ constexpr CallRow kCalls[] = {
     {"set_direction", 1, {direction}},
     {"set_speed", 1, {speed}},
     {"set_timer", 1, {timer}},
-    {"set_position", 1, {position}},
+    {"set_position", 1, {position}, changed},
     {"set_action", 1, {action}},
-    {"destroy"},
+    {"destroy", 0, {}, changed},
     {"get_object", 1, {item, number}},
     {"run_dialogue", 1, {dialogue}},
     {"disable_physics"},
@@ -255,8 +262,8 @@ constexpr CallRow kCalls[] = {
     {"take_single_object", 1, {item, number}},
     {"take_all_objects", 1, {item}},
     {"take_selected_object"},
-    {"set_active", 1, {number}},
-    {"swap_active"},
+    {"set_active", 1, {number}, changed},
+    {"swap_active", 0, {}, changed},
     {"set_animation", 1, {animation}, animated},
     {"set_animation_legs", 1, {legs}, animated},
     {"set_animation_torso", 1, {torso}, animated},
@@ -268,11 +275,11 @@ constexpr CallRow kCalls[] = {
     {"get_subobject", 1, {item, number}},
     {"turn", 1, {number}},
     {"level"},
-    {"set_acceleration", 3, {number, number, number}, body},
-    {"set_radius", 1, {number}},
+    {"set_acceleration", 3, {number, number, number}, moving},
+    {"set_radius", 1, {number}, changed},
     {"run_cinematic", 1, {cinematic}},
     {"play_sound", 1, {sound, number}},
-    {"run_vehicle"},
+    {"run_vehicle", 0, {}, changed},
     {"swap_level", 0, {}, doorToLevel},
     {"play_stream", 0, {}, stream},
     {"intensity"},

@@ -1,5 +1,7 @@
 #include "script/cml_call_text.h"
 
+#include <algorithm>
+
 namespace {
 constexpr size_t kMostArgs = 255;
 
@@ -42,6 +44,16 @@ std::vector<std::string> splitCmlList(const std::string& list) {
     std::vector<std::string> pieces = splitAt(list, ';');
     if (pieces.back().empty()) pieces.pop_back();
     return pieces;
+}
+
+std::vector<CmlScriptCall> cmlScriptCalls(const std::string& script) {
+    std::vector<CmlScriptCall> calls;
+    for (size_t tag = script.find("^9"); tag != std::string::npos;) {
+        const size_t start = tag + 2, end = std::min(script.find(' ', start), script.size());
+        calls.push_back({tag, script.substr(start, end - start)});
+        tag = script.find("^9", end);
+    }
+    return calls;
 }
 
 bool startsWithLetter(const std::string& text) {

@@ -17,6 +17,13 @@ struct CmlCallText {
 /// Pieces of a call list between its ';'; a trailing one adds none.
 std::vector<std::string> splitCmlList(const std::string& list);
 
+/// A call of a talking script, which stands behind "^9" and ends at the first blank.
+struct CmlScriptCall {
+    size_t at; ///< of its tag
+    std::string text;
+};
+std::vector<CmlScriptCall> cmlScriptCalls(const std::string& script);
+
 /// An argument becomes a number, or a name when it begins with a letter.
 bool startsWithLetter(const std::string& text);
 /// The second argument of a variable's call is a number, or else the name of another variable.

@@ -40,6 +40,8 @@ public:
     std::set<const cCmlElement*> used;    ///< actions, dialogues and cinematics that something starts
     std::set<const cCmlElement*> steered; ///< objects whose action another object sets
     std::set<const cCmlElement*> timed;   ///< objects whose timer is set
+    std::set<const cCmlElement*> posed;   ///< objects whose animation another object changes
+    std::set<const cCmlElement*> moved;   ///< objects that calls move, resize, switch or take away
     std::set<std::pair<const cCmlElement*, std::string>> setLocals;         ///< object and name
     std::map<std::pair<const cCmlElement*, std::string>, int> testedLocals; ///< and a line that asks
     std::map<int32_t, std::string> soundNames;                              ///< by their hash

@@ -4,10 +4,12 @@
 
 #include "core/name_hash.h"
 #include "core/parse.h"
+#include "script/animation_checker.h"
 #include "script/cml_call_checker.h"
 #include "script/cml_call_text.h"
 #include "script/cml_vocabulary.h"
 #include "script/dialogue_checker.h"
+#include "script/placing_checker.h"
 
 #include <algorithm>
 
@@ -333,14 +335,10 @@ void checkCalls(cCmlCheck& check, const cCmlElement& object, const cCmlElement& 
 
 /// The calls of a talking script, as the compiler finds them.
 void checkScriptCalls(cCmlCheck& check, const cCmlElement& object, const cXmlNode& source) {
-    const std::string& text = source.text;
-    for (size_t tag = text.find("^9"); tag != std::string::npos; tag = text.find("^9", tag)) {
-        const size_t start = tag + 2, end = std::min(text.find(' ', start), text.size());
-        const std::string call = text.substr(start, end - start);
-        const bool cut = call.find('(') != std::string::npos && call.find(')') == std::string::npos;
-        if (!cut)
-            checkCmlCall(check, {object, source.textLine(tag), false}, call); // else a fault of the script
-        tag = end;
+    for (const CmlScriptCall& call : cmlScriptCalls(source.text)) {
+        const bool cut = call.text.find('(') != std::string::npos && call.text.find(')') == std::string::npos;
+        if (!cut) // else a fault of the script
+            checkCmlCall(check, {object, source.textLine(call.at), false}, call.text);
     }
 }
 
@@ -371,7 +369,7 @@ void walk(cCmlCheck& check, const cCmlElement& e, const cXmlNode& source, const 
 }
 
 /// What can be told only when all calls have been seen.
-void checkWhatIsUsed(cCmlCheck& check) {
+void checkWhatIsUsed(cCmlCheck& check, const cXmlNode& source) {
     checkObjectNames(check);
     for (int32_t i = 0; i < check.root.childCount(); ++i) {
         const cCmlElement& object = *check.root.childAt(i);
@@ -379,7 +377,10 @@ void checkWhatIsUsed(cCmlCheck& check) {
         checkDefaultAction(check, object);
         checkUse(check, object);
         checkTimer(check, object);
+        checkPlacing(check, object);
+        checkAnimations(check, object, *source.children[static_cast<size_t>(i)]);
     }
+    checkShadows(check);
     checkUse(check, check.root);
     checkSpawnPoints(check);
     checkLocals(check);
@@ -393,7 +394,7 @@ int checkCmlDocument(const std::string& fileName, const CmlLookups& lookups, con
     if (document.load(fileName, lookups, errors) != 0 || source.load(fileName) != 0) return -1;
     cCmlCheck check(document, data, warnings);
     walk(check, document, source, nullptr);
-    checkWhatIsUsed(check);
+    checkWhatIsUsed(check, source);
     std::stable_sort(warnings.rows.begin(), warnings.rows.end(),
                      [](const CmlReport::Row& a, const CmlReport::Row& b) { return a.line < b.line; });
     return 0;

@@ -113,8 +113,9 @@ void cCmlObject::checkFallsBelow() {
 }
 
 void cCmlObject::move() {
-    if (acceleration_.lengthSq() > kLeastSteering) {
-        direction_ = (direction_ + acceleration_).normalized();
+    const cVector3 steered = (direction_ + acceleration_).normalized();
+    if (acceleration_.lengthSq() > kLeastSteering && steered.lengthSq() > 0) {
+        direction_ = steered;
         speed_ += kThrust * direction_.dot(acceleration_.normalized()) * accelerationLength_;
         if (owner_->body && speed_ > 2 * owner_->body->shape.radius) speed_ = 2 * owner_->body->shape.radius;
         owner_->setDirection(direction_);
@@ -131,6 +132,7 @@ void cCmlObject::tiltUp() const {
 }
 
 void cCmlObject::setMoveDirection(const cVector3& unitDirection) {
+    if (unitDirection.lengthSq() == 0) return;
     direction_ = unitDirection;
     owner_->setDirection(unitDirection);
     if (!(flags_ & MOVE_GROUNDED)) tiltUp();

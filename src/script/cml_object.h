@@ -34,6 +34,8 @@ public:
         return left > 0;
     }
 
+    /// Our own rule: (0, 0, 0), the direction to one's own place, changes nothing, or the model would
+    /// collapse.
     void setMoveDirection(const cVector3& unitDirection);
     void setSpeed(float speed) { speed_ = speed; }
     void setTimer(uint32_t ms) { timer_ = ms; }

@@ -14,6 +14,8 @@ namespace {
 constexpr int kOpeningStep = 20; ///< pixels a frame
 constexpr int kFrame = 12;       ///< between outer and inner box
 constexpr int kTextLeft = 8, kTextTop = 34;
+constexpr int kHintFoot = 6; ///< below the sixth reply
+constexpr float kHintScale = 0.7f;
 
 std::unique_ptr<cDialogue> g_instance;
 
@@ -146,6 +148,12 @@ void cDialogue::draw() {
         glColor4ub(word.colour.r, word.colour.g, word.colour.b, 255);
         renderer.print(centre - box.inner + kTextLeft + word.x, top_ - kTextTop - word.y, 1, 0, "%s",
                        word.text.c_str());
+    }
+    if (choosing_ && !box.animating && !hint_.empty()) {
+        // To the right: the panel with the health covers the left corner.
+        const int right = centre + box.inner - kTextLeft - renderer.textWidth(0, kHintScale, hint_);
+        glColor4ub(255, 255, 192, 224);
+        renderer.print(right, bottom + kFrame + kHintFoot, kHintScale, 0, "%s", hint_.c_str());
     }
     renderer.setProjection(false);
     glPopAttrib();

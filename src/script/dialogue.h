@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 class cCmlElement;
@@ -48,7 +49,15 @@ public:
     bool isVisible() const { return active_ || openWidth_ > 0; }
     /// The use key: next page, or the reply that is highlighted.
     void advance(uint32_t elapsedMs, GameState* state);
-    void moveChoice(int by) { choice_ += by; }
+    void moveChoice(int by) {
+        choice_ += by;
+        choiceMoved_ = true;
+    }
+    /// A menu waits, and nobody has yet moved a choice since the program's start.
+    bool wantsHint() const { return choosing_ && !choiceMoved_; }
+    /// A small line at the foot of the box, as long as a menu waits.
+    void setHint(std::string hint) { hint_ = std::move(hint); }
+    const std::string& getHint() const { return hint_; }
     /// The speaker's object is about to go: the conversation ends.
     void forget(const cObject* object);
 
@@ -76,6 +85,8 @@ private:
     int32_t openWidth_ = 0; ///< pixels, 0 when closed
     bool active_ = false;
     bool choosing_ = false;
+    bool choiceMoved_ = false;
+    std::string hint_;
     int32_t choice_ = 0;
     int32_t replyCount_ = 0;
     std::array<char, kMostReplies> replyTargets_{};

@@ -65,7 +65,10 @@ private:
         }
         return to;
     }
-    void goOn(size_t position, PageState state) { steps_.push_back({at_, reach(position, state)}); }
+    void goOn(size_t position, PageState state) {
+        steps_.push_back({at_, reach(position, state)});
+        highlighted_.emplace(at_, steps_.back().to);
+    }
     void endPage(size_t next) {
         mark(kPageEnds);
         goOn(next, kEmpty);
@@ -273,6 +276,24 @@ private:
                                            : "from here on it jumps in a circle that nothing stops");
             return reportWarnings();
         }
+        reportRound();
+    }
+
+    /// The use key alone takes the first reply of every menu, or what it leads to once more.
+    void reportRound() {
+        std::set<size_t> passed;
+        size_t menu = kNowhere;
+        for (size_t at = 0; (flags_[at] & kLeaves) == 0;) {
+            const auto next = highlighted_.find(at);
+            if (next == highlighted_.end()) return;
+            if (!passed.insert(at).second) {
+                warn(menu,
+                     "the use key alone goes round here for ever: a question that was asked has to lead on");
+                return reportWarnings();
+            }
+            if (text_.compare(at / kPageStates, kTagLength, "^8") == 0) menu = at / kPageStates;
+            at = next->second;
+        }
     }
 
     cCmlCheck& check_;
@@ -281,6 +302,7 @@ private:
     const std::vector<size_t> breaks_;
     std::vector<uint8_t> flags_; ///< by position and page state
     std::vector<Step> steps_;
+    std::map<size_t, size_t> highlighted_; ///< where a word leads, a menu by its first reply
     std::vector<bool> reached_;
     std::array<size_t, 256> fromFirst_, fromThird_; ///< the label's place, as jumps and replies look for it
     std::vector<size_t> open_;

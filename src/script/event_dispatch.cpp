@@ -7,6 +7,7 @@
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
 #include "script/frame_budget.h"
+#include "ui/input_mgr.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
 
@@ -79,6 +80,24 @@ void reportEndless(const cEvent& e) {
     if (object) object->reportOnce("causes events without end");
 }
 
+/// Hits arrive behind the menu and the inventory as well. Our own rule: the conversation that one of them
+/// starts or ends is what the open menu returns to, since nothing else would close it; the inventory closes
+/// first.
+GameState& stateBehindMenu(GameState* state) {
+    return *state == STATE_MENU ? cInputMgr::instance().returnState : *state;
+}
+
+void conversationStarted(GameState* state) {
+    GameState& behind = stateBehindMenu(state);
+    if (behind == STATE_INVENTORY) cWorld::instance().inventory.close();
+    behind = STATE_DIALOGUE;
+}
+
+void conversationEnded(GameState* state) {
+    GameState& behind = stateBehindMenu(state);
+    if (*state != STATE_MENU || behind == STATE_DIALOGUE) behind = STATE_GAME;
+}
+
 void handle(const cEvent& e, GameState* state) {
     switch (e.type) {
     case cEvent::kTouchedGeometry:
@@ -88,10 +107,10 @@ void handle(const cEvent& e, GameState* state) {
         touched(e.source, e.other);
         break;
     case cEvent::kDialogueStarted:
-        if (cDialogue::instance().isActive()) *state = STATE_DIALOGUE;
+        if (cDialogue::instance().isActive()) conversationStarted(state);
         break;
     case cEvent::kDialogueEnded:
-        if (!cDialogue::instance().isActive()) *state = STATE_GAME;
+        if (!cDialogue::instance().isActive()) conversationEnded(state);
         break;
     case cEvent::kBallisticHit:
         hit(e, kTriggerBallisticHit);

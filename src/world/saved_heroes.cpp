@@ -109,7 +109,7 @@ void cWorld::enterLevel() {
         leaveGame("The checkpoint of " + hero + " is damaged.");
     } else if (levelFile == kEndOfTheGame) {
         leaveGame(hero + " has reached the end of the journey.");
-    } else if (loadLevel(std::string(levelFile)) != 0) {
+    } else if (loadLevel(std::string(levelFile)) != 0 && !isLevelLoaded()) {
         cLogMgr::instance().error("The level %s of the checkpoint cannot be loaded", levelFile.c_str());
         leaveGame("The level " + levelFile + " cannot be loaded. quorvane.html says why.");
     } else if (!cObjectMgr::instance().hero()) {

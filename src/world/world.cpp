@@ -73,7 +73,7 @@ void cWorld::updateCameraOrCinematic(uint32_t, GameState* state) {
     } else {
         // The menu only pauses a cinematic; a conversation within it has ended it, since that leads to the
         // game.
-        if (*state != STATE_MENU) cinematic.playing = false;
+        if (*state != STATE_MENU) giveUpCinematic();
         camera.apply();
     }
 }

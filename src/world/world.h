@@ -18,9 +18,11 @@ public:
     static void destroy();
 
     // --- Levels (level_loader.cpp, saved_heroes.cpp)
-    /// 0, or negative when the document or a file of it cannot be loaded; a document that fails leaves no
+    /// 0, or negative when the document or its scenery cannot be loaded; a document that fails leaves no
     /// objects.
     int loadLevel(const std::string& fileName);
+    /// False after a document that failed. Our own rule: a level that lacks only its scenery is entered.
+    bool isLevelLoaded() const { return !document.name.empty(); }
     /// Starts the end-of-level fade towards a level; ignored while one is under way.
     void requestLevelChange(const std::string& level, const std::string& spawn);
     /// A new hero at the first level's first spawn point. False, with the menu open and a notice in it, when
@@ -105,6 +107,7 @@ private:
     void loadHero();
     void loadMusic();
     void endCinematic(GameState* state);
+    void giveUpCinematic();
     void enterLevel();
     void wakeUp(); ///< enters the level in full health
     void leaveGame(const std::string& reason);

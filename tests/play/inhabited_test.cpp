@@ -1,9 +1,12 @@
 // The first level as its people live in it: talk, lever, gate, bell, flight, watch and ride, by keys alone.
 
 #include "script/cml_object.h"
+#include "script/dialogue.h"
 #include "support/game_run.h"
+#include "ui/input_mgr.h"
 #include "world/world.h"
 
+#include <SDL.h>
 #include <gtest/gtest.h>
 
 using inhabitants::action;
@@ -22,8 +25,13 @@ TEST(Inhabited, RosaRemembersWhatWasSaid) {
     EXPECT_NE(page().find("Good morning, Quorvane!"), std::string::npos);
     game.use();
     game.use();
+    cInputMgr::instance().bindings.setBinding(CMD_USE, SDLK_f);
+    game.frames(2);
+    EXPECT_EQ(cDialogue::instance().getHint(), "W and S choose a reply, F takes it, SPACE ends the talk.");
+    cInputMgr::instance().bindings.setBinding(CMD_USE, SDLK_e);
     game.hold(CMD_BACK, 2);
     game.frames(20);
+    EXPECT_EQ(cDialogue::instance().getHint(), "") << "who has chosen knows";
     game.use();
     EXPECT_NE(page().find("harbour bell"), std::string::npos) << "the second reply";
     const cVector3 before = game.hero();
@@ -35,6 +43,42 @@ TEST(Inhabited, RosaRemembersWhatWasSaid) {
     game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
     EXPECT_NE(page().find("The lever stands"), std::string::npos) << "she does not introduce herself twice";
+    game.use();
+    EXPECT_NE(page().find("What is there to do"), std::string::npos)
+        << "but what was cut short is asked again";
+}
+
+TEST(Inhabited, TheUseKeyAloneGetsThroughEveryConversation) {
+    for (const auto& [spawn, level] :
+         {std::pair("hut", "testlevel.xml"), {"shore", "deepwood.xml"}, {"landing", "summit.xml"}}) {
+        GameRun game(GameRun::at(spawn, level));
+        const cCmlElement& document = cWorld::instance().document;
+        cDialogue& talk = cDialogue::instance();
+        // From whatever reply the highlight was moved to when the first menu came.
+        const auto pressesUntilTheEnd = [&](const cCmlElement& dialogue, cCmlObject& speaker, int choice) {
+            GameState state = STATE_DIALOGUE;
+            talk.start(dialogue, speaker);
+            int presses = 0;
+            bool moved = false;
+            for (; talk.isActive() && presses < 60; ++presses) {
+                talk.layOutPage();
+                if (talk.isChoosing() && !moved) talk.moveChoice(choice);
+                moved |= talk.isChoosing();
+                talk.advance(16, &state);
+            }
+            talk.close();
+            return presses;
+        };
+        for (const auto& object : document.children)
+            for (const auto& e : object->children) {
+                if (e->name != "dialogue") continue;
+                const std::string& name = object->getAttribute("name");
+                for (int choice = 0; choice < cDialogue::kMostReplies; ++choice)
+                    EXPECT_LT(pressesUntilTheEnd(static_cast<cCmlElement&>(*e), script(name.c_str()), choice),
+                              30)
+                        << name << ", " << e->getAttribute("name") << ", reply " << choice;
+            }
+    }
 }
 
 TEST(Inhabited, TheLeverOpensTheGateAndTheBellShutsIt) {

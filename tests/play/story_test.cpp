@@ -5,6 +5,8 @@
 #include "script/cml_object.h"
 #include "support/game_run.h"
 #include "ui/input_settings.h"
+#include "world/model_objects.h"
+#include "world/object_mgr.h"
 #include "world/world.h"
 
 #include <gtest/gtest.h>
@@ -150,6 +152,7 @@ TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
     game.frames(120);
     ASSERT_EQ(cWorld::instance().levelFile, "summit.xml");
     ASSERT_TRUE(bag().has(item("letter"))) << "what he carries comes with him";
+    EXPECT_LT(place("flame_beacon").y, 0) << "dark";
 
     // Up the mountain, past those who shoot.
     game.player.press(CMD_RUN);
@@ -178,6 +181,86 @@ TEST(Story, ApplesBuyTheBridgeAndALetterTheBeacon) {
     EXPECT_GT(place("flame_beacon").y, place("beacon_top").y) << "the beacon burns";
     for (int i = 0; i < 1500 && game.app.state() != STATE_QUIT; ++i) game.frames(1);
     EXPECT_EQ(game.app.state(), STATE_QUIT) << "the last picture, and out";
+}
+
+TEST(Story, WhoIsKilledLiesDownAndOnceSearchedIsInNobodysWay) {
+    for (const auto& [spawn, level, people] :
+         {std::tuple("shore", "deepwood.xml", 6u), {"landing", "summit.xml", 5u}}) {
+        GameRun game(GameRun::at(spawn, level));
+        std::vector<cCmlObject*> alive, dead;
+        for (const auto& e : cWorld::instance().document.children) {
+            const std::string& name = e->getAttribute("name");
+            if (e->name != "object" ||
+                !static_cast<cCmlElement&>(*e).findChildWith(kCmlAction, "name", "die"))
+                continue;
+            alive.push_back(&script(name.c_str()));
+        }
+        ASSERT_EQ(alive.size(), people);
+        const auto pose = [](const cCmlObject* who) -> const cCharacterPose& {
+            return static_cast<cAnimatedObject*>(who->getOwner())->pose();
+        };
+        const auto hit = [](cCmlObject* who, int32_t damage) {
+            who->setParam(damage);
+            who->fireReaction(kTriggerBallisticHit);
+        };
+        for (cCmlObject* who : alive) hit(who, 1);
+        // Best when the pain, or the aiming, is over and nothing plays; boars never stand still.
+        for (int frame = 0; !alive.empty(); ++frame) {
+            game.frames(1);
+            std::erase_if(alive, [&](cCmlObject* who) {
+                if (pose(who).isPlaying() && frame < 200) return false;
+                hit(who, 1000);
+                dead.push_back(who);
+                return true;
+            });
+        }
+        game.frames(150);
+        for (cCmlObject* who : dead) {
+            const cAnimModel& body = pose(who).getModel()->parts[kLowerPart];
+            const int32_t death = body.findAnimation("BOTH_DEATH1");
+            EXPECT_GE(pose(who).getState(kLowerPart).frameA,
+                      body.animations[static_cast<size_t>(death)].endFrame - 1)
+                << who->name() << " still stands";
+            EXPECT_EQ(who->getCurrentAction()->getAttribute("name"), "dead");
+            who->fireReaction(kTriggerContext);
+            EXPECT_FALSE(who->isActive()) << who->name();
+        }
+    }
+}
+
+TEST(Story, WhoLeavesAConversationEarlyIsAskedOrGivenAgain) {
+    const auto standBefore = [](GameRun& game, const char* whom) {
+        cObjectMgr::instance().hero()->setPosition(place(whom) + cVector3(0, 0, 1.6f));
+        game.frames(5);
+    };
+    const auto leave = [](GameRun& game) {
+        game.hold(CMD_JUMP, 2);
+        game.frames(20);
+        EXPECT_EQ(game.app.state(), STATE_GAME);
+    };
+    {
+        GameRun game(GameRun::at("shore", "deepwood.xml"));
+        standBefore(game, "edda");
+        game.use();
+        leave(game);
+        game.use();
+        game.talkToTheEnd();
+        EXPECT_EQ(bag().countOf(item("draught")), 2);
+        game.frames(30);
+        game.use();
+        game.talkToTheEnd();
+        EXPECT_EQ(bag().countOf(item("draught")), 2) << "but not twice";
+    }
+    GameRun game(GameRun::at("landing", "summit.xml"));
+    bag().give(item("letter"), 1);
+    standBefore(game, "marn");
+    for (int times = 0; times < 2; ++times) {
+        for (int i = 0; i < 250 && game.app.state() != STATE_DIALOGUE; ++i) game.frames(1);
+        game.frames(40);
+        ASSERT_NE(page().find("what is that seal"), std::string::npos) << page();
+        leave(game);
+    }
+    EXPECT_TRUE(bag().has(item("letter")));
 }
 
 TEST(Story, ThePowderAtTheArchLoadsWhatTheHeroHas) {

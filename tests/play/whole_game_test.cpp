@@ -36,9 +36,10 @@ TEST(WholeGame, EscapeOpensTheMenuAndReturnGoesOn) {
     game.frames(20);
     game.tapKey(SDLK_ESCAPE);
     EXPECT_EQ(game.app.state(), STATE_MENU);
-    const cVector3 before = game.hero();
-    game.hold(CMD_FORWARD, 30);
-    EXPECT_EQ(game.hero(), before) << "nobody moves behind the menu";
+    const cVector3 hero = game.hero(), child = inhabitants::place("pim");
+    game.hold(CMD_FORWARD, 60);
+    EXPECT_EQ(game.hero(), hero) << "nobody moves behind the menu";
+    EXPECT_EQ(inhabitants::place("pim"), child) << "not even who runs all day";
     game.tapKey(SDLK_RETURN);
     game.frames(31);
     EXPECT_EQ(game.app.state(), STATE_MENU) << "the panel slides away first";

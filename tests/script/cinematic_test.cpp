@@ -79,7 +79,7 @@ TEST_F(Cinematic, TheStateBeforeTheFirstOneComesBack) {
 }
 
 TEST_F(Cinematic, TheMenuPausesAndAConversationEnds) {
-    start(5, "", kNext);
+    start(5, "<filter frame='0' rgb='0,0,0' alpha='1' /><filter frame='4' rgb='0,0,0' alpha='1' />", kNext);
     world.resetCinematic();
     world.camera.toggleView();
     EXPECT_FALSE(world.isPlayerVisible());
@@ -92,10 +92,12 @@ TEST_F(Cinematic, TheMenuPausesAndAConversationEnds) {
     t.state = STATE_CINEMATIC;
     step();
     EXPECT_EQ(world.cinematic.frame, 3u) << "goes on where it was";
+    EXPECT_GT(world.cinematic.fade.a, 0);
     for (const GameState left : {STATE_DIALOGUE, STATE_GAME}) {
         t.state = left;
         step();
         EXPECT_EQ(t.state, left);
+        EXPECT_EQ(world.cinematic.fade.a, 0) << "nothing covers what is played";
         EXPECT_FALSE(world.isPlayerVisible());
     }
     world.startCinematic(2);

@@ -92,14 +92,14 @@ void expectEach(Wrap wrap, const std::string& where, std::initializer_list<Case>
 }
 /// The object "o", which stands beside "gate" with other children and variables.
 std::string beside(const std::string& calls, const std::string& test) {
-    return level(object("o", "default_action='a' on_set='set_local(mine,1);set_timer(1)" + calls + "'",
-                        "<action name='a' on_set=''><reaction type='timer'>" + test +
+    return level(object("o", "default_action='a' on_set='set_local(mine,1);set_timer(1)'",
+                        "<action name='a' on_set=''><reaction type='timer' do='" + calls + "'>" + test +
                             "</reaction></action><item name='bow' src='bow' />") +
                  object("gate", "default_action='open' on_set='set_local(first,0);set_local(mine,0)'",
                         "<action name='open' />"));
 }
 std::string calling(const std::string& calls) {
-    return beside(";" + calls, "");
+    return beside(calls, "");
 }
 std::string asking(const std::string& test) {
     return beside("", "<requirement test='" + test + "' />");
@@ -254,9 +254,102 @@ TEST(CmlChecker, WarnsOfReactionsThatNeverHappen) {
                  "a requirement without a test always holds: what comes after it is never done"}});
 }
 
+TEST(CmlChecker, WarnsOfWhatThePlacingUndoes) {
+    const std::string undone =
+        ": undone when the level is loaded, since the object is placed as its physics say "
+        "after this on_set; a timer comes later\n";
+    for (const char* call :
+         {"set_position(gate)", "set_direction(gate)", "turn(90)", "level()", "set_radius(9)"}) {
+        const auto of = [&](const std::string& object, const std::string& first, const std::string& timer,
+                            const std::string& second, const std::string& prefix = "") {
+            const auto list = [&](const std::string& where) {
+                return where.empty() ? where : ";" + prefix + call;
+            };
+            return level(::object("gate", "") + "\n" +
+                         ::object("o", "default_action='a' on_set='set_timer(1)" + list(object) + "'",
+                                  "\n<action name='a' on_set='set_speed(0)" + list(first) +
+                                      "'><reaction type='timer' do='set_action(b)" + list(timer) +
+                                      "' /></action>\n<action name='b' on_set='set_speed(0)" + list(second) +
+                                      "' />"));
+        };
+        expectRows(of("x", "", "", ""), "3: " + (call + undone));
+        expectRows(of("", "x", "", "", "o."), "4: o." + (call + undone));
+        expectRows(of("", "", "x", "x"), "");
+        expectRows(of("x", "x", "", "", "gate."), "");
+    }
+}
+
+TEST(CmlChecker, WarnsOfAnimationsThatNothingPlays) {
+    const std::string begin = "set_animation(IDLE);set_animation_type(loop);play_animation();set_timer(5)",
+                      once = "set_animation(IDLE);set_animation_type(single)";
+    struct {
+        std::string first, timer, end; ///< the default action's list, what its timer does, action "b"
+        bool warned;
+    } const kRows[] = {
+        {begin, "set_action(b)", once, false}, // the loop goes on playing
+        {begin, "halt_animation();set_action(b)", once, true},
+        {once + ";play_animation();set_timer(5)", "set_action(b)", once, true},
+        {once + ";play_animation();set_timer(5)", "set_action(b)", "set_animation(IDLE)", true},
+        {once + ";play_animation();set_timer(5)", "set_action(b);play_animation()", once, false},
+        {once + ";play_animation();set_timer(5)", "set_animation_type(loop);play_animation();set_action(b)",
+         once, false},
+        {"set_timer(5)", "set_action(b)", once, true},
+        {"set_timer(5)", "set_action(b)", "set_animation(IDLE)", false}, // a posture
+        {"set_timer(5)", "play_animation();set_action(b)", once, false},
+        {"set_timer(5)", "set_action(b)", "play_animation();" + once, false},
+        {"set_timer(5)", "run_dialogue(d)", once, true},
+    };
+    for (const auto& row : kRows) {
+        const bool talks = row.timer == "run_dialogue(d)";
+        expectRows(
+            level(person("o", "default_action='a'",
+                         "<action name='a' on_set='" + row.first + "'><reaction type='timer' do='" +
+                             row.timer + "' /></action>\n<action name='b' on_set='" + row.end + "' />" +
+                             (talks ? "<dialogue name='d'>^9set_action(b) Look. ^0 ^7 </dialogue>" : ""))),
+            row.warned ? "3: set_animation(IDLE): nothing plays it where the animation before it has ended; "
+                         "play_animation() is missing\n"
+                       : "");
+    }
+    // What another object does is not followed, and what is played later is meant so.
+    const std::string still = "default_action='a' on_set='" + once + "'";
+    const auto timer = [](const std::string& what) {
+        return "<action name='a' on_set='set_timer(5)'><reaction type='timer' do='" + what + "' /></action>";
+    };
+    expectNothing(level, {person("o", still, timer("play_animation()")),
+                          person("o", "default_action='a'",
+                                 "<action name='a' on_set='set_action(a);set_action(a);set_action(a)' />"),
+                          person("o", still, timer("turn(9)")) +
+                              person("p", "default_action='a'", timer("o.play_animation()"))});
+}
+
+TEST(CmlChecker, WarnsOfWhatStandsInAnothersShadow) {
+    const std::string chest = object("chest", "default_action='a'",
+                                     "<action name='a'><reaction type='context' do='turn(9)' /></action>");
+    const auto rug = [](const std::string& place, const std::string& radius, const std::string& does = "") {
+        return "<object name='rug' " + does +
+               "><appearance type='static'><model file='thing.cpm' /></appearance><physics position='" +
+               place + "' radius='" + radius + "' /></object>\n";
+    };
+    const std::string warning =
+        "3: the use key hardly reaches the object 'chest': 'rug' comes before it and stands "
+        "in the same place\n";
+    for (const auto& [before, warned] : {std::pair(rug("0,0,0", "2"), true),
+                                         {rug("0.5,0,0", "0.5"), true},
+                                         {rug("1,0,0", "0.5"), false}, // it can be gone round
+                                         {rug("0,0,0", "0.1"), false},
+                                         {rug("9,0,0", "2"), false},
+                                         {rug("0,0,0", "2", "on_set='set_active(0)'"), false}})
+        expectRows(level(before + chest), warned ? warning : "");
+    expectNothing(level, {chest + rug("0,0,0", "2"),
+                          person("o", "default_action='a'", "<action name='a' on_set='rug.destroy()' />") +
+                              rug("0,0,0", "2") + chest,
+                          rug("0,0,0", "2") + object("chest", "")});
+}
+
 TEST(CmlChecker, FollowsEveryWayThroughATalkingScript) {
     expectNothing(
-        talk, {"^25 Ann: ^20 Hello, ^A! ^0 \n^5q ^6q ^82Who?^w Bye.^e \n^6w Ann. ^0 \n^5q \n^6e Bye. ^0 ^7 ",
+        talk, {"^25 Ann: ^20 Hello, ^A! ^0 \n^5q ^6q ^82Bye.^eWho?^w \n^6w Ann. ^0 \n^5q \n^6e Bye. ^0 ^7 ",
+               "^5q ^6q ^82Who?^wBye.^e ^6w Ann. ^0 ^5r ^6r ^82Bye.^eWho again?^w ^6e Bye. ^0 ^7 ",
                "^3 One ^1 two. ^0 ^9set_timer(5) ^4 Three."});
     expectEach(
         talk, "3: dialogue 'd': ",
@@ -276,6 +369,8 @@ TEST(CmlChecker, FollowsEveryWayThroughATalkingScript) {
          {"^5a ^6b ^5a ^6a ^5b ", "from here on it jumps in a circle that nothing stops"},
          {"Hello. ^0 \n^5q ^6q ^82Yes^yNo^q ^6y Again. ^0 ^5q ",
           "from here on the conversation can never be left"},
+         {"^5q ^6q ^82Who?^wBye.^e ^6w Ann. ^0 ^5q ^6e Bye. ^0 ^7 ",
+          "the use key alone goes round here for ever: a question that was asked has to lead on"},
          {" ", "it has no text"}});
     expectEach(talk, "4: dialogue 'd': ",
                {{"\n^9turn(9)\nHello there.", "a line's end is no blank: the word after ^9 is swallowed"},

@@ -40,6 +40,7 @@ RunOptions GameRun::at(const char* spawn, const char* level) {
 
 void GameRun::frames(int count) {
     for (int i = 0; i < count; ++i) {
+        begun_ |= app.state() != STATE_INTRO && app.state() != STATE_MENU;
         switch (app.state()) {
         case STATE_QUIT:
             return;
@@ -48,7 +49,7 @@ void GameRun::frames(int count) {
             if (app.state() != STATE_INTRO) app.afterIntro();
             break;
         case STATE_MENU:
-            app.menuFrame();
+            begun_ ? app.gameFrame() : app.menuFrame();
             break;
         default:
             app.gameFrame();

@@ -22,7 +22,7 @@ public:
     /// What starts a level at once.
     static RunOptions at(const char* spawn, const char* level = "testlevel.xml");
 
-    void frames(int count); ///< of whatever loop the state asks for
+    void frames(int count); ///< of the loop that the program would be in
     bool walkTo(float x, float z, int mostFrames = 900);
     /// From place to place; false, with the place named in a test failure, when one is not reached.
     bool follow(std::initializer_list<std::pair<float, float>> places, int mostFrames = 900);
@@ -46,6 +46,7 @@ public:
 
 private:
     std::shared_ptr<TempGame> files_; ///< collects log rows from before the first manager exists
+    bool begun_ = false; ///< the start menu is behind us: the game's loop goes on behind the menu
 };
 
 /// The people and things of the current level, by name; they must exist.

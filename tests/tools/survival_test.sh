@@ -52,6 +52,10 @@ cp -r "$data" "$work/cut"
 find "$work/cut" -type f -size +100c ! -name '*.cfg' -exec truncate -s 100 {} +
 expect 'a level that is cut short' 1 'The level "testlevel.xml" cannot be loaded; .*says why' \
     "$game" --data "$work/cut" --user "$work/cut_level" --level testlevel.xml
+cp -r "$data" "$work/bare"
+rm "$work/bare/oct/island.oct"
+expect 'a level without its scenery' 0 'Not everything could be loaded; .*quorvane.html says what' \
+    stop_after 5 "$game" --data "$work/bare" --user "$work/bare_level" --level testlevel.xml
 expect 'a data set that is cut short' 0 'Not everything could be loaded; .*quorvane.html says what' \
     stop_after 5 "$game" --data "$work/cut" --user "$work/cut_menu"
 grep -q 'CML file contains errors! (intro.xml)' "$work/cut_menu/quorvane.html" || fail 'the log does not name the file'

@@ -141,6 +141,16 @@ TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
     }
 }
 
+TEST_F(SavedHeroes, ALevelWithoutSceneryIsEntered) {
+    t.game.write("isle.xml", "<level name=\"l\"><files appearance=\"none.oct\" collision=\"none.oct\" />" +
+                                 spawnElement() + "</level>");
+    save("Ada", 1);
+    ASSERT_EQ(world.loadSavedGame("Ada"), 0);
+    EXPECT_TRUE(world.isGameLoaded());
+    EXPECT_NE(cObjectMgr::instance().hero(), nullptr);
+    EXPECT_EQ(TempGame::errorCount("Failed to open scenery file none.oct"), 1);
+}
+
 TEST_F(SavedHeroes, OfADamagedFileEveryWholeGameIsKept) {
     const std::vector<std::string> all{"Ada", "Bo", "Cy"};
     std::vector<size_t> ends; // of the records, when all three stand in the file
