@@ -16,6 +16,7 @@ public:
     const cVector3& lightPosition() const { return light_; }
     float deathHeight() const { return deathHeight_; }
     bool hasWater() const { return hasWater_; }
+    float waterHeight() const { return waterHeight_; } ///< of the still surface
     bool isLoaded() const { return loaded_; }
 
 private:

@@ -53,6 +53,7 @@ public:
     void drawLevel();
     void drawEnvironment();
     ViewInfo viewInfo() const;
+    const cEnvironment& environment() const { return environment_; }
     bool isPlayerVisible() const; ///< false in first person without a cinematic
     void drawOverlays();          ///< 2D layer: crosshair, fades, action music, end of level (overlays.cpp)
     void forget(const cObject* object);
