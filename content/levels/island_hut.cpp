@@ -202,6 +202,17 @@ void addShutters(Scenery& s) {
           Scenery::kSeen);
 }
 
+/// The stone on which Rosa stands, so that her face is seen over the head of whoever comes straight at her
+/// with the camera behind him. What holds him at arm's length is higher than the stone: that he would climb.
+void addMillstone(Scenery& s) {
+    constexpr float kX = 1.2f, kZ = -11.4f, kRadius = 0.66f, kHigh = 0.36f, kBevel = 0.05f, kHolds = 1.2f;
+    const cVector3 at(kX, height(kX, kZ), kZ);
+    const Mesh stone = lathe(
+        {{kRadius, -0.4f}, {kRadius, kHigh - kBevel}, {kRadius - kBevel, kHigh}, {0, kHigh}}, 18, 4, 0.5f);
+    s.add(kStone, stone.moved(at), Scenery::kSeen);
+    s.add(kStone, lathe({{kRadius, -0.4f}, {kRadius, kHolds}, {0, kHolds}}, 18).moved(at), Scenery::kSolid);
+}
+
 /// A bench, a stack of fire wood and the chimney.
 void addAround(Scenery& s) {
     s.add(kStone, box({kOut, 1.4f, -1.1f}, {5.1f, 8.3f, 0.5f}, 0.6f));
@@ -244,6 +255,7 @@ void addHut(Scenery& s) {
     addTimberFrame(s);
     addShutters(s);
     addAround(s);
+    addMillstone(s);
     s.darken({-3.99f, 2.05f, -3.99f}, {3.99f, 7.4f, 3.99f}, 0.86f);
 }
 } // namespace island

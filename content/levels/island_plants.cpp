@@ -91,7 +91,7 @@ bool isFree(float x, float z, float margin) {
                               {13.4f, -3.1f, 18.6f, 3.1f},  {14.9f, -6.3f, 17.6f, -3},
                               {-14.1f, 5.9f, -8.9f, 11.1f}, {-4.1f, 13.9f, 4.1f, 14.8f},
                               {7.9f, 4.9f, 11.1f, 15},      {-20.1f, -12.1f, -15.9f, -7.9f},
-                              {-3.8f, 6.8f, 3.8f, 11.2f}};
+                              {-3.8f, 6.8f, 3.8f, 11.2f},   {0.5f, -12.1f, 1.9f, -10.7f}};
     return std::none_of(std::begin(kTaken), std::end(kTaken), [&](const Box& b) {
         return x > b.x0 - margin && x < b.x1 + margin && z > b.z0 - margin && z < b.z1 + margin;
     });

@@ -113,6 +113,8 @@ void cCmlObject::checkFallsBelow() {
 }
 
 void cCmlObject::move() {
+    // OUR OWN RULE: steering that cancels the direction out is skipped, speed and all. A direction of no
+    // length collapses the model and never steers back.
     const cVector3 steered = (direction_ + acceleration_).normalized();
     if (acceleration_.lengthSq() > kLeastSteering && steered.lengthSq() > 0) {
         direction_ = steered;

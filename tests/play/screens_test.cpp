@@ -19,28 +19,18 @@ constexpr uint32_t kMagenta = 0xFF00FF, kWhite = 0xFFFFFF;
 /// The game on the made data, asked for pictures.
 struct Screens {
     explicit Screens(RunOptions options = {},
-                     std::shared_ptr<TempGame> own = std::make_shared<TempGame>(GAME_DATA))
-        : files(std::move(own)), game(std::move(options), files) {}
+                     std::shared_ptr<TempGame> files = std::make_shared<TempGame>(GAME_DATA))
+        : game(std::move(options), std::move(files)) {}
 
-    /// Of the next frame.
-    Picture picture() {
-        const std::string path = files->dir() + "/picture.png";
-        cRenderer::instance().requestScreenshot(path);
-        game.frames(1);
-        Picture read = Picture::read(path);
-        EXPECT_FALSE(read.rgb.empty()) << "the frame wrote no picture";
-        return read;
-    }
     /// What so many presses of a key change in the picture, once the highlights have settled.
     Box changeBy(int key, int presses = 1) {
-        const Picture before = picture();
+        const Picture before = game.picture();
         for (int i = 0; i < presses; ++i) game.tapKey(key);
         game.frames(kSettled);
-        return changed(before, picture());
+        return changed(before, game.picture());
     }
 
     static constexpr int kSettled = 40; ///< frames after which no highlight and no slide moves
-    std::shared_ptr<TempGame> files;
     GameRun game;
 };
 
@@ -61,7 +51,7 @@ TEST(Screens, TheIntroShowsItsSignsAndCaptionsInTimeAndEndsInTheMenu) {
     platform::useFixedStep(500);
     const auto shown = [&](uint64_t ms) {
         while (platform::ticks() < ms) screens.game.frames(1);
-        return whereIs(screens.picture(), kMagenta);
+        return whereIs(screens.game.picture(), kMagenta);
     };
     const uint64_t start = platform::ticks();
     EXPECT_EQ(shown(start + 2500).count, 0) << "loading";
@@ -72,9 +62,9 @@ TEST(Screens, TheIntroShowsItsSignsAndCaptionsInTimeAndEndsInTheMenu) {
     EXPECT_EQ(shown(start + 13000).count, 0) << "they fade out";
     EXPECT_EQ(shown(start + 19000), (Box{400 - 84, 300 - 30, 400 + 84, 300 + 30, 169 * 61}));
     EXPECT_EQ(shown(start + 23000).count, 0);
-    const Picture blank = screens.picture();
+    const Picture blank = screens.game.picture();
     shown(start + 30000);
-    EXPECT_GT(changed(blank, screens.picture()).count, 20000) << "the title";
+    EXPECT_GT(changed(blank, screens.game.picture()).count, 20000) << "the title";
     // The flight fades in within its first 60 frames.
     for (const auto& [ms, width, height] :
          {std::tuple{120000, 295, 107}, {133000, 297, 109}, {145000, 209, 231}}) {
@@ -82,9 +72,9 @@ TEST(Screens, TheIntroShowsItsSignsAndCaptionsInTimeAndEndsInTheMenu) {
                   (Box{10, 10, 9 + width, 9 + height, width * height}))
             << ms;
     }
-    const Picture flying = screens.picture();
+    const Picture flying = screens.game.picture();
     screens.game.frames(2);
-    EXPECT_GT(changed(flying, screens.picture()).count, 5000) << "the island passes by";
+    EXPECT_GT(changed(flying, screens.game.picture()).count, 5000) << "the island passes by";
     EXPECT_EQ(screens.game.app.state(), STATE_INTRO);
     screens.game.frames(16);
     EXPECT_EQ(screens.game.app.state(), STATE_MENU);
@@ -123,20 +113,20 @@ TEST(Screens, TheMenuDrawsWhereItsRowsAre) {
 
     open(cMenu::kVideoPage, SDLK_DOWN, 1);
     for (int i = 0; i < 3; ++i) game.tapKey(SDLK_DOWN);
-    const Picture cross = screens.picture();
+    const Picture cross = screens.game.picture();
     for (int i = 0; i < 8; ++i) game.tapKey(SDLK_RIGHT);
-    EXPECT_GT(changed(cross, screens.picture(), kX + 578, kY + 218).count, 20)
+    EXPECT_GT(changed(cross, screens.game.picture(), kX + 578, kY + 218).count, 20)
         << "beside the rows stands another";
     for (int i = 0; i < 4; ++i) game.tapKey(SDLK_UP);
     game.tapKey(SDLK_RETURN);
 
     open(cMenu::kInputPage, SDLK_DOWN, 2);
-    const Picture bound = screens.picture();
+    const Picture bound = screens.game.picture();
     const Box awaited = screens.changeBy(SDLK_RETURN);
     EXPECT_TRUE(isRow(awaited, 0)) << awaited;
     const Box taken = screens.changeBy(SDLK_k);
     EXPECT_TRUE(isRow(taken, 0)) << taken;
-    EXPECT_GT(changed(bound, screens.picture()).count, 0) << "another key's name stands there now";
+    EXPECT_GT(changed(bound, screens.game.picture()).count, 0) << "another key's name stands there now";
     const Box scrolled = screens.changeBy(SDLK_DOWN, 14);
     EXPECT_LE(scrolled.loX, kX + 40);
     EXPECT_GE(scrolled.hiX, kX + 635) << "the scroll bar's thumb has moved: " << scrolled;
@@ -147,11 +137,11 @@ TEST(Screens, TheConsoleCoversTheTopAndScrolls) {
     GameRun& game = screens.game;
     game.skipIntro();
     game.frames(Screens::kSettled);
-    const Picture before = screens.picture();
+    const Picture before = screens.game.picture();
     constexpr int kFoot = 600 - 16 * 12 - 18; // 16 lines of 12 pixels and the line that is typed
     constexpr uint32_t kBand = 0xD0D0FF;      // 192, 192, 255 over white, three quarters of it
     game.type("`");
-    const Picture empty = screens.picture();
+    const Picture empty = screens.game.picture();
     EXPECT_TRUE(changed(before, empty).within(0, kFoot, 799, 599)) << changed(before, empty);
     EXPECT_EQ(empty.at(790, kFoot + 18), kBand);
     EXPECT_EQ(empty.at(790, kFoot), 0xC4C4FFu) << "twice where one types";
@@ -159,16 +149,16 @@ TEST(Screens, TheConsoleCoversTheTopAndScrolls) {
     EXPECT_EQ(empty.at(790, kFoot - 1), kWhite);
 
     game.type("help bind");
-    const Box typed = changed(empty, screens.picture());
+    const Box typed = changed(empty, screens.game.picture());
     EXPECT_GT(typed.count, 50);
     EXPECT_TRUE(typed.within(0, kFoot, 200, kFoot + 17)) << typed;
     for (int i = 0; i < 30; ++i) cInputMgr::instance().console.print("line " + std::to_string(i));
-    const Picture last = screens.picture();
+    const Picture last = screens.game.picture();
     EXPECT_GT(changed(empty, last).count, 1000);
     game.player.setKey(SDLK_PAGEUP, true);
     game.frames(6);
     game.player.setKey(SDLK_PAGEUP, false);
-    const Picture scrolled = screens.picture();
+    const Picture scrolled = screens.game.picture();
     const int by = cInputMgr::instance().console.scrollOffset;
     EXPECT_GT(by, 0);
     int torn = 0; // left of the menu behind it
@@ -178,7 +168,7 @@ TEST(Screens, TheConsoleCoversTheTopAndScrolls) {
     EXPECT_EQ(torn, 0) << "the lines come down from above";
     EXPECT_TRUE(changed(last, scrolled).within(0, kFoot + 18, 200, 599)) << "the typed line stays";
     game.type("`");
-    EXPECT_EQ(changed(before, screens.picture()), Box{}) << "nothing of it is left";
+    EXPECT_EQ(changed(before, screens.game.picture()), Box{}) << "nothing of it is left";
 }
 
 TEST(Screens, TheInventoryFramesTheChosenItem) {
@@ -189,17 +179,17 @@ TEST(Screens, TheInventoryFramesTheChosenItem) {
     for (const char* item : {"apple", "key", "rock"}) inventory.give(cItemDefs::instance().findItem(item), 2);
     game.frames(30);
     platform::useFixedStep(1); // the level behind the panel all but stands still
-    const Picture closed = screens.picture();
+    const Picture closed = screens.game.picture();
     game.hold(CMD_INVENTORY, 2);
     game.frames(Screens::kSettled);
-    const Picture opened = screens.picture();
+    const Picture opened = screens.game.picture();
     // The first cells of the panel at the window's right edge, 100 pixels apart, below its top.
     const auto cell = [](int n) { return 800 - 320 + 32 + 100 * n; };
     EXPECT_GT(changed(closed, opened, 480, 160).count, 100000) << "the panel shades the level";
     game.hold(CMD_RIGHT, 2);
     game.frames(10);
     ASSERT_EQ(inventory.getSelected(), 1);
-    const Box frames = changed(opened, screens.picture(), 480, 480);
+    const Box frames = changed(opened, screens.game.picture(), 480, 480);
     EXPECT_GT(frames.count, 200);
     EXPECT_TRUE(frames.within(cell(0), 506, cell(1) + 63, 569)) << frames;
 }

@@ -134,6 +134,15 @@ void GameRun::startNewGame(const std::string& name) {
     frames(3);
 }
 
+Picture GameRun::picture() {
+    const std::string path = files_->dir() + "/picture.png";
+    cRenderer::instance().requestScreenshot(path);
+    frames(1);
+    Picture read = Picture::read(path);
+    EXPECT_FALSE(read.rgb.empty()) << "the frame wrote no picture";
+    return read;
+}
+
 cVector3 GameRun::hero() const {
     const cObject* object = cObjectMgr::instance().hero();
     return object ? object->getPosition() : cVector3(0, -1e9f, 0);

@@ -1,6 +1,7 @@
 #pragma once
 #include "core/application.h"
 #include "core/auto_player.h"
+#include "support/picture.h"
 #include "support/temp_game.h"
 #include "ui/input_settings.h"
 
@@ -38,6 +39,7 @@ public:
     void skipIntro(); ///< to the main page, when the menu takes keys
     /// From the main page without a game: picks the name and new settings of the name "test".
     void startNewGame(const std::string& name);
+    Picture picture();     ///< of the next frame
     cVector3 hero() const; ///< position; far below everything without a hero
 
     cApplication app;

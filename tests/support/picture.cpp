@@ -55,14 +55,15 @@ Box whereIs(const Picture& picture, uint32_t colour) {
     return where(picture, [&](int x, int y) { return picture.at(x, y) == colour; });
 }
 
+bool differs(uint32_t a, uint32_t b) {
+    for (const int shift : {0, 8, 16}) {
+        if (std::abs(static_cast<int>(a >> shift & 255) - static_cast<int>(b >> shift & 255)) > 24)
+            return true;
+    }
+    return false;
+}
+
 Box changed(const Picture& a, const Picture& b, int fromX, int fromY) {
-    return where(a, [&](int x, int y) {
-        if (x < fromX || y < fromY) return false;
-        const uint32_t p = a.at(x, y), q = b.at(x, y);
-        for (const int shift : {0, 8, 16}) {
-            if (std::abs(static_cast<int>(p >> shift & 255) - static_cast<int>(q >> shift & 255)) > 24)
-                return true;
-        }
-        return false;
-    });
+    return where(a,
+                 [&](int x, int y) { return x >= fromX && y >= fromY && differs(a.at(x, y), b.at(x, y)); });
 }

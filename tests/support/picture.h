@@ -25,6 +25,7 @@ std::ostream& operator<<(std::ostream& out, const Box& box);
 
 /// Where a picture has this colour.
 Box whereIs(const Picture& picture, uint32_t colour);
-/// Where two pictures of one size differ clearly (more than 24 of 255 in a channel), right of and above
-/// a corner.
+/// Whether two colours differ clearly: more than 24 of 255 in a channel.
+bool differs(uint32_t a, uint32_t b);
+/// Where two pictures of one size differ clearly, right of and above a corner.
 Box changed(const Picture& a, const Picture& b, int fromX = 0, int fromY = 0);
