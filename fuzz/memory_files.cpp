@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <physfs.h>
 
 namespace fuzz {
@@ -125,8 +126,13 @@ void mountMemoryFiles(const FileMap& files) {
     g_files = &files;
     static std::string folder = (std::filesystem::temp_directory_path() / "quorvane-fuzz-XXXXXX").string();
     if (!mkdtemp(folder.data())) stop("The directory for temporary files cannot be written");
+    // Mounts are asked for archives alone: an empty one holds the place of the files in memory.
+    const std::string archive = folder + ".zip";
+    constexpr size_t kEmptyZip = 22;
+    std::ofstream(archive, std::ios::binary) << "PK\5\6" << std::string(kEmptyZip - 4, '\0');
     std::string problem;
-    const bool open = platform::openFileSystem("fuzz", {{}, folder}, problem);
+    const bool open = platform::openFileSystem("fuzz", {{archive}, folder}, problem);
+    std::filesystem::remove(archive);
     // The user directory goes away at once, so the log has no page; a reader that saves brings it back.
     std::filesystem::remove(folder);
     std::atexit([] {

@@ -123,5 +123,76 @@ TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHasOrLeavesTheOldOne) {
     EXPECT_FALSE(platform::writeFile("save", {'n'})) << "a folder of that name";
     EXPECT_EQ(TempGame::errorCount("The file \"save\" cannot be written"), 1);
     EXPECT_EQ(get(file), "new");
-    EXPECT_FALSE(fs::exists(base / "save.new"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(base), {}), 3) << "save, deep and the log";
+}
+
+TEST(Files, LinksCountAsWhatTheyLeadTo) {
+    TempGame game;
+    const fs::path base = game.dir(), away = base / "away";
+    put(away / "Store" / "Hopp.WAV", "sound");
+    put(away / "one.txt", "one");
+    fs::create_directories(base / "data");
+    fs::create_directory_symlink(away / "Store", base / "data" / "Sounds");
+    fs::create_symlink("../away/one.txt", base / "data" / "Relative.txt");
+    fs::create_symlink("none", base / "data" / "dangling.txt");
+    fs::create_symlink(away, base / "data" / "folder.txt");
+    fs::create_symlink("/dev/zero", base / "data" / "endless.txt");
+    std::string problem;
+    ASSERT_TRUE(
+        platform::openFileSystem("test", {{(base / "data").string()}, (base / "user").string()}, problem));
+    EXPECT_EQ(game.read("sounds\\hopp.wav"), "sound");
+    EXPECT_EQ(game.read("relative.txt"), "one");
+    EXPECT_FALSE(platform::fileExists("sounds\\..\\one.txt"))
+        << "a name stays in the data, whatever the links";
+    for (const char* name : {"dangling.txt", "folder.txt", "endless.txt"})
+        EXPECT_FALSE(platform::fileExists(name)) << name;
+}
+
+TEST(Files, TheTargetOfALinkIsWrittenAndTheLinkStays) {
+    TempGame game;
+    const fs::path base = game.dir(), away = base / "away", user = base / "user";
+    put(away / "old.cfl", "old");
+    fs::create_directories(user);
+    std::string problem;
+    ASSERT_TRUE(platform::openFileSystem("test", {{}, user.string()}, problem));
+    struct {
+        const char *name, *target, *holds, *written; ///< `written`: where, from base; null: refused
+    } const kRows[] = {{"absolute.cfl", nullptr, "old", "away/old.cfl"},
+                       {"relative.cfl", "../away/old.cfl", "new", "away/old.cfl"},
+                       {"chain.cfl", "relative.cfl", "new", "away/old.cfl"},
+                       {"dangling.cfl", "../away/fresh.cfl", "", "away/fresh.cfl"},
+                       {"unmounted.cfl", "../disk/game.cfl", "", nullptr},
+                       {"read_only.cfl", "/proc/self/game.cfl", "", nullptr},
+                       {"device.cfl", "/dev/full", "", nullptr},
+                       {"circle.cfl", "circle.cfl", "", nullptr}};
+    for (const auto& row : kRows) {
+        const fs::path link = user / row.name, target = row.target ? fs::path(row.target) : away / "old.cfl";
+        fs::create_symlink(target, link);
+        EXPECT_EQ(game.read(row.name), row.holds) << row.name;
+        TempGame::clearErrors();
+        EXPECT_EQ(platform::writeFile(row.name, {'n', 'e', 'w'}), row.written != nullptr) << row.name;
+        EXPECT_EQ(TempGame::errors().size(), row.written ? 0u : 1u) << row.name;
+        EXPECT_EQ(fs::read_symlink(link), target) << row.name;
+        if (row.written) {
+            EXPECT_EQ(get(base / row.written), "new") << row.name;
+        }
+    }
+    EXPECT_FALSE(fs::exists(base / "disk")) << "a disk that is not there is not made up";
+    EXPECT_EQ(std::distance(fs::directory_iterator(away), {}), 2) << "nothing is left beside the target";
+}
+
+TEST(Files, WhatCannotBeLookedAtIsNotTakenFromTheData) {
+    TempGame game;
+    const fs::path base = game.dir();
+    put(base / "data" / "settings.cfl", "shipped");
+    fs::create_directories(base / "user");
+    fs::create_symlink("settings.cfl", base / "user" / "settings.cfl"); // every look at it fails
+    std::string problem;
+    ASSERT_TRUE(
+        platform::openFileSystem("test", {{(base / "data").string()}, (base / "user").string()}, problem));
+    EXPECT_TRUE(platform::fileExists("settings.cfl"));
+    platform::Bytes bytes;
+    EXPECT_FALSE(platform::readFile("settings.cfl", bytes));
+    fs::remove(base / "user" / "settings.cfl");
+    EXPECT_EQ(game.read("settings.cfl"), "shipped");
 }
