@@ -7,6 +7,8 @@
 #include "world/players_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 constexpr const char* kFile = "players.cfl";
@@ -109,6 +111,41 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
     const std::string before = file();
     ASSERT_TRUE(world.saveGame());
     EXPECT_EQ(file(), before) << "save, load, save";
+}
+
+TEST_F(SavedHeroes, WhatASettingsScreenChangesOutlastsADeath) {
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
+    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
+    struct {
+        const char *inForce, *ofHero;
+        bool kept;
+    } const kRows[] = {{"", cInputMgr::kLatest, true},
+                       {"calm", "calm", true},
+                       {"", "calm", true}, // the defaults were loaded in play
+                       {"", "", true},
+                       {"", cInputMgr::kDefault, false}};
+    for (const auto& row : kRows) {
+        input.bindings.settings.walkIsDefault = 0;
+        input.settingsName = row.inForce;
+        save("Ada");
+        world.heroSettings = row.ofHero;
+        cPlayersFile file = cPlayersFile::read();
+        const cCheckpoint checkpoint{"Ada", "hut", "isle.xml", *row.ofHero ? row.ofHero : cInputMgr::kLatest};
+        file.put("Ada", checkpoint.write(world.inventory));
+        ASSERT_TRUE(file.write());
+        input.editSettings = input.bindings.settings;
+        input.editSettings.walkIsDefault = 1;
+        EXPECT_TRUE(input.acceptEdited());
+        EXPECT_TRUE(input.isWalkDefault());
+        world.returnToCheckpoint();
+        EXPECT_EQ(input.isWalkDefault(), row.kept) << row.ofHero;
+    }
+    const std::string before = t.game.read("settings.cfl");
+    world.heroName = cWorld::kUnloadedHero;
+    EXPECT_TRUE(input.acceptEdited());
+    EXPECT_EQ(t.game.read("settings.cfl"), before) << "nobody is loaded whose settings they were";
+    ASSERT_EQ(input.loadSettings(cInputMgr::kDefault), 0);
+    EXPECT_FALSE(input.isWalkDefault()) << "the defaults stay";
 }
 
 TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
@@ -217,6 +254,31 @@ TEST_F(SavedHeroes, OneDamagedPartCostsNoHero) {
     ASSERT_EQ(world.loadSavedGame("Ada"), 0);
     EXPECT_TRUE(world.isGameLoaded());
     EXPECT_TRUE(world.inventory.entries().empty());
+}
+
+TEST_F(SavedHeroes, ProgramsThatSaveAtTheSameTimeLoseNoHero) {
+    constexpr int kPrograms = 3, kSaves = 25;
+    std::vector<pid_t> programs;
+    for (int program = 0; program < kPrograms; ++program) {
+        const pid_t child = fork();
+        if (child != 0) {
+            programs.push_back(child);
+            continue;
+        }
+        for (int i = 0; i < kSaves; ++i) {
+            const std::string name = std::to_string(program) + "-" + std::to_string(i);
+            save(name);
+            if (!input.saveSettings(name)) _exit(1);
+        }
+        _exit(HasFailure());
+    }
+    for (const pid_t program : programs) {
+        int status = -1;
+        EXPECT_EQ(waitpid(program, &status, 0), program);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(names().size(), size_t{kPrograms * kSaves});
+    EXPECT_EQ(input.listSettings().size(), size_t{kPrograms * kSaves});
 }
 
 TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
