@@ -1,5 +1,6 @@
 #include "platform/folder_lock.h"
 
+#include "platform/files.h"
 #include "platform/user_files.h"
 
 #include <algorithm>

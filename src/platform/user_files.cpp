@@ -1,10 +1,12 @@
 #include "platform/user_files.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <strings.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -12,6 +14,7 @@
 namespace platform {
 namespace fs = std::filesystem;
 namespace {
+constexpr std::string_view kUnfinished = ".new";
 constexpr int kMostLinks = 40;        ///< in a row, as the system has it
 constexpr int kMostLeftBehind = 1000; ///< unfinished files of killed programs beside one file
 
@@ -26,7 +29,7 @@ Look lookInFolder(const std::string& folder, const std::string& wanted, std::str
     Look look = Look::missing;
     errno = 0;
     while (const dirent* entry = readdir(entries)) {
-        if (!equalIgnoringCase(entry->d_name, wanted)) continue;
+        if (strcasecmp(entry->d_name, wanted.c_str()) != 0) continue;
         name = entry->d_name;
         look = Look::found;
         break;
@@ -67,14 +70,30 @@ std::string targetOf(const std::string& path) {
 /// A new file beside the target, of a name that no other program uses; −1 when there is none.
 int createBeside(const std::string& target, std::string& beside) {
     for (int i = 0; i < kMostLeftBehind; ++i) {
-        beside = target + "." + std::to_string(getpid()) + (i > 0 ? "-" + std::to_string(i) : "") + ".new";
+        beside = target + "." + std::to_string(getpid()) + (i > 0 ? "-" + std::to_string(i) : "");
+        beside += kUnfinished;
         const int file = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (file >= 0 || errno != EEXIST) return file;
     }
     return -1;
 }
 
-bool writeAndFlush(int file, const Bytes& bytes) {
+/// What killed programs left unfinished; what is younger than an hour may still be written.
+void removeLeftBehind(const fs::path& target) {
+    const std::string start = target.filename().string() + ".";
+    const auto oldest = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(target.parent_path(), error)) {
+        const std::string name = entry.path().filename().string();
+        if (!name.starts_with(start) || !name.ends_with(kUnfinished)) continue;
+        const std::string number = name.substr(start.size(), name.size() - start.size() - kUnfinished.size());
+        if (number.empty() || number.find_first_not_of("0123456789-") != std::string::npos) continue;
+        const auto time = entry.last_write_time(error);
+        if (!error && time < oldest) fs::remove(entry.path(), error);
+    }
+}
+
+bool writeAndFlush(int file, const std::vector<uint8_t>& bytes) {
     size_t done = 0;
     while (done < bytes.size()) {
         const ssize_t n = write(file, bytes.data() + done, bytes.size() - done);
@@ -115,7 +134,7 @@ std::string pathBelow(const std::string& folder, const std::vector<std::string>&
     return path;
 }
 
-bool readReal(const std::string& path, Bytes& out) {
+bool readReal(const std::string& path, std::vector<uint8_t>& out) {
     out.clear();
     std::error_code ignored;
     if (!fs::is_regular_file(path, ignored)) return false;
@@ -134,12 +153,13 @@ bool readReal(const std::string& path, Bytes& out) {
     return ok;
 }
 
-bool replaceReal(const std::string& path, const Bytes& bytes) {
+bool replaceReal(const std::string& path, const std::vector<uint8_t>& bytes) {
     std::error_code error;
     const fs::path folder = fs::path(path).parent_path();
     if (!folder.empty()) fs::create_directories(folder, error);
     const std::string target = targetOf(path);
     if (target.empty() || (fs::exists(target, error) && !fs::is_regular_file(target, error))) return false;
+    removeLeftBehind(target);
     std::string beside;
     const int file = createBeside(target, beside);
     if (file < 0) return false;

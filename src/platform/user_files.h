@@ -1,5 +1,7 @@
 #pragma once
-#include "platform/files.h"
+#include <cstdint>
+#include <string>
+#include <vector>
 
 /// Inside of platform/files.h: files by their real paths. Every failing call counts, because what cannot be
 /// looked at must not be taken for missing and written over.
@@ -15,13 +17,13 @@ Look lookBelow(const std::string& folder, const std::vector<std::string>& parts,
 /// `path` for a file that may be new: existing folders and files keep the case they have.
 std::string pathBelow(const std::string& folder, const std::vector<std::string>& parts);
 /// False for what is no regular file, cannot be read, or is larger than 1 GiB.
-bool readReal(const std::string& path, Bytes& out);
+bool readReal(const std::string& path, std::vector<uint8_t>& out);
 /// Writes beside the target, flushes, renames over it and syncs the folder. Creates folders, but none where a
 /// link leads: that may be a disk which is not there. A link stays one, its target is replaced. False when
 /// nothing was replaced.
-bool replaceReal(const std::string& path, const Bytes& bytes);
+bool replaceReal(const std::string& path, const std::vector<uint8_t>& bytes);
 
-/// To the listener of setFileProblemListener.
+/// To the listener of setFileProblemListener, beside which it is defined.
 void reportFileProblem(const std::string& sentence);
 
 constexpr uint64_t kLargestFile = 1ull << 30;

@@ -2,6 +2,7 @@
 
 #include "support/temp_game.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -114,10 +115,18 @@ TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHasOrLeavesTheOldOne) {
     TempGame game;
     const fs::path base = game.dir(), file = base / "Save" / "Game.cfl";
     put(file, "a long old content");
+    for (const char* name : {"Game.cfl.12.new", "Game.cfl.7-1.new", "Game.cfl.mine.new", "Game.cfl.13.new"}) {
+        put(file.parent_path() / name, "unfinished");
+        if (std::string(name) != "Game.cfl.13.new")
+            fs::last_write_time(file.parent_path() / name,
+                                fs::file_time_type::clock::now() - std::chrono::hours(2));
+    }
     ASSERT_TRUE(platform::writeFile("save\\GAME.CFL", {'n', 'e', 'w'}));
     EXPECT_EQ(get(file), "new");
-    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1)
-        << "nothing is left beside it";
+    EXPECT_TRUE(fs::exists(file.parent_path() / "Game.cfl.mine.new")) << "nothing of ours";
+    EXPECT_TRUE(fs::exists(file.parent_path() / "Game.cfl.13.new")) << "another program may be writing it";
+    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 3)
+        << "nothing else is left beside it";
     ASSERT_TRUE(platform::writeFile("deep\\er\\file", {}));
     EXPECT_TRUE(fs::exists(base / "deep" / "er" / "file"));
     EXPECT_FALSE(platform::writeFile("save", {'n'})) << "a folder of that name";

@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 namespace {
-class Events : public ::testing::Test {
+class Pump : public ::testing::Test {
 protected:
-    Events() {
+    Pump() {
         SDL_Init(SDL_INIT_VIDEO);
         pump();
     }
-    ~Events() override { SDL_Quit(); }
+    ~Pump() override { SDL_Quit(); }
 
     void pump() { input.pump(16, &t.state); }
     static void key(int code, bool down, int unicode = 0) {
@@ -50,7 +50,7 @@ protected:
 };
 } // namespace
 
-TEST_F(Events, ATapWithinOnePumpCountsUntilTheNext) {
+TEST_F(Pump, ATapWithinOnePumpCountsUntilTheNext) {
     for (const int code : {static_cast<int>(SDLK_w), static_cast<int>(SDLK_ESCAPE), SDL_BUTTON_LEFT}) {
         for (const int command : {+CMD_USE, CMD_USE + kFirstPersonCommands}) {
             const auto push = [code](bool down) { code <= 5 ? button(code, down) : key(code, down); };
@@ -77,7 +77,7 @@ TEST_F(Events, ATapWithinOnePumpCountsUntilTheNext) {
     }
 }
 
-TEST_F(Events, WithoutTheFocusNoMovementIsRead) {
+TEST_F(Pump, WithoutTheFocusNoMovementIsRead) {
     for (const int lost : {SDL_APPINPUTFOCUS, SDL_APPACTIVE, SDL_APPINPUTFOCUS | SDL_APPACTIVE}) {
         for (const GameState state : {STATE_GAME, STATE_MENU}) {
             t.state = state;
@@ -108,7 +108,7 @@ TEST_F(Events, WithoutTheFocusNoMovementIsRead) {
     EXPECT_TRUE(input.hasFocus()) << "what has the keys is not minimised";
 }
 
-TEST_F(Events, WhereOneTypesKeysAreLetters) {
+TEST_F(Pump, WhereOneTypesKeysAreLetters) {
     const auto type = [&](int code, int unicode) {
         key(code, true, unicode);
         key(code, false);
@@ -130,7 +130,7 @@ TEST_F(Events, WhereOneTypesKeysAreLetters) {
     EXPECT_EQ(t.state, STATE_INVENTORY);
 }
 
-TEST_F(Events, AKeyWithoutANameIsNotTakenForOneThatIsAwaited) {
+TEST_F(Pump, AKeyWithoutANameIsNotTakenForOneThatIsAwaited) {
     input.names.keys[SDLK_w] = "W";
     input.names.keys[161] = cKeyNames::kNoName;
     EXPECT_EQ(cMenu::keyText(SDLK_w), "W");
