@@ -6,6 +6,7 @@
 #include "ui/input_mgr.h"
 #include "world/players_file.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -258,24 +259,33 @@ TEST_F(SavedHeroes, OneDamagedPartCostsNoHero) {
 
 TEST_F(SavedHeroes, ProgramsThatSaveAtTheSameTimeLoseNoHero) {
     constexpr int kPrograms = 3, kSaves = 25;
-    std::vector<pid_t> programs;
-    for (int program = 0; program < kPrograms; ++program) {
-        const pid_t child = fork();
-        if (child != 0) {
-            programs.push_back(child);
-            continue;
+    const auto name = [](int program, int i) { return std::to_string(program) + "-" + std::to_string(i); };
+    const auto saveHero = [&](int program, int i) {
+        input.settingsName = "none of ten"; // too long to be saved: only players.cfl is written
+        save(name(program, i));
+    };
+    const auto saveSettings = [&](int program, int i) { EXPECT_TRUE(input.saveSettings(name(program, i))); };
+    for (const std::function<void(int, int)>& saveOne :
+         {std::function<void(int, int)>(saveHero), {saveSettings}}) {
+        int start[2];
+        ASSERT_EQ(pipe(start), 0);
+        std::vector<pid_t> programs;
+        for (int program = 0; program < kPrograms; ++program) {
+            programs.push_back(fork());
+            if (programs.back() != 0) continue;
+            close(start[1]);
+            char byte;
+            static_cast<void>(read(start[0], &byte, 1)); // until the test closes it
+            for (int i = 0; i < kSaves; ++i) saveOne(program, i);
+            _exit(HasFailure());
         }
-        for (int i = 0; i < kSaves; ++i) {
-            const std::string name = std::to_string(program) + "-" + std::to_string(i);
-            save(name);
-            if (!input.saveSettings(name)) _exit(1);
+        close(start[0]);
+        close(start[1]);
+        for (const pid_t program : programs) {
+            int status = -1;
+            EXPECT_EQ(waitpid(program, &status, 0), program);
+            EXPECT_EQ(status, 0);
         }
-        _exit(HasFailure());
-    }
-    for (const pid_t program : programs) {
-        int status = -1;
-        EXPECT_EQ(waitpid(program, &status, 0), program);
-        EXPECT_EQ(status, 0);
     }
     EXPECT_EQ(names().size(), size_t{kPrograms * kSaves});
     EXPECT_EQ(input.listSettings().size(), size_t{kPrograms * kSaves});
