@@ -7,12 +7,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <physfs.h>
 
 namespace fuzz {
 namespace {
 constexpr const char* kExtension = "mem";
 const FileMap* g_files = nullptr;
+std::string g_folder; ///< the user directory
 
 struct OpenFile {
     const std::string* content;
@@ -120,19 +122,25 @@ constexpr PHYSFS_Archiver kArchiver = {0,           {kExtension, "Files in memor
 }
 } // namespace
 
+void removeSaved() {
+    std::error_code error;
+    std::filesystem::remove_all(g_folder, error);
+}
+
 void mountMemoryFiles(const FileMap& files) {
     static const std::string kNoContent;
     g_files = &files;
-    static std::string folder = (std::filesystem::temp_directory_path() / "quorvane-fuzz-XXXXXX").string();
-    if (!mkdtemp(folder.data())) stop("The directory for temporary files cannot be written");
+    g_folder = (std::filesystem::temp_directory_path() / "quorvane-fuzz-XXXXXX").string();
+    if (!mkdtemp(g_folder.data())) stop("The directory for temporary files cannot be written");
+    // Mounts are asked for archives alone: an empty one holds the place of the files in memory.
+    const std::string archive = g_folder + ".grp";
+    std::ofstream(archive, std::ios::binary) << "KenSilverman" << std::string(4, '\0'); // and the count
     std::string problem;
-    const bool open = platform::openFileSystem("fuzz", {{}, folder}, problem);
+    const bool open = platform::openFileSystem("fuzz", {{archive}, g_folder}, problem);
+    std::filesystem::remove(archive);
     // The user directory goes away at once, so the log has no page; a reader that saves brings it back.
-    std::filesystem::remove(folder);
-    std::atexit([] {
-        std::error_code error;
-        std::filesystem::remove_all(folder, error);
-    });
+    removeSaved();
+    std::atexit(&removeSaved);
     if (!open) stop(problem.c_str());
     if (!PHYSFS_registerArchiver(&kArchiver) || !PHYSFS_mountIo(makeIo(kNoContent), "files.mem", "/0", 0))
         stop("The files in memory cannot be mounted");

@@ -9,4 +9,6 @@ using FileMap = std::map<std::string, std::string>; ///< names without folders
 
 /// Opens the game's file system on these files alone. They cannot be written. `files` outlives it.
 void mountMemoryFiles(const FileMap& files);
+/// Removes what a reader has saved: it would come before the files in memory.
+void removeSaved();
 } // namespace fuzz

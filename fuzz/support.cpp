@@ -115,6 +115,7 @@ uint64_t run(Target target, const uint8_t* data, size_t size) {
     const uint64_t digest = target(data, size);
     cTextureCache::instance().releaseAll();
     g_files.clear();
+    removeSaved();
     checkMemory(size);
     return digest;
 }

@@ -41,6 +41,7 @@ FORGE_RECIPE(music_action) {
     p.beatsPerMinute = 144;
     p.beatsPerBar = 4;
     p.atLeast = 60;
+    p.rounds = 3;
     p.hallSeconds = 1.4f;
     p.hallGain = 0.22f;
     p.lufs = -15;

@@ -171,6 +171,7 @@ void cAudioMgr::playSoundIdAt(int32_t id, const cVector3& position) {
 }
 
 void cAudioMgr::setEffectsVolume(float gain) {
+    effectsVolume_ = gain;
     for (const auto& [name, sound] : byName_)
         if (sound->source != 0) alSourcef(sound->source, AL_GAIN, gain);
 }
@@ -182,6 +183,7 @@ void cAudioMgr::playMusic(std::string_view baseName) {
     auto stream = std::make_unique<cMusicStream>();
     if (!stream->open(std::string(baseName) + ".ogg")) return;
     music_ = std::move(stream);
+    musicName_ = baseName;
     music_->setGain(musicVolume_);
     streaming_ = true;
 }
@@ -189,6 +191,14 @@ void cAudioMgr::playMusic(std::string_view baseName) {
 void cAudioMgr::stopMusic() {
     music_.reset();
     streaming_ = false;
+}
+
+void cAudioMgr::repeatMusic() {
+    if (streaming_ && music_->isOver()) playMusic(std::string(musicName_));
+}
+
+void cAudioMgr::setPaused(bool paused) {
+    if (streaming_) music_->setPaused(paused);
 }
 
 void cAudioMgr::setMusicVolume(float gain) {
@@ -227,7 +237,10 @@ void cAudioMgr::startPending() {
     const ALfloat orientation[] = {d.x, d.y, d.z, u.x, u.y, u.z};
     alListenerfv(AL_ORIENTATION, orientation);
     placeListener();
-    if (const ALuint source = pending_.front()->source; source != 0) alSourcePlay(source);
+    if (const ALuint source = pending_.front()->source; source != 0) {
+        alSourcef(source, AL_GAIN, effectsVolume_);
+        alSourcePlay(source);
+    }
     pending_.pop_front();
 }
 

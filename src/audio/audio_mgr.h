@@ -34,12 +34,16 @@ public:
     void playSound(std::string_view baseName);
     /// By the hash of the name; only what was loaded as positional.
     void playSoundIdAt(int32_t id, const cVector3& position);
-    void setEffectsVolume(float gain); ///< of what is loaded by now
+    /// Of what is loaded by now; OUR OWN RULE: what is loaded later takes it when it is first played.
+    void setEffectsVolume(float gain);
 
     // Music: Ogg Vorbis files by their name without ending.
     /// A file that cannot be opened leaves the music as it is.
     void playMusic(std::string_view baseName);
     void stopMusic();
+    /// Before an update that would end the music, with a row: plays the same file from its beginning.
+    void repeatMusic();
+    void setPaused(bool paused); ///< of the music, between updates; effects end by themselves
     void setMusicVolume(float gain);
     float getMusicVolume() const { return musicVolume_; }
     bool isStreaming() const { return streaming_; }
@@ -64,8 +68,9 @@ private:
     bool hasListener_ = false;
     Listener listener_;
     float distanceMod_ = 0;
-    float musicVolume_ = 1;
+    float musicVolume_ = 1, effectsVolume_ = 1;
     bool streaming_ = false;
+    std::string musicName_; ///< without ending
     int effects_ = 0;
     std::unique_ptr<cMusicStream> music_;
     std::map<std::string, std::unique_ptr<cSound>, std::less<>> byName_;

@@ -156,6 +156,20 @@ bool cMusicStream::refill() {
     return !failed();
 }
 
+bool cMusicStream::isOver() const {
+    ALint processed = 0;
+    alGetSourcei(source_, AL_BUFFERS_PROCESSED, &processed);
+    const ogg_int64_t total = ov_pcm_total(&decoder_->file, -1); // negative when nobody knows
+    return processed > 0 && total > 0 && ov_pcm_tell(&decoder_->file) >= total;
+}
+
+void cMusicStream::setPaused(bool paused) const {
+    ALint state = AL_STOPPED;
+    alGetSourcei(source_, AL_SOURCE_STATE, &state);
+    if (paused && state == AL_PLAYING) alSourcePause(source_);
+    if (!paused && state == AL_PAUSED) alSourcePlay(source_);
+}
+
 void cMusicStream::setGain(float gain) const {
     if (source_ != 0) alSourcef(source_, AL_GAIN, gain);
 }

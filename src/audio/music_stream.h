@@ -20,6 +20,8 @@ public:
     /// Refills at most one buffer that was played. False when there was one and nothing is left to fill it
     /// with.
     bool refill();
+    bool isOver() const; ///< refill would find nothing left
+    void setPaused(bool paused) const;
     void setGain(float gain) const;
     void close();
 

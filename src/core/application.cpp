@@ -21,6 +21,7 @@
 #include "world/world.h"
 
 #include <SDL.h>
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -29,6 +30,7 @@ namespace {
 constexpr const char* kLevelHero = "\xA3"
                                    "Quorvane";
 constexpr uint32_t kFrameMs = 16; ///< pace of a run without a screen
+constexpr uint32_t kHeldMs = 20;  ///< between looks for the focus
 
 /// The cel ramp: half bright below 5/16, three quarters below 8/16, full above.
 constexpr int kRampTexels = 16;
@@ -185,9 +187,12 @@ void cApplication::openWindow() {
 void cApplication::convertModels() {
     for (const auto& row : kConversions) {
         converted_.push_back(std::make_unique<cModel>());
-        // A model that did not load would replace a good file by an empty one.
+        // A model that did not load would replace a good file by an empty one. OUR OWN RULE: nor does one
+        // without an object.
         if (converted_.back()->load(row.from, true) < 0) {
             cLogMgr::instance().error("Cannot convert %s: %s", row.from, SDL_GetError());
+        } else if (converted_.back()->objects.empty()) {
+            cLogMgr::instance().error("Cannot convert %s: it holds no object", row.from);
         } else if (!converted_.back()->saveCpm(row.to)) {
             cLogMgr::instance().error("Cannot write %s", row.to);
         }
@@ -248,6 +253,8 @@ void cApplication::menuFrame() {
     beforeFrame();
     cRenderer::instance().beginFrame();
     cInputMgr::instance().pump(0, &state_);
+    // OUR OWN RULE: in the menu the title begins again when it is over.
+    cAudioMgr::instance().repeatMusic();
     cAudioMgr::instance().update();
     drawStartBackground();
     cRenderer::instance().endFrame();
@@ -265,6 +272,9 @@ void cApplication::gameFrame() {
     cObjectMgr::instance().update(dt_, &state_); // controllers post their moves
     cPhysicsWorld::instance().step(dt_, state_); // moves are resolved, touches become events
     cEventMgr::instance().process(dt_, &state_);
+    // OUR OWN RULE: where the level's timers stand still, nothing else plays its music again.
+    if (state_ == STATE_MENU || state_ == STATE_INVENTORY || state_ == STATE_DIALOGUE)
+        cAudioMgr::instance().repeatMusic();
     cAudioMgr::instance().update();
     world.updateCameraOrCinematic(dt_, &state_);
     cFrustum::instance().update(); // the camera has moved
@@ -291,8 +301,29 @@ void cApplication::measure() {
 }
 
 void cApplication::beforeFrame() {
+    waitForFocus();
     if (options_.script) options_.script();
     takePictures();
+}
+
+/// Runs whose frames somebody counts go on: by the virtual clock, with a script or for pictures.
+bool cApplication::mayBeHeld() const {
+    const auto isAwaited = [](const RunOptions::Screenshot& shot) { return !shot.path.empty(); };
+    return !platform::isFixedStep() && !options_.script && cRenderer::instance().hasScreen() &&
+           std::ranges::none_of(options_.screenshots, isAwaited);
+}
+
+/// OUR OWN RULE: while another window has the input focus nothing runs, and the time is not the game's.
+void cApplication::waitForFocus() {
+    cInputMgr& input = cInputMgr::instance();
+    if (input.hasFocus() || !mayBeHeld()) return;
+    cAudioMgr::instance().setPaused(true);
+    while (!input.hasFocus() && state_ != STATE_QUIT) {
+        platform::sleepMs(kHeldMs);
+        input.pump(0, &state_);
+    }
+    cAudioMgr::instance().setPaused(false);
+    tickBase_ = platform::ticks();
 }
 
 void cApplication::takePictures() {

@@ -55,6 +55,8 @@ private:
     static void waitWithoutScreen();
     void measure();
     void beforeFrame();
+    bool mayBeHeld() const;
+    void waitForFocus();
     void takePictures();
 
     RunOptions options_;

@@ -3,6 +3,7 @@
 #include "platform/clock.h"
 #include "platform/console_streams.h"
 #include "platform/files.h"
+#include "platform/folder_lock.h"
 
 #include <cstdarg>
 
@@ -63,9 +64,9 @@ void cLogMgr::setListener(Listener listener) {
 
 cLogMgr::cLogMgr() {
     if (g_terminal) return;
-    const std::string path = platform::userPath(kPage);
-    if (path.empty()) return;
-    page_ = std::fopen(path.c_str(), "wb");
+    const int file = platform::openRunFile(kPage, path_);
+    if (path_.empty()) return;
+    if (file >= 0) page_ = fdopen(file, "wb");
     if (!page_) {
         losePage();
         return;
@@ -111,14 +112,14 @@ void cLogMgr::write(const char* format, ...) {
 }
 
 std::string cLogMgr::whereToRead() const {
-    return lost_ ? "what stands above" : platform::userPath(kPage);
+    return lost_ || path_.empty() ? "what stands above" : path_;
 }
 
 void cLogMgr::losePage() {
     if (page_) std::fclose(page_);
     page_ = nullptr;
     lost_ = true;
-    platform::tellTerminal("The log " + platform::userPath(kPage) +
+    platform::tellTerminal("The log " + path_ +
                            " cannot be written, nor can settings be saved there. "
                            "Is the directory writable, is the disk full?");
 }

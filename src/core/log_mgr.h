@@ -3,9 +3,10 @@
 #include <cstdio>
 #include <string>
 
-/// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. Rows are
-/// written as they come, so that they outlive a program that is killed. When the page cannot be written the
-/// person at the terminal is told so, and every error from then on.
+/// The run's log: one HTML page, "quorvane.html" in the user directory, one table row a message. OUR OWN
+/// RULE: while another program writes that page, this run's is "quorvane-2.html", up to -9. Rows are written
+/// as they come, so that they outlive a program that is killed. When the page cannot be written the person at
+/// the terminal is told so, and every error from then on.
 class cLogMgr {
 public:
     enum class Level : uint8_t { debug, info, error };
@@ -45,6 +46,7 @@ private:
     void losePage();
 
     std::FILE* page_ = nullptr;
+    std::string path_; ///< of the page
     bool lost_ = false;
     int errorCount_ = 0;
 };

@@ -30,9 +30,9 @@ private:
     size_t at_ = 0;
 };
 
-/// Cuts the first blank-separated word off the text; empty at its end.
+/// Cuts the first word off the text, up to any white space; empty at its end.
 inline std::string takeWord(std::string_view& text) {
-    constexpr std::string_view kBlanks = " \t";
+    constexpr std::string_view kBlanks = " \t\v\f\r";
     text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
     const size_t length = std::min(text.find_first_of(kBlanks), text.size());
     std::string word(text.substr(0, length));

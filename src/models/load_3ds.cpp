@@ -186,9 +186,9 @@ private:
 
     void finishObject() {
         const size_t count = object_.positions.size();
-        std::erase_if(object_.faces, [&](const FaceIndices& f) {
+        model_.losses.outOfRange += static_cast<int>(std::erase_if(object_.faces, [&](const FaceIndices& f) {
             return std::max({f[0], f[1], f[2]}) >= count;
-        });
+        }));
         object_.faceTexCoords = object_.faces;
         // Coordinates go with the positions; a list that is too short is filled up.
         if (!object_.texCoords.empty() && object_.texCoords.size() < count) object_.texCoords.resize(count);

@@ -5,6 +5,8 @@
 #include "platform/files.h"
 #include "render/texture_cache.h"
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +15,8 @@
 namespace {
 /// Each is read anew where it is named: without a limit short lines could ask for any amount of reading.
 constexpr int kMostLibraries = 256;
+/// Words of OBJ that are passed over: comments, groups, smoothing, lines, points.
+constexpr const char* kPassedOver[] = {"", "o", "g", "s", "l", "p"};
 
 /// Path up to its last separator with a backslash at its end; empty without a separator.
 std::string directoryOf(const std::string& path) {
@@ -121,6 +125,9 @@ public:
                 readFace(line);
                 break;
             default:
+                if (line.starts_with('#')) break;
+                if (std::ranges::find(kPassedOver, takeWord(rest)) == std::end(kPassedOver))
+                    ++model_.losses.unknownLines;
                 break;
             }
         }
@@ -131,6 +138,7 @@ private:
     /// As written in the file: counted from 1 over all objects, 0 where nothing was read.
     struct Face {
         int32_t position[3] = {}, texCoord[3] = {};
+        bool isOdd = false; ///< not three corners of the form that is read
     };
 
     // A line without its name changes nothing.
@@ -145,7 +153,7 @@ private:
     void readVertex(const std::string& line) {
         if (facesRead_) complete();
         const char *text = line.c_str(), *end = text + line.size();
-        if (text[1] == ' ') {
+        if (std::isspace(static_cast<unsigned char>(text[1]))) {
             float x = 0, z = 0, y = 0;
             if (!plainNumber(plainNumber(plainNumber(text + 2, end, x), end, z), end, y)) {
                 x = z = y = 0;
@@ -166,18 +174,18 @@ private:
         Face f;
         if (!readPlainFace(line, f)) {
             f = {};
-            readOddFace(line, f);
+            f.isOdd = !readOddFace(line, f);
         }
         faces_.push_back(f);
         facesRead_ = true;
     }
-    void readOddFace(const std::string& line, Face& f) const {
+    /// As far as the form goes; false when it ends early.
+    bool readOddFace(const std::string& line, Face& f) const {
         int32_t *p = f.position, *t = f.texCoord;
-        if (object_.texCoords.empty()) {
-            std::sscanf(line.c_str() + 1, "%d %d %d", &p[0], &p[1], &p[2]);
-        } else {
-            std::sscanf(line.c_str() + 1, "%d/%d %d/%d %d/%d", &p[0], &t[0], &p[1], &t[1], &p[2], &t[2]);
-        }
+        if (object_.texCoords.empty())
+            return std::sscanf(line.c_str() + 1, "%d %d %d", &p[0], &p[1], &p[2]) == 3;
+        return std::sscanf(line.c_str() + 1, "%d/%d %d/%d %d/%d", &p[0], &t[0], &p[1], &t[1], &p[2], &t[2]) ==
+               6;
     }
 
     bool readPlainFace(const std::string& line, Face& f) const {
@@ -211,7 +219,10 @@ private:
                 if (textured)
                     ok = ok && local(f.texCoord[k], texCoordBase_, object_.texCoords.size(), texCoord[k]);
             }
-            if (!ok) continue;
+            if (!ok) {
+                ++(f.isOdd ? model_.losses.oddCorners : model_.losses.outOfRange);
+                continue;
+            }
             object_.faces.push_back(position);
             object_.faceTexCoords.push_back(texCoord);
         }

@@ -34,7 +34,14 @@ public:
 /// A static mesh: objects with one material each. World units, y up.
 class cModel {
 public:
+    /// What an import left out, by reason.
+    struct Losses {
+        int oddCorners = 0;   ///< faces whose corners are not of the form that is read
+        int outOfRange = 0;   ///< faces that name positions or coordinates which their object lacks
+        int unknownLines = 0; ///< of a text file
+    };
     std::vector<cModelObject> objects;
+    Losses losses; ///< of the last load
 
     /// Replaces the content by a .3ds, .obj or .cpm file. 0 or more, −1 when it cannot be read (the model is
     /// then empty; the reason is in SDL's error text or, for CPM, in the log).
@@ -50,7 +57,10 @@ public:
     /// Replaces the content. False, with the model emptied, when the data is damaged.
     bool readObjects(cBinaryReader& in, const cMaterialList& materials);
 
-    void clear() { objects.clear(); }
+    void clear() {
+        objects.clear();
+        losses = {};
+    }
     /// Added only when it has a vertex and a face.
     void add(cModelObject object);
     /// Replaces every object's `vectors` by smooth normals, in mode 2 too.

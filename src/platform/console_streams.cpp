@@ -1,6 +1,6 @@
 #include "platform/console_streams.h"
 
-#include "platform/files.h"
+#include "platform/folder_lock.h"
 
 #include <cstdio>
 #include <fcntl.h>
@@ -17,7 +17,8 @@ constexpr bool kSanitized = false;
 int g_terminal = STDERR_FILENO; ///< standard error as it was at the start
 
 void redirect(int descriptor, const char* name) {
-    const int file = open(userPath(name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    std::string path;
+    const int file = openRunFile(name, path);
     if (file < 0) return;
     dup2(file, descriptor);
     close(file);

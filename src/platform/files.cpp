@@ -1,29 +1,28 @@
 #include "platform/files.h"
 
+#include "platform/user_files.h"
+
 #include <algorithm>
 #include <cctype>
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <physfs.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace platform {
 namespace fs = std::filesystem;
 namespace {
-constexpr uint64_t kLargestFile = 1ull << 30;
 constexpr size_t kFirstBlock = 1 << 20;
 
 std::string g_userDir;
-/// Each root is mounted at "/<index>", so that the first root wins whatever its names' case.
-int g_mounts = 0;
+struct DataRoot {
+    std::string path;
+    bool isFolder;
+};
+/// Each is mounted at "/<index>", so that the first one wins whatever its names' case.
+std::vector<DataRoot> g_dataRoots;
 bool g_realPaths = false;
 void (*g_listener)(const std::string&) = nullptr;
-
-void report(const std::string& sentence) {
-    if (g_listener) g_listener(sentence);
-}
 
 /// Splits at both separators. False for names that are absolute or climb out of their root.
 bool splitName(const std::string& name, std::vector<std::string>& parts) {
@@ -59,9 +58,13 @@ PHYSFS_EnumerateCallbackResult compareEntry(void* data, const char*, const char*
     return PHYSFS_ENUM_STOP;
 }
 
+std::string mountPoint(size_t root) {
+    return "/" + std::to_string(root);
+}
+
 /// Path inside one mount with the case that the directory really has; empty when there is no such entry.
-std::string resolveInMount(int mount, const std::vector<std::string>& parts) {
-    std::string path = "/" + std::to_string(mount);
+std::string resolveInMount(size_t root, const std::vector<std::string>& parts) {
+    std::string path = mountPoint(root);
     for (const std::string& part : parts) {
         const std::string exact = path + "/" + part;
         if (PHYSFS_exists(exact.c_str())) {
@@ -76,27 +79,44 @@ std::string resolveInMount(int mount, const std::vector<std::string>& parts) {
     return path;
 }
 
-std::string resolve(const std::string& name) {
-    std::vector<std::string> parts;
-    if (!splitName(name, parts)) return {};
-    for (int mount = 0; mount < g_mounts; ++mount) {
-        const std::string path = resolveInMount(mount, parts);
-        PHYSFS_Stat stat;
-        if (!path.empty() && PHYSFS_stat(path.c_str(), &stat) && stat.filetype == PHYSFS_FILETYPE_REGULAR)
-            return path;
-    }
-    return {};
+/// The links of an archive stay inside it.
+bool isMountedFile(const std::string& path) {
+    PHYSFS_Stat stat;
+    if (path.empty() || !PHYSFS_stat(path.c_str(), &stat)) return false;
+    if (stat.filetype != PHYSFS_FILETYPE_SYMLINK) return stat.filetype == PHYSFS_FILETYPE_REGULAR;
+    PHYSFS_File* file = PHYSFS_openRead(path.c_str());
+    return file && PHYSFS_close(file);
 }
 
-bool readAll(std::FILE* file, Bytes& out) {
-    out.clear();
-    uint8_t block[65536];
-    size_t n = 0;
-    while ((n = std::fread(block, 1, sizeof block, file)) > 0) {
-        if (out.size() + n > kLargestFile) return false;
-        out.insert(out.end(), block, block + n);
+/// Where a name was found.
+struct Place {
+    Look look = Look::missing;
+    std::string realPath; ///< of a file in a folder, else
+    std::string mounted;  ///< path in the mounts of an archive's
+};
+
+/// The data's file is taken only when the user directory truly has none: else the next save would write it
+/// over the player's. Links in folders may lead anywhere: whoever installs data may keep it where he likes,
+/// and no name in the data can make a link or climb through one.
+Place resolve(const std::string& name) {
+    Place place;
+    std::vector<std::string> parts;
+    if (!splitName(name, parts)) return place;
+    place.look = lookBelow(g_userDir, parts, place.realPath);
+    if (place.look != Look::missing) return place;
+    for (size_t i = 0; i < g_dataRoots.size(); ++i) {
+        const DataRoot& root = g_dataRoots[i];
+        place.realPath.clear();
+        if (root.isFolder) {
+            if (lookBelow(root.path, parts, place.realPath) != Look::found) continue;
+        } else {
+            place.mounted = resolveInMount(i, parts);
+            if (!isMountedFile(place.mounted)) continue;
+        }
+        place.look = Look::found;
+        break;
     }
-    return std::ferror(file) == 0;
+    return place;
 }
 
 /// An archive may promise any length: the array grows with what really comes.
@@ -112,52 +132,16 @@ bool readMounted(PHYSFS_File* file, Bytes& out) {
     return true;
 }
 
-bool readRealFile(const std::string& path, Bytes& out) {
-    std::error_code ignored;
-    if (!fs::is_regular_file(path, ignored)) return false;
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file) return false;
-    const bool ok = readAll(file, out);
-    std::fclose(file);
-    return ok;
-}
-
 bool mountRoot(const std::string& root, std::string& problem) {
-    const std::string point = "/" + std::to_string(g_mounts);
-    if (!PHYSFS_mount(root.c_str(), point.c_str(), 1)) {
+    if (!PHYSFS_mount(root.c_str(), mountPoint(g_dataRoots.size()).c_str(), 1)) {
         problem = "Cannot open the directory or archive \"" + root + "\".";
         return false;
     }
-    ++g_mounts;
+    std::error_code ignored;
+    g_dataRoots.push_back({root, fs::is_directory(root, ignored)});
     return true;
 }
 
-/// Real path for writing: existing folders and files keep the case they have.
-std::string writePath(const std::string& name) {
-    std::vector<std::string> parts;
-    if (!splitName(name, parts)) return g_realPaths ? name : std::string();
-    fs::path path = g_userDir;
-    for (const std::string& part : parts) {
-        std::error_code ignored;
-        fs::path next = path / part;
-        if (!fs::exists(next, ignored)) {
-            for (const auto& entry : fs::directory_iterator(path, ignored)) {
-                if (equalIgnoringCase(entry.path().filename().string(), part)) next = entry.path();
-            }
-        }
-        path = next;
-    }
-    return path.string();
-}
-
-bool writeAndFlush(const std::string& path, const Bytes& bytes) {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file) return false;
-    bool ok = bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    ok = std::fflush(file) == 0 && ok;
-    ok = fsync(fileno(file)) == 0 && ok;
-    return std::fclose(file) == 0 && ok;
-}
 } // namespace
 
 bool openFileSystem(const char* programName, const FileRoots& roots, std::string& problem) {
@@ -167,16 +151,17 @@ bool openFileSystem(const char* programName, const FileRoots& roots, std::string
         return false;
     }
     PHYSFS_permitSymbolicLinks(1);
-    // A limit on file sizes is a write that fails, not the program's end.
+    // A limit on file sizes and a closed pipe are writes that fail, not the program's end.
     std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     std::error_code error;
     fs::create_directories(roots.user, error);
     g_userDir = roots.user;
+    while (g_userDir.size() > 1 && g_userDir.back() == '/') g_userDir.pop_back();
     if (!fs::is_directory(roots.user, error)) {
         problem = "The directory \"" + roots.user + "\" cannot be created.";
         return false;
     }
-    if (!mountRoot(roots.user, problem)) return false;
     for (const std::string& root : roots.data) {
         if (!mountRoot(root, problem)) return false;
     }
@@ -185,7 +170,7 @@ bool openFileSystem(const char* programName, const FileRoots& roots, std::string
 
 void closeFileSystem() {
     if (PHYSFS_isInit()) PHYSFS_deinit();
-    g_mounts = 0;
+    g_dataRoots.clear();
     g_userDir.clear();
 }
 
@@ -196,23 +181,29 @@ void setFileProblemListener(void (*listener)(const std::string&)) {
     g_listener = listener;
 }
 
+void reportFileProblem(const std::string& sentence) {
+    if (g_listener) g_listener(sentence);
+}
+
 bool fileExists(const std::string& name) {
-    if (!resolve(name).empty()) return true;
+    if (resolve(name).look != Look::missing) return true;
     std::error_code ignored;
     return g_realPaths && fs::is_regular_file(name, ignored);
 }
 
 bool readFile(const std::string& name, Bytes& out) {
     out.clear();
-    const std::string path = resolve(name);
-    if (path.empty()) {
-        if (g_realPaths) return readRealFile(name, out);
+    const Place place = resolve(name);
+    if (place.look == Look::failed) return false;
+    if (place.look == Look::missing) {
+        if (g_realPaths) return readReal(name, out);
         std::vector<std::string> parts;
         if (!name.empty() && !splitName(name, parts))
-            report("The file name \"" + name + "\" leads out of the game data");
+            reportFileProblem("The file name \"" + name + "\" leads out of the game data");
         return false;
     }
-    PHYSFS_File* file = PHYSFS_openRead(path.c_str());
+    if (!place.realPath.empty()) return readReal(place.realPath, out);
+    PHYSFS_File* file = PHYSFS_openRead(place.mounted.c_str());
     if (!file) return false;
     const bool ok = readMounted(file, out);
     if (!ok) out.clear();
@@ -221,22 +212,16 @@ bool readFile(const std::string& name, Bytes& out) {
 }
 
 bool writeFile(const std::string& name, const Bytes& bytes) {
-    const std::string path = writePath(name);
-    bool ok = !path.empty();
-    if (ok) {
-        std::error_code error;
-        const fs::path folder = fs::path(path).parent_path();
-        if (!folder.empty()) fs::create_directories(folder, error);
-        const std::string beside = path + ".new";
-        ok = writeAndFlush(beside, bytes) && std::rename(beside.c_str(), path.c_str()) == 0;
-        if (!ok) std::remove(beside.c_str());
-    }
-    if (!ok) report("The file \"" + name + "\" cannot be written");
+    const std::string path = userPath(name);
+    const bool ok = !path.empty() && replaceReal(path, bytes);
+    if (!ok) reportFileProblem("The file \"" + name + "\" cannot be written");
     return ok;
 }
 
 std::string userPath(const std::string& name) {
-    return writePath(name);
+    std::vector<std::string> parts;
+    if (!splitName(name, parts)) return g_realPaths ? name : std::string();
+    return pathBelow(g_userDir, parts);
 }
 
 size_t lastSeparator(const std::string& name) {

@@ -169,8 +169,11 @@ int cImage::loadBmp(const std::string& fileName) {
         return fail("\"%s\": Cannot handle BMP images not using 8 or 24 bpp", fileName);
     uint8_t palette[256][4] = {};
     if (format == 8) {
+        // OUR OWN RULE: a short palette ends where the pixels begin; the colours that are missing are black.
         in.seek(kBmpPalette);
-        in.raw(palette, sizeof palette);
+        size_t bytes = std::min(sizeof palette, in.left());
+        if (dataOffset > kBmpPalette) bytes = std::min<size_t>(bytes, dataOffset - kBmpPalette);
+        in.raw(palette, bytes / 4 * 4);
     }
     in.seek(dataOffset);
     if (width_ <= 0 || height_ <= 0 || !in.good()) return fail(kCorrupt, fileName);

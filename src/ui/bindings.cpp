@@ -7,17 +7,33 @@ constexpr float kArrowFactor = 10; ///< an arrow key counts as so many pixels of
 bool isCommand(int command) {
     return command >= 0 && command < 2 * kCommandCount;
 }
+bool isKey(int code) {
+    return code >= 0 && code < kKeyCount;
+}
 size_t slot(int command) {
     return static_cast<size_t>(command % kCommandCount);
 }
 } // namespace
 
 void cBindings::setKey(int code, bool held) {
-    if (keys_ && code >= 0 && code < kKeyCount) keys_[code] = held ? 1 : 0;
+    if (keys_ && isKey(code)) keys_[code] = held ? 1 : 0;
+}
+
+void cBindings::press(int code) {
+    setKey(code, true);
+    if (!isKey(code)) return;
+    const auto key = static_cast<size_t>(code);
+    tapped_[key] = tapped_[key] || !held_[key];
+    held_[key] = true;
+}
+
+void cBindings::release(int code) {
+    setKey(code, false);
+    if (isKey(code)) held_[static_cast<size_t>(code)] = false;
 }
 
 bool cBindings::isKeyDown(int code) const {
-    return keys_ && code >= 0 && code < kKeyCount && keys_[code] != 0;
+    return keys_ && isKey(code) && (keys_[code] != 0 || tapped_[static_cast<size_t>(code)]);
 }
 
 int32_t cBindings::getBinding(int command) const {

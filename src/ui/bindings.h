@@ -12,6 +12,11 @@ public:
     /// held.
     void setKeyState(uint8_t* keys) { keys_ = keys; }
     void setKey(int code, bool held);
+    /// Events of a key or mouse button. OUR OWN RULE: what was pressed counts as held until forgetTaps(),
+    /// even when it is released before: a tap within one pump is not lost. A repeated press is no new one.
+    void press(int code);
+    void release(int code);
+    void forgetTaps() { tapped_.fill(false); } ///< once a pump, after a frame has read them
     bool isKeyDown(int code) const;
 
     /// The key is held and the repeat timer has run out; then restarts the timer. Ask once per command and
@@ -33,5 +38,7 @@ public:
 
 private:
     uint8_t* keys_ = nullptr;
+    std::array<bool, kKeyCount> tapped_{}; ///< pressed since the last pump began
+    std::array<bool, kKeyCount> held_{};   ///< by the events; SDL's array runs ahead of them
     std::array<int32_t, kCommandCount> repeatTimers_{};
 };

@@ -16,6 +16,8 @@ namespace {
 constexpr int kRepeatDelayMs = 500, kRepeatIntervalMs = 30;
 constexpr int kResumeCode = 0;
 constexpr char kReturn = 13;
+constexpr char kBackspace = 8;
+constexpr unsigned char kFirstLetter = 32;
 constexpr unsigned char kLastLetter = 126; ///< of those that the font shows
 
 cInputMgr* g_instance = nullptr;
@@ -37,7 +39,9 @@ void cInputMgr::destroy() {
 
 cInputMgr::cInputMgr() {
     if (loadSettings(kLatest) != 0) {
+        const bool unread = latestUnread_;
         if (loadSettings(kDefault) != 0) applySettings(); // the built-in ones
+        latestUnread_ = unread;
         settingsName.clear(); // what the player changes is not saved over the defaults
     }
     names.load();
@@ -70,6 +74,8 @@ void cInputMgr::firstPump() {
 void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
     mouseDX = mouseDY = 0;
     if (!active) return;
+    bindings.forgetTaps();
+    const bool hadFocus = hasFocus();
     if (!pumped_) {
         firstPump();
     } else {
@@ -84,7 +90,8 @@ void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
     SDL_Event event;
     while (SDL_PollEvent(&event)) handle(event, state);
     if (platform::isEndingAsked()) *state = STATE_QUIT;
-    if (*state == STATE_GAME && cRenderer::instance().hasScreen()) {
+    if (!hadFocus) mouseDX = mouseDY = 0; // from where the pointer was to where it is now
+    if (*state == STATE_GAME && hasFocus() && cRenderer::instance().hasScreen()) {
         SDL_WarpMouse(static_cast<Uint16>(centerX_), static_cast<Uint16>(centerY_));
     }
     bindings.countDown(elapsedMs);
@@ -95,12 +102,16 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
     switch (event.type) {
     case SDL_KEYDOWN:
         // SDL has set the entry already, but for events that were pushed by a program.
-        bindings.setKey(event.key.keysym.sym, true);
+        if (isTyping() && event.key.keysym.unicode >= kFirstLetter) {
+            bindings.setKey(event.key.keysym.sym, true); // a typed letter is not lost
+        } else {
+            bindings.press(event.key.keysym.sym);
+        }
         keyPressed(event.key.keysym.sym, event.key.keysym.unicode, (event.key.keysym.mod & KMOD_SHIFT) != 0,
                    state);
         break;
     case SDL_KEYUP:
-        bindings.setKey(event.key.keysym.sym, false);
+        bindings.release(event.key.keysym.sym);
         break;
     case SDL_MOUSEMOTION:
         mouseMoved(event.motion.x, event.motion.y, event.motion.xrel, event.motion.yrel, *state);
@@ -110,7 +121,10 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
         break;
     case SDL_MOUSEBUTTONUP:
         // A step of the wheel is up again at once: it counts until the next pump.
-        if (event.button.button <= SDL_BUTTON_RIGHT) bindings.setKey(event.button.button, false);
+        if (event.button.button <= SDL_BUTTON_RIGHT) bindings.release(event.button.button);
+        break;
+    case SDL_ACTIVEEVENT:
+        focusChanged(event.active.state, event.active.gain != 0);
         break;
     case SDL_QUIT:
         *state = STATE_QUIT;
@@ -125,7 +139,10 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
 
 void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* state) {
     if (*state == STATE_INTRO) *state = STATE_MENU;
-    if (key == bindings.getBinding(CMD_INVENTORY) && (*state == STATE_GAME || *state == STATE_INVENTORY)) {
+    const bool typing = isTyping();
+    // OUR OWN RULE: the inventory's key is a letter like others where one types.
+    if (!typing && key == bindings.getBinding(CMD_INVENTORY) &&
+        (*state == STATE_GAME || *state == STATE_INVENTORY)) {
         cInventory& inventory = cWorld::instance().inventory;
         inventory.toggle();
         if (*state != STATE_INVENTORY) returnState = *state;
@@ -136,7 +153,7 @@ void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* sta
         returnState = *state;
         *state = STATE_MENU;
     }
-    if (!console.visible && !promptActive) {
+    if (!typing) {
         const int32_t showConsole = inputSetting("CMD_SHOWCONSOLE");
         // Without the setting every key that has no character would open the console.
         if (showConsole == 0 || unicode != showConsole) return;
@@ -144,7 +161,15 @@ void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* sta
     if (key != SDLK_LSHIFT) textInput(static_cast<char>(unicode & 0xFF), shift);
 }
 
+/// Only what is told counts: SDL knows of no focus at the start, nor where there is no window manager.
+void cInputMgr::focusChanged(int what, bool gained) {
+    const int lost = what & (SDL_APPINPUTFOCUS | SDL_APPACTIVE);
+    focusLost_ = gained ? focusLost_ & ~lost : focusLost_ | lost;
+    if (gained && (what & SDL_APPINPUTFOCUS) != 0) focusLost_ = 0; // what has the keys is not minimised
+}
+
 void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
+    if (!hasFocus()) return;
     mouseX = x;
     mouseY = static_cast<int>(cRenderer::instance().getHeight()) - y - 1;
     if (state == STATE_GAME) {
@@ -159,7 +184,8 @@ void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
 
 void cInputMgr::buttonPressed(int button, int x, int y, GameState* state) {
     if (*state == STATE_INTRO) *state = STATE_MENU;
-    if (button >= SDL_BUTTON_LEFT && button <= SDL_BUTTON_WHEELDOWN) bindings.setKey(button, true);
+    if (button >= SDL_BUTTON_LEFT && button <= SDL_BUTTON_RIGHT) bindings.press(button);
+    if (button == SDL_BUTTON_WHEELUP || button == SDL_BUTTON_WHEELDOWN) bindings.setKey(button, true);
     if (*state == STATE_INVENTORY) cWorld::instance().inventory.clickCell(x, y);
 }
 
@@ -182,6 +208,8 @@ void cInputMgr::textInput(char character, bool shift) {
             console.line.clear();
             cCommandMgr::instance().execute(line, console);
         }
+    } else if (static_cast<unsigned char>(character) < kFirstLetter && character != kBackspace) {
+        return; // OUR OWN RULE: control characters are not text
     } else if (!promptActive) {
         typeCharacter(console.line, maxTextLength, character, shift);
     } else if (static_cast<unsigned char>(character) <= kLastLetter) {

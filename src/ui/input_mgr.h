@@ -17,6 +17,9 @@ public:
     static void destroy(); ///< saves the settings in force as the latest
 
     void pump(uint32_t elapsedMs, GameState* state);
+    /// OUR OWN RULE: while another window has the input focus, or this one is minimised, the pointer is not
+    /// put back to the centre and no movement is read.
+    bool hasFocus() const { return focusLost_ == 0; }
     void openMenu() { menu.open(); }
     void print(const char* format, ...) __attribute__((format(printf, 2, 3))); ///< to the console
 
@@ -45,6 +48,10 @@ public:
     bool saveSettings(const std::string& name);
     int findSettings(const std::string& name) const;
     std::vector<std::string> listSettings() const;
+    /// What a settings screen has edited comes into force. OUR OWN RULE: with a hero loaded it is also stored
+    /// under his entry, from which his next death or load brings the settings back; the defaults stay. False
+    /// when that cannot be written.
+    bool acceptEdited();
     void applySettings(); ///< to HUD, shadows and volumes
 
     static constexpr char kReserved = '\xA3';
@@ -76,6 +83,8 @@ private:
     void firstPump();
     void handle(const SDL_Event& event, GameState* state);
     void keyPressed(int key, uint16_t unicode, bool shift, GameState* state);
+    bool isTyping() const { return console.visible || promptActive; }
+    void focusChanged(int what, bool gained);
     void mouseMoved(int x, int y, int dx, int dy, GameState state);
     void buttonPressed(int button, int x, int y, GameState* state);
     void resume(GameState* state);
@@ -83,6 +92,9 @@ private:
     void scrollConsole();
 
     bool pumped_ = false;
+    int focusLost_ = 0; ///< SDL_APPINPUTFOCUS, SDL_APPACTIVE
+    /// The latest settings are in the file but could not be read: those in force must not replace them.
+    bool latestUnread_ = false;
     int centerX_ = 0, centerY_ = 0;
 };
 

@@ -18,6 +18,7 @@ constexpr int32_t kListTop = 170, kListStep = 18, kListHalfHeight = 8, kListRoom
 constexpr int32_t kRowHalfWidth = 307, kRowHalfHeight = 8;
 constexpr int32_t kCreditsHeight = 500;
 constexpr int kHeroLimit = 14, kSettingsLimit = 8; ///< of names, plus one
+constexpr const char* kNotSaved = "The settings could not be saved. quorvane.html says why.";
 constexpr const char* kCreateNew = "[ Create New ]";
 
 /// Buttons in the order of their pictures; their highlights follow, CANCEL's before OK's.
@@ -262,9 +263,9 @@ void cMenu::askSettingsName() {
     ask("Save settings as:", kSettingsLimit, &cMenu::takeSettingsName);
 }
 void cMenu::accept() {
-    input().bindings.settings = input().editSettings;
-    input().applySettings();
+    const bool kept = input().acceptEdited();
     showPage(kSettingsPage);
+    if (!kept) setNotice(kNotSaved);
 }
 void cMenu::cancel() {
     showPage(kSettingsPage);
@@ -315,8 +316,7 @@ void cMenu::takeSettings(const std::string& name) {
 
 void cMenu::takeSettingsName(const std::string& name) {
     const bool saved = input().saveSettings(name);
-    setNotice(saved ? "Settings saved as " + name
-                    : "The settings could not be saved. quorvane.html says why.");
+    setNotice(saved ? "Settings saved as " + name : kNotSaved);
 }
 
 void cMenu::prepareStart() {

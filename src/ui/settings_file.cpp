@@ -3,6 +3,7 @@
 #include "audio/audio_mgr.h"
 #include "core/log_mgr.h"
 #include "data/damaged_file.h"
+#include "platform/folder_lock.h"
 #include "ui/input_mgr.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -70,6 +71,9 @@ public:
         for (const Entry& entry : entries) out.raw(entry.record.data(), entry.record.size());
         return out.save(kFile);
     }
+
+    /// The file is there, and nobody knows what it holds.
+    bool isUnreadable() const { return state_ == kUnreadable; }
 
     std::vector<Entry> entries;
 
@@ -155,6 +159,7 @@ std::vector<std::string> cInputMgr::listSettings() const {
 int cInputMgr::loadSettings(const std::string& name) {
     const cSettingsFile file;
     const int index = file.find(name);
+    latestUnread_ = index < 0 && (latestUnread_ || (name == kLatest && file.isUnreadable()));
     if (index < 0) return -1;
     // What the player changes later belongs to the latest settings, not to the defaults.
     if (name != kLatest) settingsName = name == kDefault ? "" : name;
@@ -163,6 +168,15 @@ int cInputMgr::loadSettings(const std::string& name) {
     bindings.settings.read(in);
     applySettings();
     return 0;
+}
+
+bool cInputMgr::acceptEdited() {
+    bindings.settings = editSettings;
+    latestUnread_ = false; // the player has chosen
+    applySettings();
+    const cWorld& world = cWorld::instance();
+    if (!world.isGameLoaded() || world.heroSettings == kDefault) return true;
+    return saveSettings(world.heroSettings.empty() ? kLatest : world.heroSettings);
 }
 
 void cInputMgr::applySettings() {
@@ -176,6 +190,8 @@ void cInputMgr::applySettings() {
 
 bool cInputMgr::saveSettings(const std::string& name) {
     if (name.empty() || name.size() > kNameBytes) return false;
+    if (latestUnread_ && name == kLatest) return false;
+    const platform::cFolderLock lock;
     cSettingsFile file;
     Entry entry{};
     std::copy(name.begin(), name.end(), entry.name.begin()); // ten characters have no terminator

@@ -1,5 +1,6 @@
 #include "world/drop_octree.h"
 
+#include "core/log_mgr.h"
 #include "core/parse.h"
 #include "data/binary_reader.h"
 #include "platform/progress.h"
@@ -14,6 +15,22 @@ bool loadScaled(cModel& model, const std::string& file, float size) {
     model.moveToCentre();
     model.scaleToExtent(size);
     return true;
+}
+/// The row for a model without a face: how many could not be read, and why.
+void tellLosses(const std::string& file, const cModel::Losses& losses) {
+    const struct {
+        int count;
+        const char* what;
+    } kRows[] = {{losses.oddCorners, "faces whose corners are neither v nor, with vt lines, v/vt"},
+                 {losses.outOfRange, "faces with indices out of range"},
+                 {losses.unknownLines, "lines not understood"}};
+    std::string reasons;
+    for (const auto& row : kRows) {
+        if (row.count > 0)
+            reasons += (reasons.empty() ? "" : ", ") + std::to_string(row.count) + " " + row.what;
+    }
+    if (reasons.empty()) reasons = "it holds none";
+    cLogMgr::instance().error("%s gives no face: %s", file.c_str(), reasons.c_str());
 }
 } // namespace
 
@@ -32,6 +49,11 @@ DropOctreeResult dropOctree(const std::vector<std::string>& p) {
     progress.stage("reading " + input);
     cModel model, second;
     if (!loadScaled(model, input, size)) return {false, "Could not find file \"" + input + "\""};
+    // OUR OWN RULE: an octree without a face is not saved.
+    if (model.objects.empty()) {
+        tellLosses(input, model.losses);
+        return {false, "No face could be read from file \"" + input + "\""};
+    }
     if (n >= 7 && loadScaled(second, p[1], size)) model.applySecondTexture(second);
 
     cMaterialList materials;

@@ -12,6 +12,7 @@
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
 #include "script/frame_budget.h"
+#include "ui/input_mgr.h"
 #include "world/model_objects.h"
 #include "world/object_mgr.h"
 #include "world/world.h"
@@ -130,6 +131,7 @@ int cWorld::loadLevel(const std::string& fileName) {
     const int result = loadScenery();
     loadObjects();
     loadMusic();
+    cAudioMgr::instance().setEffectsVolume(cInputMgr::instance().getSoundVolume()); // of what was loaded now
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/config_mgr.h"
 #include "core/log_mgr.h"
+#include "platform/folder_lock.h"
 #include "script/cml_vocabulary.h"
 #include "script/dialogue.h"
 #include "script/event_mgr.h"
@@ -53,6 +54,7 @@ bool cWorld::saveGame() {
         cLogMgr::instance().error("The names of a checkpoint may have %zu characters: %s, %s",
                                   cCheckpoint::kLongestText, levelFile.c_str(), spawnPoint.c_str());
     } else {
+        const platform::cFolderLock lock;
         cPlayersFile file = cPlayersFile::read();
         file.put(heroName, checkpoint.write(inventory));
         saved = file.write();

@@ -12,6 +12,7 @@
 #include "platform/clock.h"
 #include "support/temp_game.h"
 
+#include <AL/al.h>
 #include <AL/alut.h>
 #include <algorithm>
 #include <chrono>
@@ -191,6 +192,32 @@ TEST_F(Audio, TheStreamFlowsAndEndsOnce) {
     EXPECT_GT(left, 0.05);
     EXPECT_NEAR(left, loudness(sides[1]), 0.02 * left);
     EXPECT_TRUE(silences(sides[0]).empty()) << "one block follows the other";
+}
+
+TEST_F(Audio, AStreamThatIsPlayedAgainWhenItIsOverLeavesNoRow) {
+    platform::writeFile("music.ogg", ogg(2));
+    start();
+    audio.playMusic("music");
+    for (int i = 0; i < 300; ++i) { // more than twice its length
+        audio.repeatMusic();
+        frames(1);
+        audio.setPaused(true); // as while another window has the focus
+        if (i % 10 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        audio.setPaused(false);
+    }
+    EXPECT_TRUE(audio.isStreaming());
+    EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
+}
+
+TEST_F(Audio, TheVolumeReachesEffectsThatAreLoadedLater) {
+    start();
+    audio.setEffectsVolume(0.25f);
+    const cSound* sound = audio.getSound("tone", false, false);
+    audio.playSound("tone");
+    audio.update();
+    ALfloat gain = 0;
+    alGetSourcef(sound->source, AL_GAIN, &gain);
+    EXPECT_FLOAT_EQ(gain, 0.25f);
 }
 
 TEST_F(Audio, TheStreamGoesOnAfterAPause) {

@@ -27,7 +27,7 @@ constexpr PieceRow kPieces[] = {{"quorvane", 160, "D minor", 84},
                                 {"landfall", 420, "G major", 108},
                                 {"deepwood", 420, "A minor", 66},
                                 {"summit", 410, "E minor", 112},
-                                {"action", 60, "C minor", 144}};
+                                {"action", 230, "C minor", 144}};
 
 class Music : public testing::TestWithParam<PieceRow> {};
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "support/temp_game.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -114,14 +115,93 @@ TEST(Files, WritingReplacesTheWholeFileUnderTheNameThatItHasOrLeavesTheOldOne) {
     TempGame game;
     const fs::path base = game.dir(), file = base / "Save" / "Game.cfl";
     put(file, "a long old content");
+    for (const char* name : {"Game.cfl.12.new", "Game.cfl.7-1.new", "Game.cfl.mine.new", "Game.cfl.13.new"}) {
+        put(file.parent_path() / name, "unfinished");
+        if (std::string(name) != "Game.cfl.13.new")
+            fs::last_write_time(file.parent_path() / name,
+                                fs::file_time_type::clock::now() - std::chrono::hours(2));
+    }
     ASSERT_TRUE(platform::writeFile("save\\GAME.CFL", {'n', 'e', 'w'}));
     EXPECT_EQ(get(file), "new");
-    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1)
-        << "nothing is left beside it";
+    EXPECT_TRUE(fs::exists(file.parent_path() / "Game.cfl.mine.new")) << "nothing of ours";
+    EXPECT_TRUE(fs::exists(file.parent_path() / "Game.cfl.13.new")) << "another program may be writing it";
+    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 3)
+        << "nothing else is left beside it";
     ASSERT_TRUE(platform::writeFile("deep\\er\\file", {}));
     EXPECT_TRUE(fs::exists(base / "deep" / "er" / "file"));
     EXPECT_FALSE(platform::writeFile("save", {'n'})) << "a folder of that name";
     EXPECT_EQ(TempGame::errorCount("The file \"save\" cannot be written"), 1);
     EXPECT_EQ(get(file), "new");
-    EXPECT_FALSE(fs::exists(base / "save.new"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(base), {}), 3) << "save, deep and the log";
+}
+
+TEST(Files, LinksCountAsWhatTheyLeadTo) {
+    TempGame game;
+    const fs::path base = game.dir(), away = base / "away";
+    put(away / "Store" / "Hopp.WAV", "sound");
+    put(away / "one.txt", "one");
+    fs::create_directories(base / "data");
+    fs::create_directory_symlink(away / "Store", base / "data" / "Sounds");
+    fs::create_symlink("../away/one.txt", base / "data" / "Relative.txt");
+    fs::create_symlink("none", base / "data" / "dangling.txt");
+    fs::create_symlink(away, base / "data" / "folder.txt");
+    fs::create_symlink("/dev/zero", base / "data" / "endless.txt");
+    std::string problem;
+    ASSERT_TRUE(
+        platform::openFileSystem("test", {{(base / "data").string()}, (base / "user").string()}, problem));
+    EXPECT_EQ(game.read("sounds\\hopp.wav"), "sound");
+    EXPECT_EQ(game.read("relative.txt"), "one");
+    EXPECT_FALSE(platform::fileExists("sounds\\..\\one.txt"))
+        << "a name stays in the data, whatever the links";
+    for (const char* name : {"dangling.txt", "folder.txt", "endless.txt"})
+        EXPECT_FALSE(platform::fileExists(name)) << name;
+}
+
+TEST(Files, TheTargetOfALinkIsWrittenAndTheLinkStays) {
+    TempGame game;
+    const fs::path base = game.dir(), away = base / "away", user = base / "user";
+    put(away / "old.cfl", "old");
+    fs::create_directories(user);
+    std::string problem;
+    ASSERT_TRUE(platform::openFileSystem("test", {{}, user.string()}, problem));
+    struct {
+        const char *name, *target, *holds, *written; ///< `written`: where, from base; null: refused
+    } const kRows[] = {{"absolute.cfl", nullptr, "old", "away/old.cfl"},
+                       {"relative.cfl", "../away/old.cfl", "new", "away/old.cfl"},
+                       {"chain.cfl", "relative.cfl", "new", "away/old.cfl"},
+                       {"dangling.cfl", "../away/fresh.cfl", "", "away/fresh.cfl"},
+                       {"unmounted.cfl", "../disk/game.cfl", "", nullptr},
+                       {"read_only.cfl", "/proc/self/game.cfl", "", nullptr},
+                       {"device.cfl", "/dev/full", "", nullptr},
+                       {"circle.cfl", "circle.cfl", "", nullptr}};
+    for (const auto& row : kRows) {
+        const fs::path link = user / row.name, target = row.target ? fs::path(row.target) : away / "old.cfl";
+        fs::create_symlink(target, link);
+        EXPECT_EQ(game.read(row.name), row.holds) << row.name;
+        TempGame::clearErrors();
+        EXPECT_EQ(platform::writeFile(row.name, {'n', 'e', 'w'}), row.written != nullptr) << row.name;
+        EXPECT_EQ(TempGame::errors().size(), row.written ? 0u : 1u) << row.name;
+        EXPECT_EQ(fs::read_symlink(link), target) << row.name;
+        if (row.written) {
+            EXPECT_EQ(get(base / row.written), "new") << row.name;
+        }
+    }
+    EXPECT_FALSE(fs::exists(base / "disk")) << "a disk that is not there is not made up";
+    EXPECT_EQ(std::distance(fs::directory_iterator(away), {}), 2) << "nothing is left beside the target";
+}
+
+TEST(Files, WhatCannotBeLookedAtIsNotTakenFromTheData) {
+    TempGame game;
+    const fs::path base = game.dir();
+    put(base / "data" / "settings.cfl", "shipped");
+    fs::create_directories(base / "user");
+    fs::create_symlink("settings.cfl", base / "user" / "settings.cfl"); // every look at it fails
+    std::string problem;
+    ASSERT_TRUE(
+        platform::openFileSystem("test", {{(base / "data").string()}, (base / "user").string()}, problem));
+    EXPECT_TRUE(platform::fileExists("settings.cfl"));
+    platform::Bytes bytes;
+    EXPECT_FALSE(platform::readFile("settings.cfl", bytes));
+    fs::remove(base / "user" / "settings.cfl");
+    EXPECT_EQ(game.read("settings.cfl"), "shipped");
 }

@@ -85,6 +85,14 @@ TEST_F(Image, BmpRowsStayInFileOrder) {
     ASSERT_EQ(load("a.bmp", bmp(4, 1, 8, {0, 1, 20, 80})), 0);
     EXPECT_EQ(image.pixels(), (Bytes{0, 0, 0, 3, 2, 1, 60, 40, 20, 240, 160, 80}));
     EXPECT_EQ(image.bpp(), 24);
+    Bytes two = bmp(8, 1, 8, {1, 0, 2, 200, 9, 9, 9, 9});
+    two.erase(two.begin() + 54 + 2 * 4, two.begin() + 54 + 1024);
+    two[10] = 54 + 2 * 4; // where the pixels begin
+    two[11] = 0;
+    ASSERT_EQ(load("a.bmp", two), 0);
+    Bytes black(24);
+    std::copy_n(Bytes{3, 2, 1}.begin(), 3, black.begin());
+    EXPECT_EQ(image.pixels(), black) << "colours that are missing are no pixels";
 }
 
 TEST_F(Image, TheNameChoosesTheFormat) {

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# What the game does when the machine fails it: survival_test.sh GAME_PROGRAM GAME_DATA
+# What the game does when the machine fails it: survival_test.sh GAME_PROGRAM GAME_DATA FAILING_CALLS_LIBRARY
 # Every case ends, or goes on, with a sentence for the person at the terminal.
 set -u
-game=$1 data=$2
+game=$1 data=$2 shim=$3
 work=$(mktemp -d)
 server=
 trap '[ -n "$server" ] && kill "$server" 2>/dev/null; rm -rf "$work"' EXIT
@@ -60,6 +60,15 @@ expect 'a data set that is cut short' 0 'Not everything could be loaded; .*quorv
     stop_after 5 "$game" --data "$work/cut" --user "$work/cut_menu"
 grep -q 'CML file contains errors! (intro.xml)' "$work/cut_menu/quorvane.html" || fail 'the log does not name the file'
 
+# An empty model converts into nothing.
+mkdir -p "$work/empty/3ds" "$work/empty/s_mdl"
+printf 'MM\006\000\000\000' >"$work/empty/3ds/grenade.3ds"
+cp "$data/s_mdl/grenade.cpm" "$work/empty/s_mdl" 2>/dev/null || printf 'good' >"$work/empty/s_mdl/grenade.cpm"
+cp "$work/empty/s_mdl/grenade.cpm" "$work/good"
+expect 'a model without an object' 0 'Not everything could be loaded' play "$work/empty" TERM
+cmp -s "$work/good" "$work/empty/s_mdl/grenade.cpm" || fail 'an empty model replaces a good one'
+grep -q 'Cannot convert 3ds.grenade.3ds: it holds no object' "$work/empty/quorvane.html" || fail 'an empty model has no row'
+
 # --- User directory
 expect 'a file for a directory' 1 'The directory ".*file" cannot be created' \
     "$game" --data "$data" --user "$work/file" --level testlevel.xml
@@ -68,15 +77,31 @@ expect 'a read-only directory' 0 'quorvane.html cannot be written, nor can setti
     stop_after 5 "$game" --data "$data" --user /proc/self --level testlevel.xml
 
 # --- Disk
+# failing CALL TEXT TIMES COMMAND...: the first TIMES of those system calls fail whose path contains TEXT
+failing() {
+    FAIL_CALL=$1 FAIL_PATH=$2 FAIL_TIMES=$3 LD_PRELOAD=$shim "${@:4}"
+}
 mkdir "$work/full"
 cp "$data/settings.cfl" "$work/full"
 ln -s /dev/full "$work/full/quorvane.html"
-# What cannot be removed stays in the way however often the game tries.
-mkdir -p "$work/full/settings.cfl.new/x" "$work/full/players.cfl.new/x"
-expect 'a full disk' 0 'quorvane.html cannot be written' play "$work/full" TERM
-expect 'settings on a full disk' 0 'The settings could not be saved; what stands above says why' play "$work/full" TERM
+full_disk() { failing "$1" .cfl. 999 play "$work/full" TERM; }
+expect 'a full disk' 0 'quorvane.html cannot be written' full_disk open
+for call in open fsync rename; do
+    expect "settings when $call fails" 0 'The settings could not be saved; what stands above says why' full_disk $call
+done
+[ -z "$(find "$work/full" -name '*.new')" ] || fail 'what could not be finished is left behind'
 [ -e "$work/full/players.cfl" ] && fail 'a hero is saved on a full disk'
 cmp -s "$data/settings.cfl" "$work/full/settings.cfl" || fail 'a full disk costs the old settings'
+# One failed look at the player's settings: neither the shipped nor the built-in ones take their place.
+mkdir "$work/look"
+for call in stat open; do
+    tr '\000' '\001' <"$data/settings.cfl" | tail -c 214 >"$work/record" # nobody's defaults
+    { printf '\001\000\000\000\243LATEST\000\000\000' && cat "$work/record"; } >"$work/look/settings.cfl"
+    cp "$work/look/settings.cfl" "$work/before"
+    expect "settings that $call cannot reach" 0 'settings could not be saved' \
+        failing $call /settings.cfl 1 play "$work/look" TERM
+    cmp -s "$work/before" "$work/look/settings.cfl" || fail "a failed $call costs the settings"
+done
 octree() { "$game" --data "$data" --user "$1" --exec "dropOctree src_mdl\\island.obj made.oct $2 4 32 1"; }
 limited() { (ulimit -f 4 && octree "$work/limited" 450); }
 expect 'a limit on file sizes' 1 'Could not write file "made.oct"' limited
@@ -91,6 +116,22 @@ for signal in TERM INT; do
 done
 play "$work/killed" KILL 2>/dev/null
 grep -q 'log manager was created' "$work/killed/quorvane.html" || fail 'a killed program leaves no log rows'
+
+# Nobody reads what the game writes to the terminal.
+{ play "$work/pipe" TERM 2>&1; echo $? >"$work/status"; } | true
+[ "$(cat "$work/status")" = 0 ] && [ -s "$work/pipe/settings.cfl" ] || fail 'a closed pipe costs the settings'
+# A second program in the same directory has a log of its own.
+play "$work/two" TERM &
+first=$!
+for _ in $(seq 100); do
+    [ -e "$work/two/quorvane.html" ] && break
+    sleep 0.1
+done
+play "$work/two" TERM
+wait $first
+for page in quorvane.html quorvane-2.html; do
+    grep -q 'Good bye' "$work/two/$page" || fail "of two programs one leaves no whole $page"
+done
 
 # --- Killed while it replaces a file: the old one or the new one remains
 octree "$work/old" 450 >/dev/null

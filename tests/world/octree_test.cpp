@@ -203,7 +203,13 @@ TEST(DropOctree, ChecksItsArgumentsAndSaysWhatItDid) {
         {{"in.obj", "oct", "10", "1", "50", "1"}, invalid},
         {{"obj", "out.oct", "10", "1", "50", "1"}, invalid},
         {{"in.obj", "none.obj", "out.oct", "10", "1", "50", "1"}, saved},
+        {{"bad.obj", "out.oct", "10", "1", "50", "1"}, "No face could be read from file \"bad.obj\""},
+        {{"bare.obj", "out.oct", "10", "1", "50", "1"}, "No face could be read from file \"bare.obj\""},
     };
+    // Of each reason another number; what is known and passed over is none.
+    game.write("bad.obj", "# a\no b\n\ng c\ns 1\nv 0 0 0\nv 8 0 0\nv 0 4 0\nvt 0 0\nf 1/1/1 2/1/1 3/1/1\n"
+                          "f 1 2 3\nf 1/1 2/1 4/1\nf 1/1 2/1 9/1\nf 1/2 2/1 3/1\nxyz 1\n");
+    game.write("bare.obj", "");
     for (const auto& row : rows) {
         platform::writeFile("out.oct", {});
         const DropOctreeResult result = dropOctree(row.params);
@@ -211,6 +217,11 @@ TEST(DropOctree, ChecksItsArgumentsAndSaysWhatItDid) {
         EXPECT_EQ(result.done, row.message == saved);
         EXPECT_EQ(!game.read("out.oct").empty(), result.done) << row.message;
     }
+    EXPECT_EQ(TempGame::errorCount("bad.obj gives no face: 2 faces whose corners are neither v nor, with vt "
+                                   "lines, v/vt, 3 faces with indices out of range, 1 lines not understood"),
+              1);
+    EXPECT_EQ(TempGame::errorCount("bare.obj gives no face: it holds none"), 1);
+    ASSERT_TRUE(dropOctree(rows[4].params).done);
     cBinaryReader in("out.oct");
     cMaterialList materials;
     cOctree octree;

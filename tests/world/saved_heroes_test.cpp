@@ -6,7 +6,10 @@
 #include "ui/input_mgr.h"
 #include "world/players_file.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 constexpr const char* kFile = "players.cfl";
@@ -109,6 +112,41 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
     const std::string before = file();
     ASSERT_TRUE(world.saveGame());
     EXPECT_EQ(file(), before) << "save, load, save";
+}
+
+TEST_F(SavedHeroes, WhatASettingsScreenChangesOutlastsADeath) {
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
+    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
+    struct {
+        const char *inForce, *ofHero;
+        bool kept;
+    } const kRows[] = {{"", cInputMgr::kLatest, true},
+                       {"calm", "calm", true},
+                       {"", "calm", true}, // the defaults were loaded in play
+                       {"", "", true},
+                       {"", cInputMgr::kDefault, false}};
+    for (const auto& row : kRows) {
+        input.bindings.settings.walkIsDefault = 0;
+        input.settingsName = row.inForce;
+        save("Ada");
+        world.heroSettings = row.ofHero;
+        cPlayersFile file = cPlayersFile::read();
+        const cCheckpoint checkpoint{"Ada", "hut", "isle.xml", *row.ofHero ? row.ofHero : cInputMgr::kLatest};
+        file.put("Ada", checkpoint.write(world.inventory));
+        ASSERT_TRUE(file.write());
+        input.editSettings = input.bindings.settings;
+        input.editSettings.walkIsDefault = 1;
+        EXPECT_TRUE(input.acceptEdited());
+        EXPECT_TRUE(input.isWalkDefault());
+        world.returnToCheckpoint();
+        EXPECT_EQ(input.isWalkDefault(), row.kept) << row.ofHero;
+    }
+    const std::string before = t.game.read("settings.cfl");
+    world.heroName = cWorld::kUnloadedHero;
+    EXPECT_TRUE(input.acceptEdited());
+    EXPECT_EQ(t.game.read("settings.cfl"), before) << "nobody is loaded whose settings they were";
+    ASSERT_EQ(input.loadSettings(cInputMgr::kDefault), 0);
+    EXPECT_FALSE(input.isWalkDefault()) << "the defaults stay";
 }
 
 TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
@@ -217,6 +255,40 @@ TEST_F(SavedHeroes, OneDamagedPartCostsNoHero) {
     ASSERT_EQ(world.loadSavedGame("Ada"), 0);
     EXPECT_TRUE(world.isGameLoaded());
     EXPECT_TRUE(world.inventory.entries().empty());
+}
+
+TEST_F(SavedHeroes, ProgramsThatSaveAtTheSameTimeLoseNoHero) {
+    constexpr int kPrograms = 3, kSaves = 25;
+    const auto name = [](int program, int i) { return std::to_string(program) + "-" + std::to_string(i); };
+    const auto saveHero = [&](int program, int i) {
+        input.settingsName = "none of ten"; // too long to be saved: only players.cfl is written
+        save(name(program, i));
+    };
+    const auto saveSettings = [&](int program, int i) { EXPECT_TRUE(input.saveSettings(name(program, i))); };
+    for (const std::function<void(int, int)>& saveOne :
+         {std::function<void(int, int)>(saveHero), {saveSettings}}) {
+        int start[2];
+        ASSERT_EQ(pipe(start), 0);
+        std::vector<pid_t> programs;
+        for (int program = 0; program < kPrograms; ++program) {
+            programs.push_back(fork());
+            if (programs.back() != 0) continue;
+            close(start[1]);
+            char byte;
+            static_cast<void>(read(start[0], &byte, 1)); // until the test closes it
+            for (int i = 0; i < kSaves; ++i) saveOne(program, i);
+            _exit(HasFailure());
+        }
+        close(start[0]);
+        close(start[1]);
+        for (const pid_t program : programs) {
+            int status = -1;
+            EXPECT_EQ(waitpid(program, &status, 0), program);
+            EXPECT_EQ(status, 0);
+        }
+    }
+    EXPECT_EQ(names().size(), size_t{kPrograms * kSaves});
+    EXPECT_EQ(input.listSettings().size(), size_t{kPrograms * kSaves});
 }
 
 TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
