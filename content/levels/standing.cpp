@@ -31,6 +31,9 @@ constexpr Form kForms[] = {{"barrel"},
                            {"telescope"},
                            {"tree"},
                            {"well"}};
+/// What is higher than this nobody stands on. It reaches over his head: an upper edge, which faces the sky,
+/// holds whoever meets it from the side.
+constexpr float kPost = 1.5f, kOverHead = 2.8f;
 constexpr int kSides = 16; // fewer, and one sticks at the corners more often
 
 const cXmlNode* child(const cXmlNode& node, std::string_view name) {
@@ -72,8 +75,9 @@ void addStanding(Scenery& s, Output& out, const std::string& document) {
                        facing = toVector3(physics->getAttribute("direction"));
         const float radius = toFloat(volume->getAttribute("radius"));
         const float turn = std::atan2(-facing.x, -facing.z) * 57.29578f;
+        const float low = std::min(start.y, end.y) - radius, high = std::max(start.y, end.y) + radius;
         s.add(parts::kPlanks,
-              solid(*form, radius, std::min(start.y, end.y) - radius, std::max(start.y, end.y) + radius)
+              solid(*form, radius, low, high - low > kPost ? std::max(high, low + kOverHead) : high)
                   .turned(turn)
                   .moved(toVector3(physics->getAttribute("position"))),
               Scenery::kSolid);
