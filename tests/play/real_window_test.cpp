@@ -78,10 +78,12 @@ void endGame(pid_t game) {
     waitpid(game, nullptr, 0);
 }
 
-/// Escape opens the menu, whose last entry quits. Each is tapped at once, shorter than a slow frame.
+/// Escape opens the menu, whose last entry quits.
 void quitByMenu() {
     for (const char* name : {"Escape", "Up", "Return"}) {
-        key(std::string("key --delay 0 ") + name);
+        key(std::string("keydown ") + name);
+        usleep(300000);
+        key(std::string("keyup ") + name);
         usleep(1000000);
     }
 }
@@ -101,8 +103,12 @@ void playInWindow(const std::string& libraryPath) {
     usleep(300000);
     const Box change = changed(Picture::read(user + "/still.png"), Picture::read(user + "/moved.png"));
     EXPECT_GT(change.count, 800 * 600 / 4) << "the hero has not walked out of the hut";
-    quitByMenu();
-    const int status = exitStatus(game, 10);
+    // On a busy machine a press may fall between two frames; after three rounds it is the program's fault.
+    int status = kRuns;
+    for (int round = 0; round < 3 && status == kRuns; ++round) {
+        quitByMenu();
+        status = exitStatus(game, 10);
+    }
     EXPECT_EQ(status, 0) << "the menu ends the game";
     if (status == kRuns) endGame(game);
     fs::remove_all(user);
