@@ -171,7 +171,6 @@ void cAudioMgr::playSoundIdAt(int32_t id, const cVector3& position) {
 }
 
 void cAudioMgr::setEffectsVolume(float gain) {
-    effectsVolume_ = gain;
     for (const auto& [name, sound] : byName_)
         if (sound->source != 0) alSourcef(sound->source, AL_GAIN, gain);
 }
@@ -237,10 +236,7 @@ void cAudioMgr::startPending() {
     const ALfloat orientation[] = {d.x, d.y, d.z, u.x, u.y, u.z};
     alListenerfv(AL_ORIENTATION, orientation);
     placeListener();
-    if (const ALuint source = pending_.front()->source; source != 0) {
-        alSourcef(source, AL_GAIN, effectsVolume_);
-        alSourcePlay(source);
-    }
+    if (const ALuint source = pending_.front()->source; source != 0) alSourcePlay(source);
     pending_.pop_front();
 }
 

@@ -34,8 +34,7 @@ public:
     void playSound(std::string_view baseName);
     /// By the hash of the name; only what was loaded as positional.
     void playSoundIdAt(int32_t id, const cVector3& position);
-    /// Of what is loaded by now; OUR OWN RULE: what is loaded later takes it when it is first played.
-    void setEffectsVolume(float gain);
+    void setEffectsVolume(float gain); ///< of what is loaded by now
 
     // Music: Ogg Vorbis files by their name without ending.
     /// A file that cannot be opened leaves the music as it is.
@@ -68,7 +67,7 @@ private:
     bool hasListener_ = false;
     Listener listener_;
     float distanceMod_ = 0;
-    float musicVolume_ = 1, effectsVolume_ = 1;
+    float musicVolume_ = 1;
     bool streaming_ = false;
     std::string musicName_; ///< without ending
     int effects_ = 0;

@@ -4,6 +4,7 @@
 #include "data/binary_reader.h"
 #include "game/physics_world.h"
 #include "game/player.h"
+#include "platform/files.h"
 #include "platform/gl_api.h"
 #include "render/shadow_volume.h"
 #include "script/cml_lookups.h"
@@ -117,6 +118,15 @@ bool readScenery(cWorld& world, const std::string& file) {
     cLogMgr::instance().error("Scenery file %s is damaged", file.c_str());
     return false;
 }
+
+/// New effects are at full volume: the settings reach what the level has loaded, and with it what the hero
+/// will be heard by at his first jump.
+void applyEffectsVolume() {
+    cAudioMgr& audio = cAudioMgr::instance();
+    for (const char* name : {"sounds/hopp", "sounds\\landa"})
+        if (platform::fileExists(std::string(name) + ".wav")) audio.getSound(name, false, false);
+    audio.setEffectsVolume(cInputMgr::instance().getSoundVolume());
+}
 } // namespace
 
 int cWorld::loadLevel(const std::string& fileName) {
@@ -131,7 +141,7 @@ int cWorld::loadLevel(const std::string& fileName) {
     const int result = loadScenery();
     loadObjects();
     loadMusic();
-    cAudioMgr::instance().setEffectsVolume(cInputMgr::instance().getSoundVolume()); // of what was loaded now
+    applyEffectsVolume();
     return result;
 }
 

@@ -12,7 +12,6 @@
 #include "platform/clock.h"
 #include "support/temp_game.h"
 
-#include <AL/al.h>
 #include <AL/alut.h>
 #include <algorithm>
 #include <chrono>
@@ -207,17 +206,6 @@ TEST_F(Audio, AStreamThatIsPlayedAgainWhenItIsOverLeavesNoRow) {
     }
     EXPECT_TRUE(audio.isStreaming());
     EXPECT_TRUE(TempGame::errors().empty()) << TempGame::errors().front();
-}
-
-TEST_F(Audio, TheVolumeReachesEffectsThatAreLoadedLater) {
-    start();
-    audio.setEffectsVolume(0.25f);
-    const cSound* sound = audio.getSound("tone", false, false);
-    audio.playSound("tone");
-    audio.update();
-    ALfloat gain = 0;
-    alGetSourcef(sound->source, AL_GAIN, &gain);
-    EXPECT_FLOAT_EQ(gain, 0.25f);
 }
 
 TEST_F(Audio, TheStreamGoesOnAfterAPause) {

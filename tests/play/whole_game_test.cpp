@@ -1,7 +1,9 @@
+#include "audio/audio_mgr.h"
 #include "support/game_run.h"
 #include "ui/input_mgr.h"
 #include "world/world.h"
 
+#include <AL/al.h>
 #include <SDL.h>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -95,4 +97,16 @@ TEST(WholeGame, TheSameSeedGivesTheSameRun) {
         return game.hero();
     };
     EXPECT_EQ(play(), play());
+}
+
+TEST(WholeGame, TheVolumeReachesTheEffectsOfALevel) {
+    GameRun game(GameRun::at("hut"));
+    cInputMgr::instance().bindings.settings.soundVolume = 0.25f;
+    ASSERT_EQ(cWorld::instance().loadLevel("deepwood.xml"), 0);
+    for (const char* name : {"sounds/hopp", "sounds\\landa", "sounds\\boar"}) {
+        const cSound* sound = cAudioMgr::instance().getSound(name, true, false);
+        ALfloat gain = 0;
+        alGetSourcef(sound->source, AL_GAIN, &gain);
+        EXPECT_FLOAT_EQ(gain, 0.25f) << name;
+    }
 }
