@@ -7,6 +7,7 @@
 #include "support/game_run.h"
 #include "world/world.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -80,14 +81,16 @@ void tell(int frame, const cPerson& person, const eyes::View& view, const GameRu
 }
 
 void report(const cPerson& person, int frames) {
-    int lost = 0;
-    for (const cPerson::Fight& fight : person.fights) lost += static_cast<int>(fight.lost * 100);
     std::cout << "  " << frames * 16 / 1000 << " s, " << person.wordsRead() << " words read, "
-              << person.fights.size() << " fights, " << lost << " health lost in them, " << person.deaths
-              << " deaths, hung in the air " << person.hangs << " times\n";
-    for (const cPerson::Stay& stay : person.stays)
-        std::cout << "    " << stay.level << ": " << stay.frames * 16 / 1000 << " s, " << stay.touched
-                  << " of " << stay.seen << " things seen were tried\n";
+              << person.deaths << " deaths, hung in the air " << person.hangs << " times\n";
+    for (const cPerson::Stay& stay : person.stays) {
+        std::cout << "    " << stay.level << ": " << stay.frames * 16 / 1000 << " s, "
+                  << stay.seen - stay.touched << " of " << stay.seen
+                  << " things seen were never tried; lost in its fights:";
+        for (const cPerson::Fight& fight : person.fights)
+            if (fight.level == stay.level) std::cout << " " << std::lround(fight.lost * 100);
+        std::cout << "\n";
+    }
 }
 } // namespace
 
@@ -113,7 +116,8 @@ TEST_P(Player, FinishesTheGame) {
     }
     platform::setGlContext(true);
     report(person, frame);
-    EXPECT_EQ(game.app.state(), STATE_QUIT) << "he did not come to the end";
+    EXPECT_EQ(game.app.state(), STATE_QUIT) << "he did not come to the end; what he knew last:\n"
+                                            << person.memories();
     EXPECT_EQ(person.hangs, 0) << "he hung in the air";
 }
 

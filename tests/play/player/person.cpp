@@ -91,7 +91,6 @@ float cPerson::turn(const View& view, const cVector3& to, float error) {
 }
 
 bool cPerson::goTo(const View& view, const cVector3& to, float reach) {
-    towards = to;
     if (flat(to - view.hero) < reach) {
         hold(CMD_FORWARD, false);
         return true;
@@ -111,6 +110,7 @@ void cPerson::newLevel(const View& view) {
     const bool died = healthBefore_ <= 0;
     if (died) {
         ++deaths;
+        if (fightFrames_ > 0) fights.push_back({level_, fightHealth_, fightFrames_});
         if (!fightFrames_) { // nobody else did it
             land_.fear(lastAlive_);
             land_.fear(lastGround_);

@@ -27,7 +27,6 @@ public:
         uint64_t level;
         float lost; ///< of the health bar, 0 … 1
         int frames;
-        bool died;
     };
     struct Stay {
         uint64_t level; ///< as eyes::View counts: a life is a level of its own
@@ -43,7 +42,6 @@ public:
     int deaths = 0;
     int hangs = 0;     ///< times that he hung in the air
     std::string doing; ///< for whoever watches
-    cVector3 towards;
 
 private:
     /// What he knows of a thing.

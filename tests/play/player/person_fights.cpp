@@ -50,7 +50,7 @@ bool cPerson::fight(const View& view) {
     if (fightFrames_ > 0) {
         ++fightFrames_;
         if (++calm_ > kCalmFrames) {
-            fights.push_back({level_, fightHealth_ - view.health, fightFrames_, false});
+            fights.push_back({level_, fightHealth_ - view.health, fightFrames_});
             fightFrames_ = 0;
         }
     }
