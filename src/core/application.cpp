@@ -272,8 +272,9 @@ void cApplication::gameFrame() {
     cObjectMgr::instance().update(dt_, &state_); // controllers post their moves
     cPhysicsWorld::instance().step(dt_, state_); // moves are resolved, touches become events
     cEventMgr::instance().process(dt_, &state_);
-    // OUR OWN RULE: where the level's timers stand still, nothing else plays its music again.
-    if (state_ == STATE_MENU || state_ == STATE_INVENTORY || state_ == STATE_DIALOGUE)
+    // OUR OWN RULE: where the level's timers stand still, and in a long fight, nothing else plays the music
+    // again.
+    if (state_ == STATE_MENU || state_ == STATE_INVENTORY || state_ == STATE_DIALOGUE || world.intensity > 0)
         cAudioMgr::instance().repeatMusic();
     cAudioMgr::instance().update();
     world.updateCameraOrCinematic(dt_, &state_);
@@ -322,6 +323,7 @@ void cApplication::waitForFocus() {
         platform::sleepMs(kHeldMs);
         input.pump(0, &state_);
     }
+    input.bindings.forgetTaps(); // the click that brings the focus back is no shot
     cAudioMgr::instance().setPaused(false);
     tickBase_ = platform::ticks();
 }

@@ -169,6 +169,7 @@ std::string cPlayer::keysOfAReply() const {
 
 void cPlayer::updatePlay(uint32_t elapsedMs) {
     viewCommands_ = camera_.isFirstPerson() ? kFirstPersonCommands : 0;
+    if ((owner_->getPosition() - lastBump_).lengthSq() >= kLeastMove * kLeastMove) lastBump_ = kNoBump;
     if (!look()) return;
     if (input_.bindings.isCommandTriggered(CMD_TOGGLE_VIEW)) camera_.toggleView();
     if (pressed(CMD_ZOOM_IN)) camera_.zoom(-movement("ZOOM_SPEED"));

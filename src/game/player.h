@@ -79,8 +79,9 @@ private:
 
     cInputMgr& input_;
     cCamera& camera_;
-    cVector3 velocity_;              ///< carried over
-    cVector3 lastBump_{0, -1e9f, 0}; ///< where he last ran into something overhead
+    cVector3 velocity_; ///< carried over
+    static constexpr cVector3 kNoBump{0, -1e9f, 0};
+    cVector3 lastBump_ = kNoBump; ///< where he ran into something overhead, until he has moved from there
     cVector3 scriptDirection_;
     float scriptSpeed_ = 0;
     int viewCommands_ = 0;     ///< added to commands that each view binds for itself

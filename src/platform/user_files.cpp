@@ -19,7 +19,7 @@ constexpr int kMostLinks = 40;        ///< in a row, as the system has it
 constexpr int kMostLeftBehind = 1000; ///< unfinished files of killed programs beside one file
 
 bool isMissing(int error) {
-    return error == ENOENT || error == ENOTDIR;
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
 
 /// The folder's first entry of that name in any case.
@@ -83,13 +83,16 @@ void removeLeftBehind(const fs::path& target) {
     const std::string start = target.filename().string() + ".";
     const auto oldest = fs::file_time_type::clock::now() - std::chrono::hours(1);
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(target.parent_path(), error)) {
+    for (fs::directory_iterator at(target.parent_path(), error), end; !error && at != end;
+         at.increment(error)) {
+        const fs::directory_entry& entry = *at;
         const std::string name = entry.path().filename().string();
         if (!name.starts_with(start) || !name.ends_with(kUnfinished)) continue;
         const std::string number = name.substr(start.size(), name.size() - start.size() - kUnfinished.size());
         if (number.empty() || number.find_first_not_of("0123456789-") != std::string::npos) continue;
-        const auto time = entry.last_write_time(error);
-        if (!error && time < oldest) fs::remove(entry.path(), error);
+        std::error_code gone; // another program's may vanish meanwhile
+        const auto time = entry.last_write_time(gone);
+        if (!gone && time < oldest) fs::remove(entry.path(), gone);
     }
 }
 

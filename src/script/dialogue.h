@@ -51,7 +51,7 @@ public:
     void advance(uint32_t elapsedMs, GameState* state);
     void moveChoice(int by) {
         choice_ += by;
-        choiceMoved_ = true;
+        choiceMoved_ = choiceMoved_ || choosing_; // who walks up to somebody holds a key as well
     }
     /// A menu waits, and nobody has yet moved a choice since the program's start.
     bool wantsHint() const { return choosing_ && !choiceMoved_; }

@@ -43,6 +43,8 @@ public:
     // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with kReserved are the
     // program's own.
     int loadSettings(const std::string& name); ///< 0, or −1 when the file does not hold it
+    /// The last loadSettings found the file, but could not read it: what it holds may be there next time.
+    bool isSettingsFileUnreadable() const { return unreadable_; }
     /// Replaces the entry or appends it. False, with the file as it was, for an empty or too long name and
     /// when the file cannot be written.
     bool saveSettings(const std::string& name);
@@ -95,6 +97,7 @@ private:
     int focusLost_ = 0; ///< SDL_APPINPUTFOCUS, SDL_APPACTIVE
     /// The latest settings are in the file but could not be read: those in force must not replace them.
     bool latestUnread_ = false;
+    bool unreadable_ = false; ///< settings.cfl, at the last loadSettings
     int centerX_ = 0, centerY_ = 0;
 };
 

@@ -159,6 +159,7 @@ std::vector<std::string> cInputMgr::listSettings() const {
 int cInputMgr::loadSettings(const std::string& name) {
     const cSettingsFile file;
     const int index = file.find(name);
+    unreadable_ = file.isUnreadable();
     latestUnread_ = index < 0 && (latestUnread_ || (name == kLatest && file.isUnreadable()));
     if (index < 0) return -1;
     // What the player changes later belongs to the latest settings, not to the defaults.

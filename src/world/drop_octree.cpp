@@ -4,7 +4,9 @@
 #include "core/parse.h"
 #include "data/binary_reader.h"
 #include "platform/progress.h"
+
 #include "world/octree.h"
+#include <algorithm>
 
 namespace {
 constexpr size_t kShortestName = 4;
@@ -50,7 +52,7 @@ DropOctreeResult dropOctree(const std::vector<std::string>& p) {
     cModel model, second;
     if (!loadScaled(model, input, size)) return {false, "Could not find file \"" + input + "\""};
     // OUR OWN RULE: an octree without a face is not saved.
-    if (model.objects.empty()) {
+    if (std::ranges::all_of(model.objects, [](const cModelObject& o) { return o.faces.empty(); })) {
         tellLosses(input, model.losses);
         return {false, "No face could be read from file \"" + input + "\""};
     }

@@ -119,8 +119,8 @@ bool readScenery(cWorld& world, const std::string& file) {
     return false;
 }
 
-/// New effects are at full volume: the settings reach what the level has loaded, and with it what the hero
-/// will be heard by at his first jump.
+/// OUR OWN RULE: new effects are at full volume, so the settings reach what the level has loaded, and with it
+/// what the hero will be heard by at his first jump.
 void applyEffectsVolume() {
     cAudioMgr& audio = cAudioMgr::instance();
     for (const char* name : {"sounds/hopp", "sounds\\landa"})

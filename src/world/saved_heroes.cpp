@@ -85,7 +85,10 @@ int cWorld::loadSavedGame(const std::string& name) {
     levelFile = checkpoint.levelFile;
     heroSettings = checkpoint.settingsName;
     cInputMgr& input = cInputMgr::instance();
-    if (input.loadSettings(heroSettings) != 0 && input.loadSettings(cInputMgr::kDefault) != 0)
+    // OUR OWN RULE: what could not be read is not replaced by the defaults, which a checkpoint would then
+    // store.
+    if (input.loadSettings(heroSettings) != 0 &&
+        (input.isSettingsFileUnreadable() || input.loadSettings(cInputMgr::kDefault) != 0))
         input.applySettings(); // the end of a level has turned the music down
     checkpointWritten_ = true;
     wakeUp();

@@ -41,6 +41,7 @@ std::string renamed(std::string document) {
     static const std::regex object("<object name=\"(\\w+)\"");
     for (std::sregex_iterator found(document.begin(), document.end(), object), end; found != end; ++found)
         names.push_back((*found)[1]);
+    EXPECT_GT(names.size(), 10u) << "the names are written otherwise";
     for (size_t i = 0; i < names.size(); ++i) {
         const std::regex name("(name=\"|point=\"|[(.,;\"])" + names[i] + "(?=[\").,;])");
         std::string other = "q";

@@ -67,11 +67,11 @@ View cEyes::look() {
     View view;
     cWorld& world = cWorld::instance();
     const cObject* hero = cObjectMgr::instance().hero();
-    if (hero != hero_ && hero) {
+    if (hero && hero->getSerial() != hero_) {
+        hero_ = hero->getSerial();
         ++level_;
         origin_ = hero->getPosition();
     }
-    hero_ = hero;
     view.level = level_;
     view.dark = world.levelChangePending > 0;
     if (!hero) return view;

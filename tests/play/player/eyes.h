@@ -75,7 +75,7 @@ private:
     void read(View& view);
     void seeSpot(View& view, const cVector3& end, float waterHeight);
 
-    const void* hero_ = nullptr;
+    uint64_t hero_ = 0; ///< the hero's serial
     uint64_t level_ = 0, glance_ = 0;
     cVector3 origin_;
     int talkFrames_ = 0;

@@ -120,6 +120,7 @@ void cPerson::newLevel(const View& view) {
     if (!died) {
         land_ = cLand();
         silentLooks_.clear();
+        hostileLooks_.clear();
     }
     things_.clear();
     delayed_.clear();
