@@ -199,10 +199,14 @@ TEST(Screens, TheTourWritesItsPictures) {
     const std::string out = user.dir() + "/pictures";
     const auto tour = [&](const std::string& script) {
         user.write("tour.txt", script);
-        return std::system(
-            (std::string(GAME_PROGRAM) + " --data " GAME_DATA " --fixed-step 16 --fast --user " + user.dir() +
-             " --level testlevel.xml --spawn hut --tour " + out + " >" + user.dir() + "/said.txt 2>&1")
-                .c_str());
+        const std::string command =
+            std::string(GAME_PROGRAM) + " --data " GAME_DATA " --fixed-step 16 --fast --user " + user.dir() +
+            " --level testlevel.xml --spawn hut --tour " + out + " >" + user.dir() + "/said.txt 2>&1";
+        int status = std::system(command.c_str());
+        // The leak checker itself now and then crashes on a library's thread that ends just then.
+        if (user.read("said.txt").find("LeakSanitizer has encountered a fatal error") != std::string::npos)
+            status = std::system(command.c_str());
+        return status;
     };
     EXPECT_EQ(
         tour("# the hut\nwait 20\npicture first\nwalk 0 -5\npicture second\nlook 12 0 30\npicture third\n"),
