@@ -27,7 +27,8 @@ std::string numbered(const std::string& name, int run) {
 } // namespace
 
 cFolderLock::cFolderLock() : file_(open(userPath(kLockFile).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
-    if (file_ < 0) return; // where nothing can be created nothing can be saved, and that has a message
+    // Without a lock file the save goes on unlocked: links may lead to where it can be written all the same.
+    if (file_ < 0) return;
     for (int i = 0; i < kTries; ++i) {
         if (flock(file_, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR)) return;
         std::this_thread::sleep_for(kPause);

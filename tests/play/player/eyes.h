@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-/// What a person sees of the running game, and nothing else: what the window shows, from where the camera
-/// stands, as far as nothing hides it. Places are relative to where the hero stood when the level appeared.
-/// World units.
+/// What a person sees of the running game, from where the camera stands. What hides is the collision
+/// geometry: crowns hide nothing, and invisible borders look like walls. Places are relative to where the hero
+/// stood when the level appeared. World units.
 namespace eyes {
 
 /// Length on the level.
