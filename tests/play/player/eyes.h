@@ -8,8 +8,8 @@
 #include <vector>
 
 /// What a person sees of the running game, from where the camera stands. What hides is the collision
-/// geometry: crowns hide nothing, and invisible borders look like walls. Places are relative to where the hero
-/// stood when the level appeared. World units.
+/// geometry: crowns hide nothing, and invisible borders look like walls. Places are relative to where the
+/// hero stood when the level appeared. World units.
 namespace eyes {
 
 /// Length on the level.
