@@ -2,7 +2,6 @@
 
 #include "core/name_hash.h"
 #include "game/item_def.h"
-#include "game/physics_world.h"
 #include "render/renderer.h"
 #include "script/dialogue.h"
 #include "world/model_objects.h"
@@ -16,7 +15,7 @@ namespace {
 constexpr float kHalfHeight = 0.41421356f;     ///< of the picture at distance 1: a view of 45 degrees
 constexpr float kAspect = 4.0f / 3;            ///< narrower than any window
 constexpr float kFarThing = 40, kFarSpot = 45; ///< beyond that nobody makes out what it is
-constexpr int kSpots = 160;                    ///< a view
+constexpr int kSpots = 80;                     ///< a view
 constexpr int kBoxOpens = 40;                  ///< frames until the box of a conversation shows words
 constexpr float kProbe = 0.3f;
 
@@ -29,12 +28,6 @@ cVector3 level(cVector3 v) {
 float spread(uint64_t i, double step) {
     const double x = static_cast<double>(i) * step;
     return static_cast<float>(2 * (x - std::floor(x)) - 1);
-}
-
-/// By what stands in front of a thing of that size, which may itself be part of the scenery.
-bool isHidden(const cVector3& eye, const cVector3& point, float size) {
-    const float length = (point - eye).length();
-    return cPhysicsWorld::instance().octree().trace(eye, point) * length < 0.98f * length - size;
 }
 
 Hold holdOf(const cItemDef* item) {
@@ -70,7 +63,9 @@ View cEyes::look() {
     if (hero && hero->getSerial() != hero_) {
         hero_ = hero->getSerial();
         ++level_;
-        origin_ = hero->getPosition();
+        if (levelFile_ != world.levelFile) origin_ = hero->getPosition();
+        levelFile_ = world.levelFile;
+        sight_.forget();
     }
     view.level = level_;
     view.dark = world.levelChangePending > 0;
@@ -87,6 +82,7 @@ View cEyes::look() {
     view.hold = holdOf(item);
     view.held = item;
     view.count = world.inventory.selectedCount();
+    sight_.lookFrom(camera.getEye());
     lookAtThings(view);
     lookAtScenery(view);
     read(view);
@@ -104,34 +100,31 @@ void cEyes::lookAtThings(View& view) const {
         if (ahead < 0.5f || ahead > kFarThing) continue;
         if (std::fabs(way.dot(up)) > ahead * kHalfHeight) continue;
         if (std::fabs(way.dot(camera.getRight())) > ahead * kHalfHeight * kAspect) continue;
-        const float size = std::min(object.boundingRadius(), 1.0f);
-        if (isHidden(eye, object.getPosition(), size) &&
-            isHidden(eye, object.getPosition() + cVector3(0, 0.6f, 0), size))
-            continue;
         Thing thing = describe(object);
-        if (!thing.look) continue; // shows nothing
+        if (!thing.look || !sight_.sees(object)) continue;
         thing.place -= origin_;
         view.things.push_back(thing);
     }
 }
 
 /// What lies at the end of a line of sight: ground is what a foot finds just above and below it.
-void cEyes::seeSpot(View& view, const cVector3& end, float waterHeight) {
-    const cOctree& scenery = cPhysicsWorld::instance().octree();
+void cEyes::seeSpot(View& view, const cVector3& end, float waterHeight) const {
     const cVector3 eye = cWorld::instance().camera.getEye(), way = end - eye;
-    const float free = scenery.trace(eye, end);
-    const cVector3 hit = eye + way * free;
+    const cSight::Seen seen = sight_.look(eye, end);
+    const cVector3 hit = eye + way * seen.share;
     if (eye.y > waterHeight && hit.y < waterHeight) {
         const float share = (eye.y - waterHeight) / (eye.y - end.y);
         view.spots.push_back({Spot::kWater, eye + way * share - origin_});
         return;
     }
-    if (free >= 1) return;
+    if (seen.share >= 1) return;
     const cVector3 before = hit - way.normalized() * 0.04f, reach(0, kProbe, 0);
-    const float down = scenery.trace(before + reach, before - reach);
-    const bool floor = down > 0.02f && down < 1;
-    view.spots.push_back(
-        {floor ? Spot::kFloor : Spot::kWall, (floor ? before + reach - reach * (2 * down) : hit) - origin_});
+    const float down = sight_.look(before + reach, before - reach).share;
+    if (down > 0.02f && down < 1) {
+        view.spots.push_back({Spot::kFloor, before + reach - reach * (2 * down) - origin_});
+    } else {
+        view.spots.push_back({seen.thing ? Spot::kThing : Spot::kWall, hit - origin_});
+    }
 }
 
 void cEyes::lookAtScenery(View& view) {

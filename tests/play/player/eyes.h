@@ -1,15 +1,15 @@
 #pragma once
 #include "core/game_state.h"
 #include "core/vector3.h"
+#include "play/player/sight.h"
 
 #include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-/// What a person sees of the running game, from where the camera stands. What hides is the collision
-/// geometry: crowns hide nothing, and invisible borders look like walls. Places are relative to where the
-/// hero stood when the level appeared. World units.
+/// What a person sees of the running game, from where the camera stands. Places are relative to where the
+/// hero stood when he first came to the level, which he knows again after a death. World units.
 namespace eyes {
 
 /// Length on the level.
@@ -30,7 +30,7 @@ struct Thing {
 
 /// A spot of the scenery within the picture.
 struct Spot {
-    enum Kind { kFloor, kWall, kWater } kind;
+    enum Kind { kFloor, kWall, kWater, kThing } kind; ///< kThing: the side of something that may move
     cVector3 place;
 };
 
@@ -57,7 +57,7 @@ struct View {
     const void* held = nullptr; ///< the picture of what is in the hand
     int count = 0;              ///< the number beside it
     std::vector<Thing> things;
-    std::vector<Spot> spots;           ///< some hundred, others in every view
+    std::vector<Spot> spots;           ///< some dozen, others in every view
     std::vector<std::string> messages; ///< lines in the corner
     std::string page;                  ///< words of the conversation
     std::vector<std::string> replies;  ///< to choose from
@@ -73,7 +73,10 @@ private:
     void lookAtThings(View& view) const;
     void lookAtScenery(View& view);
     void read(View& view);
-    void seeSpot(View& view, const cVector3& end, float waterHeight);
+    void seeSpot(View& view, const cVector3& end, float waterHeight) const;
+
+    cSight sight_;
+    std::string levelFile_;
 
     uint64_t hero_ = 0; ///< the hero's serial
     uint64_t level_ = 0, glance_ = 0;

@@ -4,21 +4,22 @@
 #include <cmath>
 
 namespace {
-constexpr float kStepUp = 1.0f;              ///< per unit of way: as steep as the hero climbs
-constexpr float kSafe = 0.7f;                ///< the same, without a slip
-constexpr float kSteep = 0.44f;              ///< from one side of a column to the other
-constexpr int kShore = 5;                    ///< cells
-constexpr float kStepDown = 0.55f;           ///< more is a drop
-constexpr float kDeepest = 5;                ///< drop that is risked
-constexpr float kLedge = 1.35f;              ///< as high as the hero jumps
-constexpr float kLowestWall = -32;           ///< of the wall bits
-constexpr int kShortJump = 4, kLongJump = 6; ///< cells from take-off to landing
-constexpr float kJumpCost = 8, kDropCost = 4;
+constexpr float kStepUp = 1.0f;                              ///< per unit of way: as steep as the hero climbs
+constexpr float kSafe = 0.7f;                                ///< the same, without a slip
+constexpr float kSteep = 0.44f;                              ///< from one side of a column to the other
+constexpr int kShore = 5;                                    ///< cells
+constexpr float kStepDown = 0.55f;                           ///< more is a drop
+constexpr float kDeepest = 5;                                ///< drop that is risked
+constexpr float kLedge = 1.35f;                              ///< as high as the hero jumps
+constexpr float kLowestWall = -32;                           ///< of the wall bits
+constexpr int kShortJump = 4, kLongJump = 6;                 ///< cells from take-off to landing
+constexpr float kJumpCost = 8, kDropCost = 8, kDropUnit = 4; ///< there may be no way up again
 constexpr int kTriesAtJump = 4;
 constexpr size_t kBoxedIn = 30;     ///< places
 constexpr float kHandsReach = 2.0f; ///< up and down
 constexpr float kDry = 0.1f;        ///< ground that far above water is safe
 constexpr float kLookedAround = 2.2f;
+constexpr uint32_t kThingStays = 600, kBlocked = 1500; ///< frames
 } // namespace
 
 cLand::cLand() : columns_(static_cast<size_t>(kSide) * kSide) {}
@@ -39,7 +40,7 @@ const cLand::Column* cLand::column(int x, int z) const {
     return const_cast<cLand*>(this)->column(x, z);
 }
 
-void cLand::see(const eyes::Spot& spot) {
+void cLand::see(const eyes::Spot& spot, uint32_t frame) {
     Column* c = column(cellOf(spot.place.x), cellOf(spot.place.z));
     if (!c) return;
     if (spot.kind == eyes::Spot::kWater) {
@@ -49,9 +50,12 @@ void cLand::see(const eyes::Spot& spot) {
                 if (Column* near = column(x + dx, z + dz)) near->shore = true;
         c->water = true;
         waterHeight_ = spot.place.y;
-    } else if (spot.kind == eyes::Spot::kWall) {
+    } else if (spot.kind != eyes::Spot::kFloor) {
+        const bool thing = spot.kind == eyes::Spot::kThing;
+        if (thing && c->thingUntil < frame) c->thing = {};
+        if (thing) c->thingUntil = frame + kThingStays;
         const int bit = wallBit(spot.place.y);
-        c->wall[static_cast<size_t>(bit / 64)] |= 1ull << (bit % 64);
+        (thing ? c->thing : c->wall)[static_cast<size_t>(bit / 64)] |= 1ull << (bit % 64);
     } else {
         for (size_t i = 0; i < c->floors; ++i) {
             if (std::fabs(c->floor[i] - spot.place.y) > 0.4f) continue;
@@ -73,10 +77,13 @@ cVector3 cLand::placeOf(uint32_t node) const {
     return {x, columns_[cell].floor[node % kFloors] + kMiddle, z};
 }
 
-void cLand::block(const cVector3& place, uint32_t untilFrame) {
+void cLand::block(const cVector3& place, uint32_t frame) {
     Column* c = column(cellOf(place.x), cellOf(place.z));
-    for (size_t i = 0; c && i < c->floors; ++i)
-        if (std::fabs(c->floor[i] + kMiddle - place.y) < 1) c->blockedUntil[i] = untilFrame;
+    if (!c) return;
+    for (size_t i = 0; i < c->floors; ++i)
+        if (std::fabs(c->floor[i] + kMiddle - place.y) < 1)
+            c->blockedUntil[i] = frame + (kBlocked << c->blocked);
+    c->blocked = static_cast<uint8_t>(std::min(c->blocked + 1, 6));
 }
 
 void cLand::fear(const cVector3& place) {
@@ -113,8 +120,10 @@ void cLand::bumped(const cVector3& from, const cVector3& to) {
 }
 
 bool cLand::isWalled(const Column& c, float floor) const {
-    for (int bit = wallBit(floor + 0.75f); bit <= wallBit(floor + 1.7f); ++bit)
-        if (c.wall[static_cast<size_t>(bit / 64)] >> (bit % 64) & 1) return true;
+    for (int bit = wallBit(floor + 0.75f); bit <= wallBit(floor + 1.7f); ++bit) {
+        const size_t word = static_cast<size_t>(bit / 64);
+        if ((c.wall[word] | (c.thingUntil > frame_ ? c.thing[word] : 0)) >> (bit % 64) & 1) return true;
+    }
     return false;
 }
 
@@ -149,12 +158,15 @@ float cLand::crossing(uint32_t from, int x, int z, int floor, float length) cons
     const float y = c.floor[static_cast<size_t>(floor)];
     const float rise = y - columns_[from / kFloors].floor[from % kFloors];
     if (rise > std::max(0.35f, length * kStepUp) || rise < -kDeepest) return kFar;
-    if (c.shore && (rise < -std::max(0.3f, length * kSafe) || rise > std::max(0.35f, length * kSafe)))
+    const bool careful = daring_ < kClimbs;
+    if (careful && c.shore &&
+        (rise < -std::max(0.3f, length * kSafe) || rise > std::max(0.35f, length * kSafe)))
         return kFar; // who slips there swims
-    if (isSteep(c, static_cast<size_t>(floor))) return kFar;
+    if (careful && isSteep(c, static_cast<size_t>(floor))) return kFar;
     if (y < c.fearedBelow || y < waterHeight_ + kDry) return kFar;
     if (c.blockedUntil[static_cast<size_t>(floor)] > frame_ || isWalled(c, y)) return kFar;
-    return length * (1 + risk(x, z, y)) + (rise < -kStepDown - length * kStepUp ? kDropCost : 0);
+    return length * (1 + risk(x, z, y)) +
+           (rise < -kStepDown - length * kStepUp ? kDropCost - kDropUnit * rise : 0);
 }
 
 void cLand::relax(uint32_t from, uint32_t to, float length, bool jump) {
@@ -209,7 +221,7 @@ void cLand::relaxJumps(uint32_t node) {
                                   : column(x + dx, z + dz);
             for (int i = 0; c && i < c->floors; ++i) {
                 const float to = c->floor[static_cast<size_t>(i)], rise = to - y;
-                if (c->shore || rise < 0.4f || rise > kLedge || isWalled(*c, to) ||
+                if ((c->shore && daring_ < kClimbs) || rise < 0.4f || rise > kLedge || isWalled(*c, to) ||
                     !canJump(x, z, dx, dz, y, to))
                     continue;
                 const uint32_t target = static_cast<uint32_t>(((x + dx) * kSide + z + dz) * kFloors + i);
@@ -223,8 +235,9 @@ void cLand::relaxJumps(uint32_t node) {
         }
 }
 
-void cLand::plan(const cVector3& from, uint32_t frame, bool jumps) {
+void cLand::plan(const cVector3& from, uint32_t frame, Daring daring) {
     frame_ = frame;
+    daring_ = daring;
     cost_.assign(columns_.size() * kFloors, kFar);
     from_.resize(cost_.size());
     jumped_.resize(cost_.size());
@@ -250,10 +263,10 @@ void cLand::plan(const cVector3& from, uint32_t frame, bool jumps) {
     cost_[start] = 0;
     from_[start] = start;
     queue_.push_back({0.0f, start});
-    spread(jumps);
+    spread();
     if (reached_.size() >= kBoxedIn) return;
     stepOff(start);
-    spread(jumps);
+    spread();
 }
 
 /// He stands on something from which no way is known to lead: to whatever ground is next to it.
@@ -274,7 +287,7 @@ void cLand::stepOff(uint32_t start) {
         }
 }
 
-void cLand::spread(bool jumps) {
+void cLand::spread() {
     while (!queue_.empty()) {
         std::pop_heap(queue_.begin(), queue_.end());
         const auto [minus, node] = queue_.back();
@@ -282,7 +295,7 @@ void cLand::spread(bool jumps) {
         if (-minus > cost_[node]) continue;
         reached_.push_back(node);
         relaxWalks(node);
-        if (jumps) relaxJumps(node);
+        if (daring_ >= kJumps) relaxJumps(node);
     }
 }
 

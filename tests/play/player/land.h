@@ -11,9 +11,9 @@
 class cLand {
 public:
     cLand();
-    void see(const eyes::Spot& spot);
-    /// There was no getting on: keeps ways from there until `frame`.
-    void block(const cVector3& place, uint32_t untilFrame);
+    void see(const eyes::Spot& spot, uint32_t frame);
+    /// There was no getting on: keeps ways from there for a while, longer each time.
+    void block(const cVector3& place, uint32_t frame);
     void fear(const cVector3& place);           ///< he died there: never again
     bool isGround(const cVector3& place) const; ///< known, and a foot can be set there from the same height
     bool isWater(const cVector3& place) const;  ///< and nothing to stand on above it
@@ -22,8 +22,14 @@ public:
     void lookAgain(); ///< something may have opened: edges and blocked ways count anew
 
     static constexpr uint32_t kNone = ~0u; ///< no such ground
-    /// Ways from here to everywhere; with `jumps` up to ledges as well.
-    void plan(const cVector3& from, uint32_t frame, bool jumps);
+    /// What somebody dares to do.
+    enum Daring {
+        kWalks,
+        kJumps,  ///< up to ledges as well
+        kClimbs, ///< over steep rock and along the water too
+    };
+    /// Ways from here to everywhere.
+    void plan(const cVector3& from, uint32_t frame, Daring daring);
     float cost(uint32_t node) const { return node == kNone ? kFar : cost_[node]; }
     uint32_t nodeAt(const cVector3& place, float reach) const; ///< cheapest ground within reach of it
     uint32_t nearestEdge() const;                              ///< of what is known, not yet looked at
@@ -47,7 +53,9 @@ private:
         std::array<float, kFloors> floor{}, lowest{}, highest{};
         std::array<uint32_t, kFloors> blockedUntil{};
         std::array<uint64_t, 4> wall{}; ///< a bit for each quarter of a unit of height
-        uint8_t floors = 0;
+        std::array<uint64_t, 4> thing{};
+        uint32_t thingUntil = 0; ///< frame; it may be gone by then
+        uint8_t floors = 0, blocked = 0;
         bool water = false, shore = false, looked = false; ///< shore: with water near
         float fearedBelow = -1e9f;
     };
@@ -61,7 +69,7 @@ private:
     float risk(int x, int z, float floor) const;
     bool canJump(int x, int z, int dx, int dz, float floor, float to) const;
     bool isEdge(uint32_t node) const;
-    void spread(bool jumps);
+    void spread();
     void stepOff(uint32_t start);
     void relaxWalks(uint32_t node);
     void relaxJumps(uint32_t node);
@@ -75,5 +83,6 @@ private:
     std::vector<std::pair<float, uint32_t>> queue_;
     std::vector<std::pair<uint32_t, int>> failedJumps_;
     uint32_t frame_ = 0;
+    Daring daring_ = kWalks;
     float waterHeight_ = -1e9f;
 };

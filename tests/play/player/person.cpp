@@ -4,6 +4,7 @@
 #include "ui/input_settings.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <sstream>
 
@@ -19,8 +20,10 @@ constexpr float kThirdTurn = 25, kFirstTurn = 50; ///< degrees for one unit of l
 constexpr int kReadingFrames = 30;                ///< a page at least
 constexpr int kBoxOpens = 150;                    ///< frames that a page is waited for
 constexpr int kHangs = 120;                       ///< frames in the air on one spot
-/// What nobody says who wants to get on in peace.
-constexpr const char* kRash[] = {"fight", "Draw", "Never", "Nothing"};
+/// Words of threats and of refusals, which nobody says first who wants to get on in peace.
+constexpr const char* kThreats[] = {"fight", "kill", "attack", "draw", "die", "blood", "steal", "rob", "war"};
+constexpr const char* kRefusals[] = {"no", "not", "never", "nothing", "none", "nobody", "don't", "won't"};
+constexpr int kThreat = 3, kRefusal = 2; ///< as if said so often already
 } // namespace
 
 cPerson::cPerson(Skill skill, bool firstPerson, uint32_t seed)
@@ -72,15 +75,15 @@ void cPerson::tap(int command, int frames) {
     taps_[command] = frames;
 }
 
-float cPerson::turn(const View& view, const cVector3& to, float error) {
+float cPerson::turn(const View& view, const cVector3& to, float aside, float above) {
     const cVector3 way = to - view.hero;
     if (flat(way) < 0.01f) return 0;
-    const float aside = view.right.dot(way), ahead = view.forward.dot(way);
-    const float left = std::atan2(aside, ahead) * kRadiansToDegrees + error;
+    const float left = std::atan2(view.right.dot(way), view.forward.dot(way)) * kRadiansToDegrees + aside;
     const float degrees = std::clamp(left, -kFastestTurn, kFastestTurn);
     // The height of what is looked at; walking looks a little down.
-    const float wanted =
-        view.firstPerson ? std::atan2(way.y - 0.3f, std::max(flat(way), 1.0f)) - 0.12f : -0.2f;
+    const float wanted = view.firstPerson ? std::atan2(way.y - 0.3f, std::max(flat(way), 1.0f)) - 0.12f +
+                                                above / kRadiansToDegrees
+                                          : -0.2f;
     const float unit = view.firstPerson ? kFirstTurn : kThirdTurn;
     const float sensitivity = cInputMgr::instance().bindings.settings.sensitivity;
     const float up = std::clamp((wanted - view.pitch) * 0.2f, -0.05f, 0.05f);
@@ -110,12 +113,12 @@ void cPerson::newLevel(const View& view) {
     const bool died = healthBefore_ <= 0;
     if (died) {
         ++deaths;
-        if (fightFrames_ > 0) fights.push_back({level_, fightHealth_, fightFrames_});
-        if (!fightFrames_) { // nobody else did it
+        if (!fightFrames_ && atALoss_ < kDespairs) { // nobody else did it
             land_.fear(lastAlive_);
             land_.fear(lastGround_);
         }
     }
+    endFight();
     level_ = view.level;
     if (!died) {
         land_ = cLand();
@@ -125,17 +128,21 @@ void cPerson::newLevel(const View& view) {
     things_.clear();
     delayed_.clear();
     stays.push_back({level_});
-    healthBefore_ = fightHealth_ = view.health;
-    round_ = 0;
-    jumps_ = false;
-    fightFrames_ = calm_ = 0;
+    healthBefore_ = view.health;
+    round_ = atALoss_ = 0;
     errand_ = kNothing;
     letGo();
     if (view.firstPerson != firstPerson_) tap(CMD_TOGGLE_VIEW);
 }
 
+void cPerson::endFight() {
+    if (fightFrames_ > 0) fights.push_back({level_, fightLost_, fightFrames_});
+    fightFrames_ = calm_ = 0;
+    fightLost_ = 0;
+}
+
 void cPerson::remember(const View& view) {
-    for (const eyes::Spot& spot : view.spots) land_.see(spot);
+    for (const eyes::Spot& spot : view.spots) land_.see(spot, frame_);
     delayed_.push_back(view.things);
     while (delayed_.size() > static_cast<size_t>(skill_.reactionMs / kFrameMs) + 1) delayed_.pop_front();
     now_ = delayed_.front();
@@ -162,8 +169,8 @@ void cPerson::remember(const View& view) {
 /// Who has hurt him: the nearest who looks his way.
 void cPerson::blame(const View& view) {
     if (view.health <= 0 && healthBefore_ > 0.5f) return; // nobody strikes like that: it was the water
-    if (fightFrames_ == 0) fightHealth_ = healthBefore_;
     fightFrames_ = std::max(fightFrames_, 1);
+    fightLost_ += healthBefore_ - std::max(view.health, 0.0f);
     calm_ = 0;
     Memory* guilty = nullptr;
     float least = 30;
@@ -186,14 +193,30 @@ void cPerson::blame(const View& view) {
 
 // --- Talking
 
+namespace {
+int rashness(const std::string& reply) {
+    std::string words = " ";
+    for (const char c : reply)
+        words += std::isalpha(static_cast<unsigned char>(c)) || c == '\''
+                     ? static_cast<char>(std::tolower(static_cast<unsigned char>(c)))
+                     : ' ';
+    words += ' ';
+    int sum = 0;
+    for (const char* word : kThreats)
+        sum += words.find(std::string(" ") + word + " ") != std::string::npos ? kThreat : 0;
+    for (const char* word : kRefusals)
+        sum += words.find(std::string(" ") + word + " ") != std::string::npos ? kRefusal : 0;
+    return sum;
+}
+} // namespace
+
 size_t cPerson::bestReply(const View& view) const {
     size_t best = 0;
     int least = 1000;
     for (size_t i = 0; i < view.replies.size(); ++i) {
         const auto found = chosen_.find(view.replies[i]);
         int rank = found == chosen_.end() ? 0 : found->second;
-        for (const char* word : kRash)
-            if (view.replies[i].find(word) != std::string::npos) rank += 3;
+        rank += rashness(view.replies[i]);
         if (rank >= least) continue;
         least = rank;
         best = i;

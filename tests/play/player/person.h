@@ -25,7 +25,7 @@ public:
 
     struct Fight {
         uint64_t level;
-        float lost; ///< of the health bar, 0 … 1
+        float lost; ///< of the health bar, 0 … 1; what came back meanwhile does not count
         int frames;
     };
     struct Stay {
@@ -37,7 +37,7 @@ public:
     std::set<std::string> pages; ///< every page, reply and message read
     size_t wordsRead() const;
     std::string memories() const; ///< of the things of this level, a line each
-    std::vector<Fight> fights;
+    std::vector<Fight> fights;    ///< without one that is not over
     std::vector<Stay> stays;
     int deaths = 0;
     int hangs = 0;     ///< times that he hung in the air
@@ -56,9 +56,11 @@ private:
         bool hostile = false;
         int fought = 0; ///< frames
     };
+    static constexpr int kDespairs = 14; ///< times at a loss in a row
     enum Errand { kNothing, kTouch, kExplore, kLookAround, kRest, kWander };
 
     void newLevel(const eyes::View& view);
+    void endFight();
     void remember(const eyes::View& view);
     void blame(const eyes::View& view);
     void talk(const eyes::View& view);
@@ -71,6 +73,7 @@ private:
     bool isInReach(const eyes::View& view, const Memory& foe) const;
     bool takeWeapon(const eyes::View& view);
     void chooseErrand(const eyes::View& view);
+    bool findGoal();
     float worth(const Memory& memory, float cost) const;
     bool isDull(const Memory& memory) const;
     void runErrand(const eyes::View& view);
@@ -84,7 +87,8 @@ private:
     void hold(int command, bool on);
     void letGo();
     void tap(int command, int frames = 2);
-    float turn(const eyes::View& view, const cVector3& to, float error = 0); ///< degrees that are left
+    /// Towards something, or beside it by those degrees; the degrees that are left.
+    float turn(const eyes::View& view, const cVector3& to, float aside = 0, float above = 0);
     bool goTo(const eyes::View& view, const cVector3& to, float reach);
     float chance(float least, float most);
 
@@ -108,7 +112,8 @@ private:
     std::vector<cLand::Step> way_;
     size_t at_ = 0;
     int errandFrames_ = 0, waited_ = 0, round_ = 0, jumping_ = 0, backing_ = 0, lookFrames_ = 0;
-    bool jumps_ = false;
+    int atALoss_ = 0; ///< times in a row without anything new
+    size_t knownPages_ = 0;
     cVector3 lastPlace_, jumpFrom_, lastAlive_, lastGround_, lastFall_;
     int hanging_ = 0;
     float wander_ = 0; ///< degrees
@@ -117,9 +122,9 @@ private:
     uint32_t answered_ = 0;
     size_t messages_ = 0, pagesBefore_ = 0;
     // The fight under way.
-    float healthBefore_ = 1, fightHealth_ = 1;
+    float healthBefore_ = 1, fightLost_ = 0;
     int fightFrames_ = 0, calm_ = 0, chase_ = 0, shotAt_ = 0, side_ = 1, weaponTaps_ = 0;
-    float aim_ = 0;
+    float aim_ = 0, aimUp_ = 0; ///< degrees off the mark
     int talkFrames_ = 0, pageFrames_ = 0;
     std::string lastPage_;
 };

@@ -15,6 +15,7 @@ constexpr float kAtIt = 0.9f;                       ///< from where a thing can 
 constexpr float kRestBelow = 0.6f, kRested = 0.95f; ///< of the health bar
 constexpr float kAnswersWithin = 3;
 constexpr size_t kBoxedIn = 30;  ///< places: he has got himself somewhere odd
+constexpr int kGetsBold = 4;     ///< times at a loss
 constexpr int kSilentEnough = 2; ///< of a look: more of it answer neither
 } // namespace
 
@@ -42,7 +43,27 @@ void cPerson::chooseErrand(const View& view) {
         errand_ = kRest;
         return;
     }
-    land_.plan(view.hero, frame_, jumps_);
+    // On foot; up to ledges when that leads nowhere; over everything when that does not help either.
+    const cLand::Daring boldest = atALoss_ >= kGetsBold ? cLand::kClimbs : cLand::kJumps;
+    for (int daring = cLand::kWalks; daring <= boldest; ++daring) {
+        land_.plan(view.hero, frame_, static_cast<cLand::Daring>(daring));
+        if (findGoal()) return;
+    }
+    atALoss_ = pages.size() > knownPages_ ? 0 : atALoss_ + 1;
+    knownPages_ = pages.size();
+    doing = "is at a loss, " + std::to_string(land_.reach()) + " places in reach, round " +
+            std::to_string(round_);
+    // Everything once more.
+    ++round_;
+    land_.lookAgain();
+    for (auto& [id, memory] : things_) memory.failures = 0;
+    errand_ = land_.reach() < kBoxedIn || atALoss_ >= kDespairs ? kWander : kLookAround;
+    wander_ = chance(-180, 180);
+    lookFrames_ = 0;
+}
+
+/// The nearest that is worth it: a thing, or the edge of what he knows.
+bool cPerson::findGoal() {
     float least = cLand::kFar;
     uint32_t goal = cLand::kNone;
     for (const auto& [id, memory] : things_) {
@@ -67,25 +88,11 @@ void cPerson::chooseErrand(const View& view) {
         goal = edge;
         errand_ = kExplore;
     }
-    if (goal != cLand::kNone) {
-        way_ = land_.way(goal);
-        at_ = 0;
-        waited_ = 0;
-        return;
-    }
-    doing = "is at a loss, " + std::to_string(land_.reach()) + " places in reach, round " +
-            std::to_string(round_);
-    // All was tried: up to ledges, then everything once more.
-    if (!jumps_) {
-        jumps_ = true;
-    } else {
-        ++round_;
-        land_.lookAgain();
-        for (auto& [id, memory] : things_) memory.failures = 0;
-    }
-    errand_ = land_.reach() < kBoxedIn ? kWander : kLookAround;
-    wander_ = chance(-180, 180);
-    lookFrames_ = 0;
+    if (goal == cLand::kNone) return false;
+    way_ = land_.way(goal);
+    at_ = 0;
+    waited_ = 0;
+    return true;
 }
 
 void cPerson::giveUp() {
@@ -117,8 +124,9 @@ void cPerson::runErrand(const View& view) {
                        view.right * (wander_ > 3    ? 0.1f
                                      : wander_ < -3 ? -0.1f
                                                     : 0.0f));
-        hold(CMD_FORWARD, !land_.isWater(view.hero + view.forward * 0.8f));
-        if (errandFrames_ > 60) errand_ = kNothing;
+        // Who finds no way out begins again.
+        hold(CMD_FORWARD, atALoss_ >= kDespairs || !land_.isWater(view.hero + view.forward * 0.8f));
+        if (errandFrames_ > (atALoss_ >= kDespairs ? 300 : 60)) errand_ = kNothing;
         break;
     case kExplore:
         doing = "explores";
@@ -216,8 +224,8 @@ bool cPerson::follow(const View& view) {
 }
 
 void cPerson::stuck(const View& view) {
-    land_.block(view.hero + view.forward * 0.6f, frame_ + 1500);
-    land_.block(view.hero + view.forward * 0.9f, frame_ + 1500);
+    land_.block(view.hero + view.forward * 0.6f, frame_);
+    land_.block(view.hero + view.forward * 0.9f, frame_);
     letGo();
     if (land_.isGround(view.hero - view.forward * 0.8f)) backing_ = 12;
 }

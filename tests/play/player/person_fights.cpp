@@ -49,10 +49,7 @@ bool cPerson::takeWeapon(const View& view) {
 bool cPerson::fight(const View& view) {
     if (fightFrames_ > 0) {
         ++fightFrames_;
-        if (++calm_ > kCalmFrames) {
-            fights.push_back({level_, fightHealth_ - view.health, fightFrames_});
-            fightFrames_ = 0;
-        }
+        if (++calm_ > kCalmFrames) endFight();
     }
     Memory* foe = enemy(view);
     if (!foe) {
@@ -66,10 +63,7 @@ bool cPerson::fight(const View& view) {
         }
         return false;
     }
-    if (fightFrames_ == 0) {
-        fightFrames_ = 1;
-        fightHealth_ = view.health;
-    }
+    fightFrames_ = std::max(fightFrames_, 1);
     calm_ = 0;
     const bool armed = takeWeapon(view);
     if (!armed && weaponTaps_ > 15) return false; // nothing to fight with: he goes on with what he does
@@ -93,7 +87,7 @@ bool cPerson::chase(const View& view, const cVector3& place) {
     doing = "goes for somebody";
     if (view.falling) return true;
     if (chase_++ % 50 == 0 || at_ >= way_.size()) {
-        land_.plan(view.hero, frame_, false);
+        land_.plan(view.hero, frame_, cLand::kWalks);
         const uint32_t node = land_.nodeAt(place, 2.5f);
         way_ = land_.way(node);
         at_ = 0;
@@ -109,7 +103,7 @@ void cPerson::attack(const View& view, const Memory& foe) {
     const float away = flat(place - view.hero);
     const bool far = isFar(view.hold);
     ++shotAt_;
-    const float left = turn(view, place, aim_);
+    const float left = turn(view, place, aim_, aimUp_);
     const bool facing = std::fabs(left) < 3;
     if (far && away < 3.5f) {
         hold(CMD_FORWARD, false);
@@ -127,6 +121,7 @@ void cPerson::attack(const View& view, const Memory& foe) {
         tap(CMD_FIRE, view.hold == Hold::kSwing ? 40 : 6);
         shotAt_ = 0;
         aim_ = chance(-skill_.aimDegrees, skill_.aimDegrees);
+        aimUp_ = chance(-skill_.aimDegrees, skill_.aimDegrees);
         side_ = -side_;
         return;
     }
