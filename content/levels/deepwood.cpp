@@ -104,22 +104,24 @@ void addRocks(Scenery& s) {
     s.add(kRock, lathe({{4.6f, 8}, {3.4f, 12}, {2.0f, 15}, {0, 16.8f}}, 7, 6, 5).moved({-9.5f, 0, -34}));
 }
 
-/// Whoever jumps finds a foothold on any slope. So where the valley's walls have risen a little, and across
-/// the head of the gorge and the river's two ends, bodies meet upright faces.
+/// Whoever jumps finds a foothold on any slope. So at the foot of the valley's walls, and across the head of the
+/// gorge and the river's two ends, bodies meet upright faces. On the slope itself some who pressed on against
+/// such a face came through; there is another for those.
 void addBorder(Scenery& s) {
-    constexpr float kRise = 1.5f, kLow = -4, kHigh = 10, kStep = 2, kHead = -38;
+    constexpr float kRises[] = {0.1f, 1.5f}, kLow = -4, kHigh = 10, kStep = 2, kHead = -38;
     Mesh m;
-    for (const float side : {-1.0f, 1.0f})
-        for (float z = -kHalfSize; z < kHalfSize; z += kStep) {
-            const float x0 = wallAt(z, side, kRise), x1 = wallAt(z + kStep, side, kRise);
-            const cVector3 a(x0, kLow, z), b(x1, kLow, z + kStep), up(0, kHigh - kLow, 0);
-            if (side < 0) {
-                m.addQuad(b, a, a + up, b + up);
-            } else {
-                m.addQuad(a, b, b + up, a + up);
+    for (const float rise : kRises)
+        for (const float side : {-1.0f, 1.0f})
+            for (float z = -kHalfSize; z < kHalfSize; z += kStep) {
+                const float x0 = wallAt(z, side, rise), x1 = wallAt(z + kStep, side, rise);
+                const cVector3 a(x0, kLow, z), b(x1, kLow, z + kStep), up(0, kHigh - kLow, 0);
+                if (side < 0) {
+                    m.addQuad(b, a, a + up, b + up);
+                } else {
+                    m.addQuad(a, b, b + up, a + up);
+                }
             }
-        }
-    const float west = wallAt(kHead, -1, kRise), east = wallAt(kHead, 1, kRise);
+    const float west = wallAt(kHead, -1, kRises[1]), east = wallAt(kHead, 1, kRises[1]);
     m.addQuad({west - 1, kLow, kHead}, {east + 1, kLow, kHead}, {east + 1, kHigh, kHead},
               {west - 1, kHigh, kHead});
     s.add(kRock, m, Scenery::kSolid);

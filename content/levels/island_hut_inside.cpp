@@ -79,19 +79,21 @@ void addBed(Scenery& s) {
         s.add(kBeams, box({x, kFloor, 1.66f}, {x + 0.12f, 2.75f, 1.78f}), Scenery::kSeen);
 }
 
+/// As far from the hearth as the room allows: a gap of his width would hold the hero.
 void addTableAndShelves(Scenery& s) {
-    s.add(kPlanks, box({1.7f, 2.9f, 1.9f}, {3.3f, 2.99f, 3.1f}, 0.7f), Scenery::kSeen);
+    s.add(kPlanks, box({1.7f, 2.9f, 2.3f}, {3.3f, 2.99f, 3.4f}, 0.7f), Scenery::kSeen);
     for (float x : {1.8f, 3.08f})
-        for (float z : {2.0f, 2.88f})
+        for (float z : {2.4f, 3.18f})
             s.add(kBeams, box({x, kFloor, z}, {x + 0.12f, 2.9f, z + 0.12f}), Scenery::kSeen);
-    s.add(kPlanks, box({1.7f, kFloor, 1.9f}, {3.3f, 2.99f, 3.1f}), Scenery::kSolid);
-    s.add(kPlanks, box({1.8f, 2.45f, 3.55f}, {3.3f, 2.55f, 3.95f}, 0.7f));
-    s.add(kBeams, box({1.9f, kFloor, 3.6f}, {3.2f, 2.45f, 3.9f}));
+    s.add(kPlanks, box({1.8f, 2.45f, 3.55f}, {3.3f, 2.55f, 3.95f}, 0.7f), Scenery::kSeen);
+    s.add(kBeams, box({1.9f, kFloor, 3.6f}, {3.2f, 2.45f, 3.9f}), Scenery::kSeen);
+    // One block with the bench, into the corner: nobody gets between them and the walls.
+    s.add(kPlanks, box({1.7f, kFloor, 2.3f}, {kIn, 2.99f, kIn}), Scenery::kSolid);
     // Bread, a plate and a candle.
-    addSeen(s, Tint::kStraw, ball(0.17f, 9, 6).scaled({1.3f, 0.75f, 0.8f}), {2.25f, 3.09f, 2.3f});
+    addSeen(s, Tint::kStraw, ball(0.17f, 9, 6).scaled({1.3f, 0.75f, 0.8f}), {2.25f, 3.09f, 2.65f});
     addSeen(s, Tint::kCream, lathe({{0, 0}, {0.12f, 0}, {0.19f, 0.03f}, {0.12f, 0.02f}, {0, 0.02f}}, 12),
-            {2.5f, 2.99f, 2.75f});
-    addCandle(s, {2.05f, 2.99f, 2.75f});
+            {2.5f, 2.99f, 3.05f});
+    addCandle(s, {2.05f, 2.99f, 3.05f});
     for (float y : {3.6f, 4.15f}) {
         s.add(kPlanks, box({1.6f, y, 3.66f}, {3.6f, y + 0.06f, 4}, 0.7f), Scenery::kSeen);
         for (float x : {1.75f, 3.4f})
