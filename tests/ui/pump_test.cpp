@@ -133,7 +133,7 @@ TEST_F(Pump, WhereOneTypesKeysAreLetters) {
 TEST_F(Pump, AKeyWithoutANameIsNotTakenForOneThatIsAwaited) {
     input.names.keys[SDLK_w] = "W";
     input.names.keys[161] = cKeyNames::kNoName;
-    EXPECT_EQ(cMenu::keyText(SDLK_w), "W");
-    EXPECT_EQ(cMenu::keyText(161), "KEY_161");
-    EXPECT_EQ(cMenu::keyText(0), "NONE");
+    EXPECT_EQ(input.names.shown(SDLK_w), "W");
+    EXPECT_EQ(input.names.shown(161), "KEY_161");
+    for (const int none : {0, -1, kKeyCount}) EXPECT_EQ(input.names.shown(none), "NONE");
 }
