@@ -39,16 +39,16 @@ void cInputMgr::destroy() {
 
 cInputMgr::cInputMgr() {
     if (loadSettings(kLatest) != 0) {
-        const bool unread = latestUnread_;
+        const std::vector<std::string> unread = unread_;
         if (loadSettings(kDefault) != 0) applySettings(); // the built-in ones
-        latestUnread_ = unread;
+        unread_ = unread;
         settingsName.clear(); // what the player changes is not saved over the defaults
     }
     names.load();
 }
 
 cInputMgr::~cInputMgr() {
-    if (saveOnExit && !saveSettings(kLatest))
+    if (saveOnExit && !keepSettings(kLatest))
         platform::tellTerminal("The settings could not be saved; " + cLogMgr::instance().whereToRead() +
                                " says why.");
 }

@@ -37,8 +37,12 @@ public:
     /// the menu with a notice, and no game is loaded then.
     int loadSavedGame(const std::string& name);
     /// At the end of a level or of the hero: his checkpoint, or, when it never reached the disk, the level
-    /// and place that it names, with what he carries now.
+    /// and place that it names, with what he carries now. OUR OWN RULE: the settings in force stay; only who
+    /// chooses a saved game asks for those that are stored with it.
     void returnToCheckpoint();
+    /// OUR OWN RULE: the settings entry that the player has chosen in play is the hero's at once, in his
+    /// checkpoint too. False when that cannot be written. Without a game nothing happens.
+    bool useSettings(const std::string& entry);
     bool isGameLoaded() const;
 
     // --- Intro (intro.cpp)
@@ -109,6 +113,7 @@ private:
     void loadMusic();
     void endCinematic(GameState* state);
     void giveUpCinematic();
+    bool readCheckpoint(const std::string& name); ///< false, with nothing changed, when there is none
     void enterLevel();
     void wakeUp(); ///< enters the level in full health
     void leaveGame(const std::string& reason);
