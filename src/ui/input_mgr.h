@@ -18,7 +18,8 @@ public:
 
     void pump(uint32_t elapsedMs, GameState* state);
     /// OUR OWN RULE: while another window has the input focus, or this one is minimised, the pointer is not
-    /// put back to the centre and no movement is read.
+    /// put back to the centre and no movement is read. What was pressed before the focus came back, as the
+    /// click that brings it, does nothing until it is pressed anew.
     bool hasFocus() const { return focusLost_ == 0; }
     void openMenu() { menu.open(); }
     void print(const char* format, ...) __attribute__((format(printf, 2, 3))); ///< to the console
@@ -101,6 +102,7 @@ private:
 
     bool pumped_ = false;
     int focusLost_ = 0;               ///< SDL_APPINPUTFOCUS, SDL_APPACTIVE
+    bool wasAway_ = false;            ///< without the focus at some time of this pump
     std::vector<std::string> unread_; ///< entries, see isUnread
     int centerX_ = 0, centerY_ = 0;
 };

@@ -108,6 +108,41 @@ TEST_F(Pump, WithoutTheFocusNoMovementIsRead) {
     EXPECT_TRUE(input.hasFocus()) << "what has the keys is not minimised";
 }
 
+TEST_F(Pump, WhatWasPressedBeforeTheFocusCameBackWaitsToBePressedAnew) {
+    for (const int code : {static_cast<int>(SDLK_w), static_cast<int>(SDLK_i), SDL_BUTTON_LEFT}) {
+        const auto push = [code](bool down) { code <= 5 ? button(code, down) : key(code, down); };
+        for (const std::string order : {"press, gain", "press, pump, gain", "gain, press", "all at once"}) {
+            SCOPED_TRACE(order + ": " + std::to_string(code));
+            t.state = STATE_GAME;
+            focus(SDL_APPINPUTFOCUS, false);
+            if (order != "all at once") pump();
+            if (order == "gain, press") focus(SDL_APPINPUTFOCUS, true);
+            push(true);
+            if (order == "press, pump, gain") pump();
+            if (order != "gain, press") focus(SDL_APPINPUTFOCUS, true);
+            for (int i = 0; i < 3; ++i) {
+                pump();
+                EXPECT_FALSE(input.bindings.isKeyDown(code));
+                EXPECT_EQ(t.state, STATE_GAME) << "no inventory";
+                push(true); // repeated
+            }
+            push(false);
+            push(true);
+            pump();
+            EXPECT_TRUE(input.bindings.isKeyDown(code)) << "pressed anew";
+            push(false);
+            pump();
+        }
+    }
+    focus(SDL_APPINPUTFOCUS, false);
+    focus(SDL_APPINPUTFOCUS, true);
+    for (int i = 0; i < 2; ++i) {
+        button(SDL_BUTTON_WHEELUP, true);
+        pump();
+        EXPECT_EQ(input.bindings.isKeyDown(SDL_BUTTON_WHEELUP), i > 0) << "a step has no end to wait for";
+    }
+}
+
 TEST_F(Pump, WhereOneTypesKeysAreLetters) {
     const auto type = [&](int code, int unicode) {
         key(code, true, unicode);
