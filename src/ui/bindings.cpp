@@ -22,6 +22,7 @@ void cBindings::press(int code) {
     setKey(code, true);
     if (!isKey(code)) return;
     const auto key = static_cast<size_t>(code);
+    stale_[key] = stale_[key] && held_[key];
     tapped_[key] = tapped_[key] || !held_[key];
     held_[key] = true;
 }
@@ -34,6 +35,10 @@ void cBindings::release(int code) {
 void cBindings::distrustHeld() {
     forgetTaps();
     for (size_t key = 0; keys_ && key < stale_.size(); ++key) stale_[key] = keys_[key] != 0;
+}
+
+void cBindings::distrust(int code) {
+    if (isKey(code)) stale_[static_cast<size_t>(code)] = true;
 }
 
 bool cBindings::isKeyDown(int code) const {

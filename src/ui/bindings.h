@@ -19,6 +19,7 @@ public:
     void forgetTaps() { tapped_.fill(false); } ///< once a pump, after a frame has read them
     /// What is held now does nothing until it is pressed anew, and what was tapped nothing at all.
     void distrustHeld();
+    void distrust(int code); ///< the same of one that is held
     bool isDistrusted(int code) const { return isKey(code) && stale_[static_cast<size_t>(code)]; }
     bool isKeyDown(int code) const;
 

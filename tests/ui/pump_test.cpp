@@ -112,6 +112,7 @@ TEST_F(Pump, WhatWasPressedBeforeTheFocusCameBackWaitsToBePressedAnew) {
     for (const int code : {static_cast<int>(SDLK_w), static_cast<int>(SDLK_i), SDL_BUTTON_LEFT}) {
         const auto push = [code](bool down) { code <= 5 ? button(code, down) : key(code, down); };
         for (const std::string order : {"press, gain", "press, pump, gain", "gain, press", "all at once"}) {
+            if (order == "gain, press" && code > 5) continue;
             SCOPED_TRACE(order + ": " + std::to_string(code));
             t.state = STATE_GAME;
             focus(SDL_APPINPUTFOCUS, false);
@@ -136,10 +137,12 @@ TEST_F(Pump, WhatWasPressedBeforeTheFocusCameBackWaitsToBePressedAnew) {
     }
     focus(SDL_APPINPUTFOCUS, false);
     focus(SDL_APPINPUTFOCUS, true);
+    key(SDLK_w, true);
     for (int i = 0; i < 2; ++i) {
         button(SDL_BUTTON_WHEELUP, true);
         pump();
         EXPECT_EQ(input.bindings.isKeyDown(SDL_BUTTON_WHEELUP), i > 0) << "a step has no end to wait for";
+        EXPECT_TRUE(input.bindings.isKeyDown(SDLK_w)) << "no key brings the focus";
     }
 }
 
