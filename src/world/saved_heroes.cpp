@@ -85,22 +85,16 @@ bool cWorld::useSettings(const std::string& entry) {
     return file.setSettings(heroName, entry) && file.write();
 }
 
-bool cWorld::readCheckpoint(const std::string& name) {
+int cWorld::loadSavedGame(const std::string& name) {
     const cPlayersFile file = cPlayersFile::read();
     const int index = file.find(name);
-    if (index < 0) return false;
+    if (index < 0) return -1;
     cCheckpoint checkpoint;
     checkpoint.read(file.heroes[static_cast<size_t>(index)].record, inventory);
     heroName = checkpoint.heroName;
     spawnPoint = checkpoint.spawnPoint;
     levelFile = checkpoint.levelFile;
     heroSettings = checkpoint.settingsName;
-    checkpointWritten_ = true;
-    return true;
-}
-
-int cWorld::loadSavedGame(const std::string& name) {
-    if (!readCheckpoint(name)) return -1;
     cInputMgr& input = cInputMgr::instance();
     // OUR OWN RULE: what could not be read is not replaced by the defaults, which a checkpoint would then
     // store: the hero keeps his entry, for when it can be read again.
@@ -114,14 +108,13 @@ int cWorld::loadSavedGame(const std::string& name) {
     }
     // OUR OWN RULE: what is his is not stored under the entry of the hero before.
     if (heroSettings == cInputMgr::kLatest) input.settingsName.clear();
+    checkpointWritten_ = true;
     wakeUp();
     return 0;
 }
 
 void cWorld::returnToCheckpoint() {
-    if (checkpointWritten_) readCheckpoint(heroName);
-    cInputMgr::instance().applySettings(); // the end of a level has turned the music down
-    wakeUp();
+    if (!checkpointWritten_ || loadSavedGame(heroName) != 0) wakeUp();
 }
 
 void cWorld::wakeUp() {

@@ -37,8 +37,7 @@ public:
     /// the menu with a notice, and no game is loaded then.
     int loadSavedGame(const std::string& name);
     /// At the end of a level or of the hero: his checkpoint, or, when it never reached the disk, the level
-    /// and place that it names, with what he carries now. OUR OWN RULE: the settings in force stay; only who
-    /// chooses a saved game asks for those that are stored with it.
+    /// and place that it names, with what he carries now.
     void returnToCheckpoint();
     /// OUR OWN RULE: the settings entry that the player has chosen in play is the hero's at once, in his
     /// checkpoint too. False when that cannot be written. Without a game nothing happens.
@@ -113,7 +112,6 @@ private:
     void loadMusic();
     void endCinematic(GameState* state);
     void giveUpCinematic();
-    bool readCheckpoint(const std::string& name); ///< false, with nothing changed, when there is none
     void enterLevel();
     void wakeUp(); ///< enters the level in full health
     void leaveGame(const std::string& reason);

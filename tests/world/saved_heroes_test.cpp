@@ -133,7 +133,7 @@ TEST_F(SavedHeroes, WhatIsChosenInPlayOutlastsADeathAndTheLoadOfTheHero) {
         const char* ofHero;
         std::function<void()> choose; ///< ends with walking, begins with running
         const char* later;            ///< the hero's entry
-        bool outlastsALoad = true;
+        bool lasts = true;
     } const kRows[] = {
         {"calm", [&] { press(true); }, "calm"},
         {cInputMgr::kLatest, [&] { press(true); }, cInputMgr::kLatest},
@@ -161,10 +161,10 @@ TEST_F(SavedHeroes, WhatIsChosenInPlayOutlastsADeathAndTheLoadOfTheHero) {
         row.choose();
         EXPECT_EQ(world.heroSettings, row.later);
         world.returnToCheckpoint();
-        EXPECT_TRUE(input.isWalkDefault()) << "a death";
+        EXPECT_EQ(input.isWalkDefault(), row.lasts) << "a death";
         input.setWalkDefault(false);
         ASSERT_EQ(world.loadSavedGame("Ada"), 0);
-        EXPECT_EQ(input.isWalkDefault(), row.outlastsALoad);
+        EXPECT_EQ(input.isWalkDefault(), row.lasts);
         EXPECT_EQ(world.inventory.countOf(0), 3) << "the rest of the checkpoint stays";
         ASSERT_EQ(world.loadSavedGame("Bo"), 0);
         ASSERT_TRUE(world.saveGame());
