@@ -323,7 +323,6 @@ void cApplication::waitForFocus() {
         platform::sleepMs(kHeldMs);
         input.pump(0, &state_);
     }
-    input.bindings.forgetTaps(); // the click that brings the focus back is no shot
     cAudioMgr::instance().setPaused(false);
     tickBase_ = platform::ticks();
 }

@@ -115,6 +115,10 @@ std::string cLogMgr::whereToRead() const {
     return lost_ || path_.empty() ? "what stands above" : path_;
 }
 
+std::string cLogMgr::pageName() const {
+    return lost_ || path_.empty() ? "The terminal" : path_.substr(path_.rfind('/') + 1);
+}
+
 void cLogMgr::losePage() {
     if (page_) std::fclose(page_);
     page_ = nullptr;

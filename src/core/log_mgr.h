@@ -18,8 +18,9 @@ public:
     static void destroy();
     /// For tool modes, before the first use: errors go to standard error and no page is written.
     static void useTerminal(bool on);
-    /// The page's path; without a page what the terminal shows. For "… says why".
-    std::string whereToRead() const;
+    // Which "… says why".
+    std::string whereToRead() const;               ///< at the terminal: the page's path, or what stands above
+    std::string pageName() const;                  ///< in the game: "quorvane.html", or the terminal
     int errorCount() const { return errorCount_; } ///< error rows so far
     /// Is told of every row besides; null to stop. For tests and the CML checker.
     static void setListener(Listener listener);

@@ -159,10 +159,7 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
 
 /// Our own addition: the keys of a reply, as they are bound, until the player has moved a choice once.
 std::string cPlayer::keysOfAReply() const {
-    const auto key = [&](int command) {
-        const auto code = static_cast<size_t>(input_.bindings.getBinding(command));
-        return code < input_.names.keys.size() ? input_.names.keys[code] : std::string(cKeyNames::kNoName);
-    };
+    const auto key = [&](int command) { return input_.names.shown(input_.bindings.getBinding(command)); };
     return key(CMD_FORWARD) + " and " + key(CMD_BACK) + " choose a reply, " + key(CMD_USE) + " takes it, " +
            key(CMD_JUMP) + " ends the talk.";
 }

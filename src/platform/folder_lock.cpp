@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <filesystem>
+#include <set>
 #include <sys/file.h>
 #include <thread>
 #include <unistd.h>
@@ -24,16 +26,45 @@ std::string numbered(const std::string& name, int run) {
     const size_t dot = std::min(name.rfind('.'), name.size());
     return name.substr(0, dot) + "-" + std::to_string(run) + name.substr(dot);
 }
-} // namespace
 
-cFolderLock::cFolderLock() : file_(open(userPath(kLockFile).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
-    // Without a lock file the save goes on unlocked: links may lead to where it can be written all the same.
-    if (file_ < 0) return;
+/// Where the file really stands: programs of two user directories may share it by links.
+std::string lockPath(const std::string& name) {
+    const std::string path = userPath(name), target = targetOf(path);
+    return (std::filesystem::path(target.empty() ? path : target).parent_path() / kLockFile).string();
+}
+
+/// Another user's lock file, or one in a folder that is read-only, can be locked without being written.
+int openLock(const std::string& path) {
+    const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    return file >= 0 ? file : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+}
+
+/// 0, or the error that came.
+int lockFile(int file) {
     for (int i = 0; i < kTries; ++i) {
-        if (flock(file_, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR)) return;
+        if (flock(file, LOCK_EX | LOCK_NB) == 0) return 0;
+        if (errno != EWOULDBLOCK && errno != EINTR) break;
         std::this_thread::sleep_for(kPause);
     }
-    reportFileProblem(std::string("Another program holds ") + kLockFile + ": going on without it");
+    return errno;
+}
+
+void tellOnce(const std::string& path) {
+    static std::set<std::string> told;
+    if (told.insert(path).second)
+        reportFileProblem(path + " cannot be locked: what two programs save there at a time may be lost");
+}
+} // namespace
+
+cFolderLock::cFolderLock(const std::string& name) {
+    const std::string path = lockPath(name);
+    file_ = openLock(path);
+    const int error = file_ < 0 ? errno : lockFile(file_);
+    if (error == EWOULDBLOCK) {
+        reportFileProblem(std::string("Another program holds ") + kLockFile + ": going on without it");
+    } else if (error != 0) {
+        tellOnce(path);
+    }
 }
 
 cFolderLock::~cFolderLock() {

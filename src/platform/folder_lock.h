@@ -2,12 +2,13 @@
 #include <string>
 
 namespace platform {
-/// While it lives no other program of this user directory is between reading a file there and replacing it.
-/// Does not nest. Waits at most 3 s, then goes on with a row in the log: a program that was stopped while it
-/// held the lock must not keep others from saving. Nothing is locked where the file system knows no locks.
+/// While it lives no other program is between reading and replacing a file of the folder in which this file
+/// of the user directory, or what its links lead to, really stands. Does not nest. Waits at most 3 s, then
+/// goes on with a row in the log: a program that was stopped while it held the lock must not keep others from
+/// saving. Where nothing can be locked the save goes on as well, with one row a folder.
 class cFolderLock {
 public:
-    cFolderLock();
+    explicit cFolderLock(const std::string& name);
     ~cFolderLock();
     cFolderLock(const cFolderLock&) = delete;
     cFolderLock& operator=(const cFolderLock&) = delete;

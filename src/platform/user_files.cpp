@@ -54,19 +54,6 @@ Look stepDown(std::string& path, const std::string& part) {
     return look;
 }
 
-/// Where the links lead, if the last of them leads nowhere too. Empty when they lead in a circle.
-std::string targetOf(const std::string& path) {
-    fs::path at = path;
-    for (int i = 0; i < kMostLinks; ++i) {
-        std::error_code error;
-        if (!fs::is_symlink(at, error)) return at.string();
-        const fs::path next = fs::read_symlink(at, error);
-        if (error) return {};
-        at = at.parent_path() / next; // an absolute one stands alone
-    }
-    return {};
-}
-
 /// A new file beside the target, of a name that no other program uses; −1 when there is none.
 int createBeside(const std::string& target, std::string& beside) {
     for (int i = 0; i < kMostLeftBehind; ++i) {
@@ -135,6 +122,18 @@ std::string pathBelow(const std::string& folder, const std::vector<std::string>&
         if (stepDown(path, part) != Look::found) path += "/" + part;
     }
     return path;
+}
+
+std::string targetOf(const std::string& path) {
+    fs::path at = path;
+    for (int i = 0; i < kMostLinks; ++i) {
+        std::error_code error;
+        if (!fs::is_symlink(at, error)) return at.string();
+        const fs::path next = fs::read_symlink(at, error);
+        if (error) return {};
+        at = at.parent_path() / next; // an absolute one stands alone
+    }
+    return {};
 }
 
 bool readReal(const std::string& path, std::vector<uint8_t>& out) {

@@ -16,6 +16,9 @@ enum class Look : uint8_t {
 Look lookBelow(const std::string& folder, const std::vector<std::string>& parts, std::string& path);
 /// `path` for a file that may be new: existing folders and files keep the case they have.
 std::string pathBelow(const std::string& folder, const std::vector<std::string>& parts);
+/// Where the links of a path lead, if the last of them leads nowhere too; the path itself when it is no link.
+/// Empty when they lead in a circle.
+std::string targetOf(const std::string& path);
 /// False for what is no regular file, cannot be read, or is larger than 1 GiB.
 bool readReal(const std::string& path, std::vector<uint8_t>& out);
 /// Writes beside the target, flushes, renames over it and syncs the folder. Creates folders, but none where a

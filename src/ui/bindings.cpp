@@ -7,22 +7,22 @@ constexpr float kArrowFactor = 10; ///< an arrow key counts as so many pixels of
 bool isCommand(int command) {
     return command >= 0 && command < 2 * kCommandCount;
 }
-bool isKey(int code) {
-    return code >= 0 && code < kKeyCount;
-}
 size_t slot(int command) {
     return static_cast<size_t>(command % kCommandCount);
 }
 } // namespace
 
 void cBindings::setKey(int code, bool held) {
-    if (keys_ && isKey(code)) keys_[code] = held ? 1 : 0;
+    if (!isKey(code)) return;
+    if (keys_) keys_[code] = held ? 1 : 0;
+    if (!held) stale_[static_cast<size_t>(code)] = false;
 }
 
 void cBindings::press(int code) {
     setKey(code, true);
     if (!isKey(code)) return;
     const auto key = static_cast<size_t>(code);
+    stale_[key] = stale_[key] && held_[key];
     tapped_[key] = tapped_[key] || !held_[key];
     held_[key] = true;
 }
@@ -32,8 +32,18 @@ void cBindings::release(int code) {
     if (isKey(code)) held_[static_cast<size_t>(code)] = false;
 }
 
+void cBindings::distrustHeld() {
+    forgetTaps();
+    for (size_t key = 0; keys_ && key < stale_.size(); ++key) stale_[key] = keys_[key] != 0;
+}
+
+void cBindings::distrust(int code) {
+    if (isKey(code)) stale_[static_cast<size_t>(code)] = true;
+}
+
 bool cBindings::isKeyDown(int code) const {
-    return keys_ && isKey(code) && (keys_[code] != 0 || tapped_[static_cast<size_t>(code)]);
+    if (!keys_ || !isKey(code) || isDistrusted(code)) return false;
+    return keys_[code] != 0 || tapped_[static_cast<size_t>(code)];
 }
 
 int32_t cBindings::getBinding(int command) const {

@@ -17,6 +17,10 @@ public:
     void press(int code);
     void release(int code);
     void forgetTaps() { tapped_.fill(false); } ///< once a pump, after a frame has read them
+    /// What is held now does nothing until it is pressed anew, and what was tapped nothing at all.
+    void distrustHeld();
+    void distrust(int code); ///< the same of one that is held
+    bool isDistrusted(int code) const { return isKey(code) && stale_[static_cast<size_t>(code)]; }
     bool isKeyDown(int code) const;
 
     /// The key is held and the repeat timer has run out; then restarts the timer. Ask once per command and
@@ -37,8 +41,11 @@ public:
     void setControlMode(int view, int mode);
 
 private:
+    static bool isKey(int code) { return code >= 0 && code < kKeyCount; }
+
     uint8_t* keys_ = nullptr;
     std::array<bool, kKeyCount> tapped_{}; ///< pressed since the last pump began
     std::array<bool, kKeyCount> held_{};   ///< by the events; SDL's array runs ahead of them
+    std::array<bool, kKeyCount> stale_{};  ///< held, and distrusted until it has been up
     std::array<int32_t, kCommandCount> repeatTimers_{};
 };

@@ -85,12 +85,14 @@ int detachCamera(const Params&) {
 
 int saveConfig(const Params& p) {
     const bool saved = input().saveSettings(p[0]);
+    if (saved) input().keepChoice(p[0]); // what cannot be written has its row in the log
     input().print(saved ? "Settings saved to %s" : "Unable to save settings %s", p[0].c_str());
     return saved ? 0 : -1;
 }
 
 int loadConfig(const Params& p) {
     const bool loaded = input().loadSettings(p[0]) == 0;
+    if (loaded) input().keepChoice(p[0]);
     input().print(loaded ? "Settings loaded from %s" : "Unable to load settings %s", p[0].c_str());
     return loaded ? 0 : -1;
 }

@@ -39,16 +39,16 @@ void cInputMgr::destroy() {
 
 cInputMgr::cInputMgr() {
     if (loadSettings(kLatest) != 0) {
-        const bool unread = latestUnread_;
+        const std::vector<std::string> unread = unread_;
         if (loadSettings(kDefault) != 0) applySettings(); // the built-in ones
-        latestUnread_ = unread;
+        unread_ = unread;
         settingsName.clear(); // what the player changes is not saved over the defaults
     }
     names.load();
 }
 
 cInputMgr::~cInputMgr() {
-    if (saveOnExit && !saveSettings(kLatest))
+    if (saveOnExit && !keepSettings(kLatest))
         platform::tellTerminal("The settings could not be saved; " + cLogMgr::instance().whereToRead() +
                                " says why.");
 }
@@ -75,7 +75,7 @@ void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
     mouseDX = mouseDY = 0;
     if (!active) return;
     bindings.forgetTaps();
-    const bool hadFocus = hasFocus();
+    wasAway_ = !hasFocus();
     if (!pumped_) {
         firstPump();
     } else {
@@ -90,7 +90,7 @@ void cInputMgr::pump(uint32_t elapsedMs, GameState* state) {
     SDL_Event event;
     while (SDL_PollEvent(&event)) handle(event, state);
     if (platform::isEndingAsked()) *state = STATE_QUIT;
-    if (!hadFocus) mouseDX = mouseDY = 0; // from where the pointer was to where it is now
+    if (wasAway_) mouseDX = mouseDY = 0; // from where the pointer was to where it is now
     if (*state == STATE_GAME && hasFocus() && cRenderer::instance().hasScreen()) {
         SDL_WarpMouse(static_cast<Uint16>(centerX_), static_cast<Uint16>(centerY_));
     }
@@ -138,6 +138,7 @@ void cInputMgr::handle(const SDL_Event& event, GameState* state) {
 }
 
 void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* state) {
+    if (!hasFocus() || bindings.isDistrusted(key)) return;
     if (*state == STATE_INTRO) *state = STATE_MENU;
     const bool typing = isTyping();
     // OUR OWN RULE: the inventory's key is a letter like others where one types.
@@ -164,8 +165,11 @@ void cInputMgr::keyPressed(int key, uint16_t unicode, bool shift, GameState* sta
 /// Only what is told counts: SDL knows of no focus at the start, nor where there is no window manager.
 void cInputMgr::focusChanged(int what, bool gained) {
     const int lost = what & (SDL_APPINPUTFOCUS | SDL_APPACTIVE);
+    const bool had = hasFocus();
     focusLost_ = gained ? focusLost_ & ~lost : focusLost_ | lost;
     if (gained && (what & SDL_APPINPUTFOCUS) != 0) focusLost_ = 0; // what has the keys is not minimised
+    wasAway_ = wasAway_ || !hasFocus();
+    if (!had && hasFocus()) bindings.distrustHeld();
 }
 
 void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
@@ -183,9 +187,13 @@ void cInputMgr::mouseMoved(int x, int y, int dx, int dy, GameState state) {
 }
 
 void cInputMgr::buttonPressed(int button, int x, int y, GameState* state) {
-    if (*state == STATE_INTRO) *state = STATE_MENU;
     if (button >= SDL_BUTTON_LEFT && button <= SDL_BUTTON_RIGHT) bindings.press(button);
     if (button == SDL_BUTTON_WHEELUP || button == SDL_BUTTON_WHEELDOWN) bindings.setKey(button, true);
+    if (wasAway_) { // the click that brings the focus comes behind it as well
+        bindings.distrust(button);
+        return;
+    }
+    if (*state == STATE_INTRO) *state = STATE_MENU;
     if (*state == STATE_INVENTORY) cWorld::instance().inventory.clickCell(x, y);
 }
 

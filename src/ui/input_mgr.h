@@ -18,7 +18,8 @@ public:
 
     void pump(uint32_t elapsedMs, GameState* state);
     /// OUR OWN RULE: while another window has the input focus, or this one is minimised, the pointer is not
-    /// put back to the centre and no movement is read.
+    /// put back to the centre and no movement is read. What was pressed before the focus came back, as the
+    /// click that brings it, does nothing until it is pressed anew.
     bool hasFocus() const { return focusLost_ == 0; }
     void openMenu() { menu.open(); }
     void print(const char* format, ...) __attribute__((format(printf, 2, 3))); ///< to the console
@@ -43,17 +44,23 @@ public:
     // settings.cfl (settings_file.cpp). Names of at most 10 bytes; those that begin with kReserved are the
     // program's own.
     int loadSettings(const std::string& name); ///< 0, or −1 when the file does not hold it
-    /// The last loadSettings found the file, but could not read it: what it holds may be there next time.
-    bool isSettingsFileUnreadable() const { return unreadable_; }
+    /// The entry was asked for when the file was there but could not be read, and nothing has been loaded
+    /// since: what it holds may be there next time.
+    bool isUnread(const std::string& name) const;
     /// Replaces the entry or appends it. False, with the file as it was, for an empty or too long name and
     /// when the file cannot be written.
     bool saveSettings(const std::string& name);
+    /// As saveSettings, where no player has named the entry: false as well for one that is unread.
+    bool keepSettings(const std::string& name) { return !isUnread(name) && saveSettings(name); }
     int findSettings(const std::string& name) const;
     std::vector<std::string> listSettings() const;
-    /// What a settings screen has edited comes into force. OUR OWN RULE: with a hero loaded it is also stored
-    /// under his entry, from which his next death or load brings the settings back; the defaults stay. False
-    /// when that cannot be written.
+    /// What a settings screen has edited comes into force. OUR OWN RULE: it is also stored at once, under the
+    /// entry of the hero whose next load brings it back, or, without one, under the latest; the defaults
+    /// stay. False when that cannot be written.
     bool acceptEdited();
+    /// The player has loaded or saved an entry. OUR OWN RULE: in play it is the hero's from now on; instead
+    /// of the defaults, which stay, the latest. False when that cannot be written.
+    bool keepChoice(const std::string& name);
     void applySettings(); ///< to HUD, shadows and volumes
 
     static constexpr char kReserved = '\xA3';
@@ -94,10 +101,9 @@ private:
     void scrollConsole();
 
     bool pumped_ = false;
-    int focusLost_ = 0; ///< SDL_APPINPUTFOCUS, SDL_APPACTIVE
-    /// The latest settings are in the file but could not be read: those in force must not replace them.
-    bool latestUnread_ = false;
-    bool unreadable_ = false; ///< settings.cfl, at the last loadSettings
+    int focusLost_ = 0;               ///< SDL_APPINPUTFOCUS, SDL_APPACTIVE
+    bool wasAway_ = false;            ///< without the focus at some time of this pump
+    std::vector<std::string> unread_; ///< entries, see isUnread
     int centerX_ = 0, centerY_ = 0;
 };
 

@@ -19,3 +19,9 @@ void cKeyNames::load() {
         if (key >= 1 && key < kKeyCount) keys[static_cast<size_t>(key)] = name;
     }
 }
+
+std::string cKeyNames::shown(int32_t key) const {
+    if (key <= 0 || key >= kKeyCount) return "NONE";
+    const std::string& name = keys[static_cast<size_t>(key)];
+    return name != kNoName ? name : "KEY_" + std::to_string(key);
+}

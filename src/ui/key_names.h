@@ -11,4 +11,7 @@ struct cKeyNames {
     static constexpr const char* kNoName = "???";
 
     void load(); ///< a missing file leaves no names
+    /// What the player is told that a key is called. OUR OWN RULE: one without a name goes by its number,
+    /// because "???" awaits one.
+    std::string shown(int32_t key) const;
 };

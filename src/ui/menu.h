@@ -58,7 +58,6 @@ public:
     const std::vector<std::string>& listNames() const { return listNames_; }
     const std::string& title() const { return title_; } ///< of the list or prompt
     const std::string& notice() const { return notice_; }
-    static std::string keyText(int32_t key); ///< what the input screen calls a key
     bool isCapturing() const { return capture_ != kNoCapture; }
 
 private:

@@ -4,6 +4,7 @@
 
 #include "audio/audio_mgr.h"
 #include "core/config_mgr.h"
+#include "core/log_mgr.h"
 #include "render/renderer.h"
 #include "ui/input_mgr.h"
 #include "ui/settings_screens.h"
@@ -18,7 +19,6 @@ constexpr int32_t kListTop = 170, kListStep = 18, kListHalfHeight = 8, kListRoom
 constexpr int32_t kRowHalfWidth = 307, kRowHalfHeight = 8;
 constexpr int32_t kCreditsHeight = 500;
 constexpr int kHeroLimit = 14, kSettingsLimit = 8; ///< of names, plus one
-constexpr const char* kNotSaved = "The settings could not be saved. quorvane.html says why.";
 constexpr const char* kCreateNew = "[ Create New ]";
 
 /// Buttons in the order of their pictures; their highlights follow, CANCEL's before OK's.
@@ -54,6 +54,15 @@ std::vector<std::string> newest(std::vector<std::string> names, size_t most) {
 
 cInputMgr& input() {
     return cInputMgr::instance();
+}
+
+std::string notSaved() {
+    return "The settings could not be saved. " + cLogMgr::instance().pageName() + " says why.";
+}
+
+/// For the hero too; `sentence` when that is done.
+std::string keeping(const std::string& settings, const std::string& sentence) {
+    return input().keepChoice(settings) ? sentence : notSaved();
 }
 } // namespace
 
@@ -254,7 +263,8 @@ void cMenu::toInput() {
 }
 void cMenu::loadDefaults() {
     const bool loaded = input().loadSettings(cInputMgr::kDefault) == 0;
-    setNotice(loaded ? "The default settings are loaded." : "There are no default settings.");
+    setNotice(loaded ? keeping(cInputMgr::kDefault, "The default settings are loaded.")
+                     : "There are no default settings.");
 }
 void cMenu::chooseSettings() {
     showList("Load what settings:", newest(input().listSettings(), kMostItems), &cMenu::takeSettings);
@@ -265,7 +275,7 @@ void cMenu::askSettingsName() {
 void cMenu::accept() {
     const bool kept = input().acceptEdited();
     showPage(kSettingsPage);
-    if (!kept) setNotice(kNotSaved);
+    if (!kept) setNotice(notSaved());
 }
 void cMenu::cancel() {
     showPage(kSettingsPage);
@@ -311,12 +321,13 @@ bool cMenu::loadGame(const std::string& heroName) {
 void cMenu::takeSettings(const std::string& name) {
     const bool loaded = input().loadSettings(name) == 0;
     showPage(kSettingsPage);
-    setNotice((loaded ? "Settings loaded: " : "There are no settings of the name ") + name);
+    setNotice(loaded ? keeping(name, "Settings loaded: " + name)
+                     : "There are no settings of the name " + name);
 }
 
 void cMenu::takeSettingsName(const std::string& name) {
     const bool saved = input().saveSettings(name);
-    setNotice(saved ? "Settings saved as " + name : kNotSaved);
+    setNotice(saved ? keeping(name, "Settings saved as " + name) : notSaved());
 }
 
 void cMenu::prepareStart() {

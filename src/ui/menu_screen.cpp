@@ -232,13 +232,6 @@ void cMenu::paintRow(size_t row, int y) const {
     rectangle(knob - 3, centre - 7, knob + 3, centre + 7);
 }
 
-/// OUR OWN RULE: a key without a name goes by its number, because "???" awaits one.
-std::string cMenu::keyText(int32_t key) {
-    const std::string& name = cInputMgr::instance().names.keys[static_cast<size_t>(key)];
-    if (name != cKeyNames::kNoName) return name;
-    return key == 0 ? "NONE" : "KEY_" + std::to_string(key);
-}
-
 /// The chosen columns of the selected row are lit.
 void cMenu::paintKeys(size_t command, int y) const {
     const cInputMgr& input = cInputMgr::instance();
@@ -255,7 +248,7 @@ void cMenu::paintKeys(size_t command, int y) const {
         const bool lit = chosen && columns_ != cell.other;
         setInk(lit);
         const bool awaited = lit && capture_ != kNoCapture;
-        write(cell.x, y, kSmall, !cell.hasKey ? "-" : awaited ? "???" : keyText(cell.key));
+        write(cell.x, y, kSmall, !cell.hasKey ? "-" : awaited ? "???" : input.names.shown(cell.key));
     }
 }
 

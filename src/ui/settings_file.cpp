@@ -159,9 +159,11 @@ std::vector<std::string> cInputMgr::listSettings() const {
 int cInputMgr::loadSettings(const std::string& name) {
     const cSettingsFile file;
     const int index = file.find(name);
-    unreadable_ = file.isUnreadable();
-    latestUnread_ = index < 0 && (latestUnread_ || (name == kLatest && file.isUnreadable()));
-    if (index < 0) return -1;
+    if (index < 0) {
+        if (file.isUnreadable() && !isUnread(name)) unread_.push_back(name);
+        return -1;
+    }
+    unread_.clear(); // what is in force now is the player's own
     // What the player changes later belongs to the latest settings, not to the defaults.
     if (name != kLatest) settingsName = name == kDefault ? "" : name;
     const Entry& entry = file.entries[static_cast<size_t>(index)];
@@ -171,13 +173,24 @@ int cInputMgr::loadSettings(const std::string& name) {
     return 0;
 }
 
+bool cInputMgr::isUnread(const std::string& name) const {
+    return std::ranges::find(unread_, name) != unread_.end();
+}
+
 bool cInputMgr::acceptEdited() {
     bindings.settings = editSettings;
-    latestUnread_ = false; // the player has chosen
     applySettings();
-    const cWorld& world = cWorld::instance();
-    if (!world.isGameLoaded() || world.heroSettings == kDefault) return true;
-    return saveSettings(world.heroSettings.empty() ? kLatest : world.heroSettings);
+    cWorld& world = cWorld::instance();
+    const bool hasOwn = world.isGameLoaded() && !world.heroSettings.empty() && world.heroSettings != kDefault;
+    const std::string entry = hasOwn ? world.heroSettings : kLatest;
+    return keepSettings(entry) && world.useSettings(entry);
+}
+
+bool cInputMgr::keepChoice(const std::string& name) {
+    cWorld& world = cWorld::instance();
+    if (!world.isGameLoaded()) return true; // the latest, when the program ends
+    if (name != kDefault) return world.useSettings(name);
+    return keepSettings(kLatest) && world.useSettings(kLatest);
 }
 
 void cInputMgr::applySettings() {
@@ -191,8 +204,7 @@ void cInputMgr::applySettings() {
 
 bool cInputMgr::saveSettings(const std::string& name) {
     if (name.empty() || name.size() > kNameBytes) return false;
-    if (latestUnread_ && name == kLatest) return false;
-    const platform::cFolderLock lock;
+    const platform::cFolderLock lock(kFile);
     cSettingsFile file;
     Entry entry{};
     std::copy(name.begin(), name.end(), entry.name.begin()); // ten characters have no terminator
@@ -206,6 +218,7 @@ bool cInputMgr::saveSettings(const std::string& name) {
         file.entries.push_back(entry);
     }
     if (!file.write()) return false;
+    std::erase(unread_, name);
     if (name != kLatest) settingsName = name;
     return true;
 }

@@ -5,7 +5,6 @@
 #include "game/inventory.h"
 
 namespace {
-constexpr const char* kFile = "players.cfl";
 constexpr size_t kLengthBytes = 4, kItemBytes = 8;
 constexpr size_t kLeastInventory = 8; ///< count and check sum
 constexpr size_t kAroundTexts = 12;   ///< length, check and four terminators
@@ -69,6 +68,18 @@ bool standsNowhere(const cPlayersFile::Hero& hero) {
     Record record;
     return readRecord(in, record) && record.texts.spawnPoint.empty();
 }
+
+platform::Bytes writeRecord(const platform::Bytes& inventory, const cCheckpoint& t) {
+    const size_t length = inventory.size() + t.heroName.size() + t.spawnPoint.size() + t.levelFile.size() +
+                          t.settingsName.size() + kAroundTexts;
+    cBinaryWriter out;
+    out.i32(static_cast<int32_t>(length));
+    out.raw(inventory.data(), inventory.size());
+    for (const std::string* text : {&t.heroName, &t.spawnPoint, &t.levelFile, &t.settingsName})
+        out.zeroText(*text);
+    out.i32(t.check());
+    return out.bytes();
+}
 } // namespace
 
 int32_t cCheckpoint::check() const {
@@ -78,14 +89,7 @@ int32_t cCheckpoint::check() const {
 platform::Bytes cCheckpoint::write(const cInventory& inventory) const {
     cBinaryWriter items;
     inventory.save(items);
-    const size_t length = items.bytes().size() + heroName.size() + spawnPoint.size() + levelFile.size() +
-                          settingsName.size() + kAroundTexts;
-    cBinaryWriter out;
-    out.i32(static_cast<int32_t>(length));
-    out.raw(items.bytes().data(), items.bytes().size());
-    for (const std::string* text : {&heroName, &spawnPoint, &levelFile, &settingsName}) out.zeroText(*text);
-    out.i32(check());
-    return out.bytes();
+    return writeRecord(items.bytes(), *this);
 }
 
 void cCheckpoint::read(const platform::Bytes& record, cInventory& inventory) {
@@ -101,18 +105,19 @@ void cCheckpoint::read(const platform::Bytes& record, cInventory& inventory) {
 
 cPlayersFile cPlayersFile::read() {
     cPlayersFile file;
-    cBinaryReader in(kFile);
+    cBinaryReader in(cPlayersFile::kName);
     if (!in.isOpen()) {
-        if (!platform::fileExists(kFile)) return file;
+        if (!platform::fileExists(cPlayersFile::kName)) return file;
         file.state_ = kUnreadable;
-        cLogMgr::instance().error("%s is there but cannot be read", kFile);
+        cLogMgr::instance().error("%s is there but cannot be read", cPlayersFile::kName);
         return file;
     }
     if (file.readWhole(in)) return file;
     file.state_ = kDamaged;
     file.damaged_ = in.bytes();
     file.salvage(in);
-    cLogMgr::instance().error("%s is damaged; %zu saved heroes of it can be read", kFile, file.heroes.size());
+    cLogMgr::instance().error("%s is damaged; %zu saved heroes of it can be read", cPlayersFile::kName,
+                              file.heroes.size());
     return file;
 }
 
@@ -162,12 +167,25 @@ void cPlayersFile::put(const std::string& name, platform::Bytes record) {
     }
 }
 
+bool cPlayersFile::setSettings(const std::string& name, const std::string& settings) {
+    const int index = find(name);
+    if (index < 0) return false;
+    platform::Bytes& bytes = heroes[static_cast<size_t>(index)].record;
+    cBinaryReader in(bytes);
+    Record record;
+    if (!readRecord(in, record) || !record.rightCheck) return false;
+    const size_t inventoryEnd = kLengthBytes + kLeastInventory + record.items * kItemBytes;
+    record.texts.settingsName = settings;
+    bytes = writeRecord(slice(in, kLengthBytes, inventoryEnd), record.texts);
+    return true;
+}
+
 bool cPlayersFile::write() const {
     if (state_ == kUnreadable) return false;
-    if (state_ == kDamaged && !keepDamagedFile(kFile, damaged_)) return false;
+    if (state_ == kDamaged && !keepDamagedFile(cPlayersFile::kName, damaged_)) return false;
     cBinaryWriter out;
     out.i32(static_cast<int32_t>(heroes.size()));
     for (const Hero& hero : heroes) out.zeroText(hero.name);
     for (const Hero& hero : heroes) out.raw(hero.record.data(), hero.record.size());
-    return out.save(kFile);
+    return out.save(cPlayersFile::kName);
 }

@@ -29,6 +29,8 @@ public:
         platform::Bytes record;
     };
 
+    static constexpr const char* kName = "players.cfl";
+
     /// A missing file is an empty one. Of a damaged file every saved game is kept of which at most its
     /// length, its texts or its inventory is damaged, wherever it lies; a row in the log says how many.
     static cPlayersFile read();
@@ -36,6 +38,9 @@ public:
     int find(const std::string& name) const; ///< index of the first of that name, −1 without one
     /// Replaces the hero's record or appends it. Heroes that stand nowhere (no spawn point) are dropped.
     void put(const std::string& name, platform::Bytes record);
+    /// Has the hero's record name another settings entry, the rest as it is. False when he has none that is
+    /// whole.
+    bool setSettings(const std::string& name, const std::string& settings);
     /// Replaces the file. A damaged one is kept beside it first. False, with the old file as it was, when
     /// either fails or when the old one is there but cannot be read.
     bool write() const;

@@ -47,19 +47,21 @@ void cWorld::requestLevelChange(const std::string& level, const std::string& spa
 bool cWorld::saveGame() {
     cInputMgr& input = cInputMgr::instance();
     heroSettings = input.settingsName.empty() ? cInputMgr::kLatest : input.settingsName;
-    input.saveSettings(heroSettings);
+    input.keepSettings(heroSettings);
     const cCheckpoint checkpoint{heroName, spawnPoint, levelFile, heroSettings};
     bool saved = false;
     if (isTooLong(checkpoint)) {
         cLogMgr::instance().error("The names of a checkpoint may have %zu characters: %s, %s",
                                   cCheckpoint::kLongestText, levelFile.c_str(), spawnPoint.c_str());
     } else {
-        const platform::cFolderLock lock;
+        const platform::cFolderLock lock(cPlayersFile::kName);
         cPlayersFile file = cPlayersFile::read();
         file.put(heroName, checkpoint.write(inventory));
         saved = file.write();
     }
-    if (!saved) hud.message(kNoticeFrames, "The game could not be saved. quorvane.html says why.");
+    if (!saved)
+        hud.message(kNoticeFrames, "The game could not be saved. %s says why.",
+                    cLogMgr::instance().pageName().c_str());
     checkpointWritten_ = saved;
     return saved;
 }
@@ -74,6 +76,15 @@ std::vector<std::string> cWorld::listSavedGames() const {
     return names;
 }
 
+bool cWorld::useSettings(const std::string& entry) {
+    if (!isGameLoaded() || entry == heroSettings) return true;
+    heroSettings = entry;
+    if (!checkpointWritten_) return true; // the next one will name it
+    const platform::cFolderLock lock(cPlayersFile::kName);
+    cPlayersFile file = cPlayersFile::read();
+    return file.setSettings(heroName, entry) && file.write();
+}
+
 int cWorld::loadSavedGame(const std::string& name) {
     const cPlayersFile file = cPlayersFile::read();
     const int index = file.find(name);
@@ -86,10 +97,17 @@ int cWorld::loadSavedGame(const std::string& name) {
     heroSettings = checkpoint.settingsName;
     cInputMgr& input = cInputMgr::instance();
     // OUR OWN RULE: what could not be read is not replaced by the defaults, which a checkpoint would then
-    // store.
-    if (input.loadSettings(heroSettings) != 0 &&
-        (input.isSettingsFileUnreadable() || input.loadSettings(cInputMgr::kDefault) != 0))
+    // store: the hero keeps his entry, for when it can be read again.
+    if (input.loadSettings(heroSettings) != 0) {
         input.applySettings(); // the end of a level has turned the music down
+        if (input.isUnread(heroSettings)) {
+            input.settingsName = heroSettings;
+        } else {
+            input.loadSettings(cInputMgr::kDefault);
+        }
+    }
+    // OUR OWN RULE: what is his is not stored under the entry of the hero before.
+    if (heroSettings == cInputMgr::kLatest) input.settingsName.clear();
     checkpointWritten_ = true;
     wakeUp();
     return 0;
@@ -116,7 +134,8 @@ void cWorld::enterLevel() {
         leaveGame(hero + " has reached the end of the journey.");
     } else if (loadLevel(std::string(levelFile)) != 0 && !isLevelLoaded()) {
         cLogMgr::instance().error("The level %s of the checkpoint cannot be loaded", levelFile.c_str());
-        leaveGame("The level " + levelFile + " cannot be loaded. quorvane.html says why.");
+        leaveGame("The level " + levelFile + " cannot be loaded. " + cLogMgr::instance().pageName() +
+                  " says why.");
     } else if (!cObjectMgr::instance().hero()) {
         cLogMgr::instance().error("%s has no spawn point %s", levelFile.c_str(), spawnPoint.c_str());
         leaveGame("The level " + levelFile + " has no place \"" + spawnPoint + "\".");

@@ -39,6 +39,9 @@ public:
     /// At the end of a level or of the hero: his checkpoint, or, when it never reached the disk, the level
     /// and place that it names, with what he carries now.
     void returnToCheckpoint();
+    /// OUR OWN RULE: the settings entry that the player has chosen in play is the hero's at once, in his
+    /// checkpoint too. False when that cannot be written. Without a game nothing happens.
+    bool useSettings(const std::string& entry);
     bool isGameLoaded() const;
 
     // --- Intro (intro.cpp)

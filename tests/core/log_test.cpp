@@ -1,8 +1,10 @@
 #include "platform/clock.h"
+#include "platform/folder_lock.h"
 #include "support/temp_game.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace {
 const std::string kTime = "00:00:00", kDate = "01 Jan -2070"; // of the fixed clock
@@ -79,6 +81,17 @@ TEST_F(LogPage, WithoutAPageRowsAreLostAndTheProgramRunsOn) {
     std::filesystem::create_directory(game.dir() + "/quorvane.html");
     cLogMgr::instance().error("lost");
     EXPECT_EQ(TempGame::errorCount("lost"), 1) << "listeners still hear of it";
+}
+
+TEST_F(LogPage, AnotherProgramsPageIsLeftToIt) {
+    TempGame game;
+    EXPECT_EQ(cLogMgr::instance().pageName(), "quorvane.html");
+    cLogMgr::destroy();
+    std::string path;
+    const int other = platform::openRunFile("quorvane.html", path);
+    EXPECT_EQ(cLogMgr::instance().pageName(), "quorvane-2.html");
+    EXPECT_EQ(cLogMgr::instance().whereToRead(), game.dir() + "/quorvane-2.html");
+    close(other);
 }
 
 TEST(LogDate, IsMadeFromMonthDayAndYear) {

@@ -262,13 +262,20 @@ TEST_F(Menu, PromptsTakeTheLettersOfTheFont) {
 TEST_F(Menu, TheSettingsPageListsSavesAndLoads) {
     toSettings();
     EXPECT_EQ(buttons(), (Buttons{6, 7, 8, 9, 12, 13}));
+    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
+    world.heroName = "Ada"; // whose settings the chosen ones become
     tap(SDLK_UP, SDLK_RETURN);
     EXPECT_EQ(menu.title(), "Save settings as:") << "the last one saves";
     input.setWalkDefault(true);
     answer("calm");
     EXPECT_EQ(menu.page(), cMenu::kSettingsPage);
+    EXPECT_EQ(world.heroSettings, "calm");
     input.setWalkDefault(false);
-    tap(SDLK_UP, SDLK_RETURN);
+    for (int i = 0; i < 2; ++i) tap(SDLK_UP);
+    tap(SDLK_RETURN);
+    EXPECT_EQ(menu.notice(), "The default settings are loaded.");
+    EXPECT_EQ(world.heroSettings, cInputMgr::kLatest);
+    tap(SDLK_DOWN, SDLK_RETURN);
     EXPECT_EQ(menu.title(), "Load what settings:") << "the one above lists";
     EXPECT_EQ(menu.listNames(), Names{"calm"});
     tap(SDLK_ESCAPE);
@@ -276,6 +283,7 @@ TEST_F(Menu, TheSettingsPageListsSavesAndLoads) {
     for (int i = 0; i < 2; ++i) tap(SDLK_UP);
     tap(SDLK_RETURN, SDLK_RETURN);
     EXPECT_TRUE(input.isWalkDefault());
+    EXPECT_EQ(world.heroSettings, "calm");
     tap(SDLK_ESCAPE);
     EXPECT_EQ(menu.page(), cMenu::kMainPage);
 }

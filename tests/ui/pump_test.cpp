@@ -108,6 +108,47 @@ TEST_F(Pump, WithoutTheFocusNoMovementIsRead) {
     EXPECT_TRUE(input.hasFocus()) << "what has the keys is not minimised";
 }
 
+TEST_F(Pump, WhatWasPressedBeforeTheFocusCameBackWaitsToBePressedAnew) {
+    for (const int code : {static_cast<int>(SDLK_w), static_cast<int>(SDLK_i), SDL_BUTTON_LEFT}) {
+        const auto push = [code](bool down) { code <= 5 ? button(code, down) : key(code, down); };
+        for (const std::string order : {"press, gain", "press, pump, gain", "gain, press", "all at once"}) {
+            if (order == "gain, press" && code > 5) continue;
+            SCOPED_TRACE(order + ": " + std::to_string(code));
+            t.state = STATE_GAME;
+            focus(SDL_APPINPUTFOCUS, false);
+            if (order != "all at once") pump();
+            if (order == "gain, press") focus(SDL_APPINPUTFOCUS, true);
+            push(true);
+            if (order == "press, pump, gain") pump();
+            if (order != "gain, press") focus(SDL_APPINPUTFOCUS, true);
+            for (int i = 0; i < 3; ++i) {
+                pump();
+                EXPECT_FALSE(input.bindings.isKeyDown(code));
+                EXPECT_EQ(t.state, STATE_GAME) << "no inventory";
+                push(true); // repeated
+            }
+            push(false);
+            push(true);
+            pump();
+            EXPECT_TRUE(input.bindings.isKeyDown(code)) << "pressed anew";
+            push(false);
+            pump();
+        }
+    }
+    focus(SDL_APPINPUTFOCUS, false);
+    focus(SDL_APPINPUTFOCUS, true);
+    key(SDLK_w, true);
+    // SDL's array runs ahead of the events, and holds what was held already without one.
+    for (const int code : {SDLK_w, SDLK_s}) SDL_GetKeyState(nullptr)[code] = 1;
+    for (int i = 0; i < 2; ++i) {
+        button(SDL_BUTTON_WHEELUP, true);
+        pump();
+        EXPECT_EQ(input.bindings.isKeyDown(SDL_BUTTON_WHEELUP), i > 0) << "a step has no end to wait for";
+        EXPECT_TRUE(input.bindings.isKeyDown(SDLK_w)) << "no key brings the focus";
+        EXPECT_FALSE(input.bindings.isKeyDown(SDLK_s));
+    }
+}
+
 TEST_F(Pump, WhereOneTypesKeysAreLetters) {
     const auto type = [&](int code, int unicode) {
         key(code, true, unicode);
@@ -133,7 +174,7 @@ TEST_F(Pump, WhereOneTypesKeysAreLetters) {
 TEST_F(Pump, AKeyWithoutANameIsNotTakenForOneThatIsAwaited) {
     input.names.keys[SDLK_w] = "W";
     input.names.keys[161] = cKeyNames::kNoName;
-    EXPECT_EQ(cMenu::keyText(SDLK_w), "W");
-    EXPECT_EQ(cMenu::keyText(161), "KEY_161");
-    EXPECT_EQ(cMenu::keyText(0), "NONE");
+    EXPECT_EQ(input.names.shown(SDLK_w), "W");
+    EXPECT_EQ(input.names.shown(161), "KEY_161");
+    for (const int none : {0, -1, kKeyCount}) EXPECT_EQ(input.names.shown(none), "NONE");
 }

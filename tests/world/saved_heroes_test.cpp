@@ -3,9 +3,11 @@
 #include "game/inventory.h"
 #include "support/damage.h"
 #include "support/test_world.h"
+#include "ui/command_mgr.h"
 #include "ui/input_mgr.h"
 #include "world/players_file.h"
 
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -114,39 +116,98 @@ TEST_F(SavedHeroes, ALoadBringsEverythingBack) {
     EXPECT_EQ(file(), before) << "save, load, save";
 }
 
-TEST_F(SavedHeroes, WhatASettingsScreenChangesOutlastsADeath) {
+TEST_F(SavedHeroes, WhatIsChosenInPlayOutlastsADeathAndTheLoadOfTheHero) {
     t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
-    ASSERT_TRUE(input.saveSettings(cInputMgr::kDefault));
-    struct {
-        const char *inForce, *ofHero;
-        bool kept;
-    } const kRows[] = {{"", cInputMgr::kLatest, true},
-                       {"calm", "calm", true},
-                       {"", "calm", true}, // the defaults were loaded in play
-                       {"", "", true},
-                       {"", cInputMgr::kDefault, false}};
-    for (const auto& row : kRows) {
-        input.bindings.settings.walkIsDefault = 0;
-        input.settingsName = row.inForce;
-        save("Ada");
-        world.heroSettings = row.ofHero;
-        cPlayersFile file = cPlayersFile::read();
-        const cCheckpoint checkpoint{"Ada", "hut", "isle.xml", *row.ofHero ? row.ofHero : cInputMgr::kLatest};
-        file.put("Ada", checkpoint.write(world.inventory));
-        ASSERT_TRUE(file.write());
+    const auto press = [&](bool walks) {
         input.editSettings = input.bindings.settings;
-        input.editSettings.walkIsDefault = 1;
+        input.editSettings.walkIsDefault = walks;
         EXPECT_TRUE(input.acceptEdited());
-        EXPECT_TRUE(input.isWalkDefault());
+    };
+    const auto say = [&](const std::string& line) { cCommandMgr::instance().execute(line, input.console); };
+    const auto store = [&](const char* name, bool walks) {
+        input.setWalkDefault(walks);
+        ASSERT_TRUE(input.saveSettings(name));
+    };
+    const std::string loadDefaults = std::string("load_config ") + cInputMgr::kDefault;
+    struct {
+        const char* ofHero;
+        std::function<void()> choose; ///< ends with walking, begins with running
+        const char* later;            ///< the hero's entry
+        bool lasts = true;
+    } const kRows[] = {
+        {"calm", [&] { press(true); }, "calm"},
+        {cInputMgr::kLatest, [&] { press(true); }, cInputMgr::kLatest},
+        {"", [&] { press(true); }, cInputMgr::kLatest},
+        {cInputMgr::kDefault, [&] { press(true); }, cInputMgr::kLatest},
+        {"calm", [&] { say("load_config walks"); }, "walks"},
+        {"calm", [&] { say(loadDefaults); }, cInputMgr::kLatest},
+        {"calm", [&] { input.setWalkDefault(true), say("save_config mine"); }, "mine"},
+        {"calm", [&] { say("default_walk"); }, "calm", false},
+    };
+    store("walks", true);
+    store(cInputMgr::kDefault, true);
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.later);
+        store("calm", false);
+        store(cInputMgr::kLatest, false);
+        input.settingsName = "";
+        save("Bo", 2);
+        save("Ada", 3);
+        const std::string ofHero = *row.ofHero ? row.ofHero : cInputMgr::kLatest;
+        cPlayersFile file = cPlayersFile::read();
+        ASSERT_TRUE(file.setSettings("Ada", ofHero));
+        ASSERT_TRUE(file.write());
+        world.heroSettings = row.ofHero;
+        row.choose();
+        EXPECT_EQ(world.heroSettings, row.later);
         world.returnToCheckpoint();
-        EXPECT_EQ(input.isWalkDefault(), row.kept) << row.ofHero;
+        EXPECT_EQ(input.isWalkDefault(), row.lasts) << "a death";
+        input.setWalkDefault(false);
+        ASSERT_EQ(world.loadSavedGame("Ada"), 0);
+        EXPECT_EQ(input.isWalkDefault(), row.lasts);
+        EXPECT_EQ(world.inventory.countOf(0), 3) << "the rest of the checkpoint stays";
+        ASSERT_EQ(world.loadSavedGame("Bo"), 0);
+        ASSERT_TRUE(world.saveGame());
+        EXPECT_EQ(world.heroSettings, cInputMgr::kLatest) << "nobody else's settings";
+        ASSERT_EQ(input.loadSettings(cInputMgr::kDefault), 0);
+        EXPECT_TRUE(input.isWalkDefault()) << "the defaults stay";
     }
-    const std::string before = t.game.read("settings.cfl");
     world.heroName = cWorld::kUnloadedHero;
-    EXPECT_TRUE(input.acceptEdited());
-    EXPECT_EQ(t.game.read("settings.cfl"), before) << "nobody is loaded whose settings they were";
-    ASSERT_EQ(input.loadSettings(cInputMgr::kDefault), 0);
-    EXPECT_FALSE(input.isWalkDefault()) << "the defaults stay";
+    press(true);
+    input.setWalkDefault(false);
+    ASSERT_EQ(input.loadSettings(cInputMgr::kLatest), 0);
+    EXPECT_TRUE(input.isWalkDefault()) << "for the next start";
+}
+
+TEST_F(SavedHeroes, SettingsThatCouldNotBeReadAreNotReplaced) {
+    t.game.write("isle.xml", "<level name=\"l\">" + spawnElement() + "</level>");
+    input.setWalkDefault(true);
+    for (const char* name : {"calm", cInputMgr::kLatest}) {
+        ASSERT_TRUE(input.saveSettings(name));
+        save("Ada");
+        world.heroSettings = name;
+        cPlayersFile file = cPlayersFile::read();
+        ASSERT_TRUE(file.setSettings("Ada", name));
+        ASSERT_TRUE(file.write());
+        input.settingsName = "other"; // of the hero before
+        const std::string good = t.game.read("settings.cfl");
+        const std::filesystem::path path = t.game.dir() + "/settings.cfl";
+        std::filesystem::remove(path);
+        std::filesystem::create_symlink("settings.cfl", path); // every look at it fails
+        TempGame::clearErrors();
+        ASSERT_EQ(world.loadSavedGame("Ada"), 0);
+        EXPECT_EQ(TempGame::errorCount("settings.cfl is there but cannot be read"), 1);
+        std::filesystem::remove(path);
+        t.game.write("settings.cfl", good);
+        input.setWalkDefault(false);
+        input.editSettings = input.bindings.settings;
+        EXPECT_FALSE(input.acceptEdited()) << "and the menu says so";
+        EXPECT_TRUE(world.saveGame());
+        EXPECT_EQ(t.game.read("settings.cfl"), good) << name;
+        EXPECT_EQ(world.heroSettings, name) << "the hero keeps his entry";
+        EXPECT_TRUE(input.saveSettings(name)) << "who names it may replace it";
+        EXPECT_TRUE(input.acceptEdited());
+    }
 }
 
 TEST_F(SavedHeroes, ACheckpointThatLeadsNowhereLeadsToTheMenu) {
@@ -258,37 +319,66 @@ TEST_F(SavedHeroes, OneDamagedPartCostsNoHero) {
 }
 
 TEST_F(SavedHeroes, ProgramsThatSaveAtTheSameTimeLoseNoHero) {
-    constexpr int kPrograms = 3, kSaves = 25;
+    constexpr int kPrograms = 3, kSaves = 15;
+    namespace fs = std::filesystem;
     const auto name = [](int program, int i) { return std::to_string(program) + "-" + std::to_string(i); };
-    const auto saveHero = [&](int program, int i) {
-        input.settingsName = "none of ten"; // too long to be saved: only players.cfl is written
-        save(name(program, i));
-    };
-    const auto saveSettings = [&](int program, int i) { EXPECT_TRUE(input.saveSettings(name(program, i))); };
-    for (const std::function<void(int, int)>& saveOne :
-         {std::function<void(int, int)>(saveHero), {saveSettings}}) {
-        int start[2];
-        ASSERT_EQ(pipe(start), 0);
-        std::vector<pid_t> programs;
+    const std::function<void(int, int)> kWays[] = {
+        [&](int program, int i) {
+            input.settingsName = "none of ten"; // too long to be saved: only players.cfl is written
+            save(name(program, i));
+        },
+        [&](int program, int i) { EXPECT_TRUE(input.saveSettings(name(program, i))); }};
+    // One user directory; one each, whose files are links to the same ones; a lock file that cannot be
+    // written.
+    for (const char* where : {"one", "linked", "locked by another"}) {
+        const fs::path store = fs::path(t.game.dir()) / where;
+        const auto folder = [&](int program) {
+            return std::string(where) == "linked" ? store / std::to_string(program) : store;
+        };
         for (int program = 0; program < kPrograms; ++program) {
-            programs.push_back(fork());
-            if (programs.back() != 0) continue;
+            fs::create_directories(folder(program));
+            for (const char* file : {"players.cfl", "settings.cfl"}) {
+                if (folder(program) != store) fs::create_symlink(store / file, folder(program) / file);
+            }
+        }
+        if (std::string(where) == "locked by another") fs::create_directory(store / "quorvane.lock");
+        std::string problem;
+        for (const auto& saveOne : kWays) {
+            int start[2];
+            ASSERT_EQ(pipe(start), 0);
+            std::vector<pid_t> programs;
+            for (int program = 0; program < kPrograms; ++program) {
+                programs.push_back(fork());
+                if (programs.back() != 0) continue;
+                close(start[1]);
+                EXPECT_TRUE(platform::openFileSystem("test", {{}, folder(program).string()}, problem));
+                char byte;
+                static_cast<void>(read(start[0], &byte, 1)); // until the test closes it
+                for (int i = 0; i < kSaves; ++i) saveOne(program, i);
+                _exit(HasFailure());
+            }
+            close(start[0]);
             close(start[1]);
-            char byte;
-            static_cast<void>(read(start[0], &byte, 1)); // until the test closes it
-            for (int i = 0; i < kSaves; ++i) saveOne(program, i);
-            _exit(HasFailure());
+            for (const pid_t program : programs) {
+                int status = -1;
+                EXPECT_EQ(waitpid(program, &status, 0), program);
+                EXPECT_EQ(status, 0);
+            }
         }
-        close(start[0]);
-        close(start[1]);
-        for (const pid_t program : programs) {
-            int status = -1;
-            EXPECT_EQ(waitpid(program, &status, 0), program);
-            EXPECT_EQ(status, 0);
-        }
+        ASSERT_TRUE(platform::openFileSystem("test", {{}, store.string()}, problem));
+        EXPECT_EQ(names().size(), size_t{kPrograms * kSaves}) << where;
+        EXPECT_EQ(input.listSettings().size(), size_t{kPrograms * kSaves}) << where;
     }
-    EXPECT_EQ(names().size(), size_t{kPrograms * kSaves});
-    EXPECT_EQ(input.listSettings().size(), size_t{kPrograms * kSaves});
+}
+
+TEST_F(SavedHeroes, WhereNothingCanBeLockedOneRowSaysSo) {
+    std::filesystem::create_symlink("none/there", t.game.dir() + "/quorvane.lock");
+    TempGame::clearErrors();
+    for (const char* name : {"Ada", "Bo"}) save(name);
+    EXPECT_EQ(names().size(), 2u);
+    EXPECT_EQ(TempGame::errors(),
+              std::vector<std::string>{t.game.dir() + "/quorvane.lock cannot be locked: what two programs "
+                                                      "save there at a time may be lost"});
 }
 
 TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
@@ -303,7 +393,8 @@ TEST_F(SavedHeroes, AFullDiskLeavesTheOldFileAndTellsThePlayer) {
     }
     EXPECT_EQ(TempGame::errors(), std::vector<std::string>{"The file \"players.cfl\" cannot be written"});
     EXPECT_EQ(file(), before);
-    EXPECT_FALSE(world.hud.messages.empty());
+    ASSERT_FALSE(world.hud.messages.empty());
+    EXPECT_EQ(world.hud.messages.back().text, "The game could not be saved. The terminal says why.");
 }
 
 TEST_F(SavedHeroes, WithoutTheDiskTheJourneyGoesOn) {
