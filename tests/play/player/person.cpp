@@ -116,6 +116,7 @@ void cPerson::newLevel(const View& view) {
         if (!fightFrames_ && atALoss_ < kDespairs) { // nobody else did it
             land_.fear(lastAlive_);
             land_.fear(lastGround_);
+            if (errand_ == kTouch) deadly_.push_back(things_[target_].thing.place);
         }
     }
     endFight();
@@ -124,6 +125,7 @@ void cPerson::newLevel(const View& view) {
         land_ = cLand();
         silentLooks_.clear();
         hostileLooks_.clear();
+        deadly_.clear();
     }
     things_.clear();
     delayed_.clear();

@@ -76,6 +76,7 @@ private:
     bool findGoal();
     float worth(const Memory& memory, float cost) const;
     bool isDull(const Memory& memory) const;
+    bool isDeadly(const Memory& memory) const;
     void runErrand(const eyes::View& view);
     void touch(const eyes::View& view);
     bool follow(const eyes::View& view); ///< the way; true at its end or when there is no getting on
@@ -104,6 +105,7 @@ private:
     std::map<const void*, int> silentLooks_; ///< how often things that look like this did not answer
     std::set<const void*> hostileLooks_;
     std::map<std::string, int> chosen_;
+    std::vector<cVector3> deadly_;                 ///< places of things on the way to which he drowned
     std::deque<std::vector<eyes::Thing>> delayed_; ///< what was in sight, newest last
     std::vector<eyes::Thing> now_;                 ///< of it, as far as he has reacted
     // The errand under way.

@@ -34,6 +34,12 @@ bool cPerson::isDull(const Memory& memory) const {
            silent->second >= kSilentEnough;
 }
 
+/// Until nothing else is left.
+bool cPerson::isDeadly(const Memory& memory) const {
+    const auto near = [&](const cVector3& place) { return (place - memory.thing.place).length() < 1; };
+    return round_ < kGetsBold && std::any_of(deadly_.begin(), deadly_.end(), near);
+}
+
 void cPerson::chooseErrand(const View& view) {
     letGo();
     errandFrames_ = slow_ = 0;
@@ -69,7 +75,7 @@ bool cPerson::findGoal() {
     for (const auto& [id, memory] : things_) {
         if (memory.triedInRound >= round_ || memory.failures > 3) continue;
         if (memory.hostile && !memory.thing.lying) continue;
-        if (round_ == 0 && isDull(memory)) continue;
+        if ((round_ == 0 && isDull(memory)) || isDeadly(memory)) continue;
         uint32_t node =
             memory.answers > 0 && !memory.thing.alive ? land_.nodeAt(memory.from, 0.8f) : cLand::kNone;
         if (node == cLand::kNone) node = land_.nodeAt(memory.thing.place, 1.6f);
