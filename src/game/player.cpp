@@ -149,8 +149,12 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
         *state = STATE_GAME;
         keys.holdOffCommand(CMD_JUMP, kScreenHoldOff);
     }
+    // OUR OWN RULE: only while replies are shown, and only a key that was pressed since they are. Who walks
+    // up to somebody holds one, and would choose what he has not seen.
     for (const auto& row : kChoice) {
-        if (!keys.isCommandTriggered(row.command)) continue;
+        bool& held = heldIntoReplies_[row.command];
+        held = keys.isCommandDown(row.command) && (held || !dialogue.isChoosing());
+        if (held || !dialogue.isChoosing() || !keys.isCommandTriggered(row.command)) continue;
         dialogue.moveChoice(row.step);
         keys.holdOffCommand(row.command, kScreenHoldOff);
         keys.holdOffCommand(row.other, kScreenHoldOff);
