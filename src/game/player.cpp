@@ -217,6 +217,12 @@ bool cPlayer::died() {
         active_ = false;
         cWorld::instance().levelChangePending = 1;
     }
+    // OUR OWN RULE: who is killed in the air falls while he dies, down to where he would drown; else his body
+    // would hang there.
+    const cEnvironment& environment = cWorld::instance().environment();
+    const bool drowned = environment.isLoaded() && owner_->getPosition().y < environment.deathHeight();
+    Gait gait = kSink;
+    if (isAirborne() && !drowned) owner_->requestMove(steerAirborne(gait), kFlags, movement("SNAP_GROUND"));
     return true;
 }
 

@@ -195,6 +195,23 @@ TEST_F(Player, StandingStillHeals) {
     EXPECT_EQ(rest(0xFFFFFFFF), 100);
 }
 
+TEST_F(Player, WhoIsKilledInTheAirFalls) {
+    const float ground = hero->getPosition().y;
+    hold(CMD_FORWARD);
+    hold(CMD_JUMP);
+    frame();
+    hold(CMD_JUMP, false);
+    for (int i = 0; i < 20; ++i) frame();
+    ASSERT_GT(hero->getPosition().y, ground + 0.5f);
+    world.damage(500);
+    for (int i = 0; i < 90 && hero->body->airborne; ++i) frame();
+    EXPECT_NEAR(hero->getPosition().y, ground, 0.05f);
+    EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
+    hold(CMD_FORWARD, false);
+    frame();
+    EXPECT_TRUE(frame().isNear({0, 0, 0})) << "and lies";
+}
+
 TEST_F(Player, DeathEndsTheLevelOnceItsAnimationHasRun) {
     world.damage(500);
     EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
