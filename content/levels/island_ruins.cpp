@@ -97,6 +97,28 @@ void addBrokenWall(Scenery& s) {
         s.add(kRock, boulder(size, ++seed).moved({x, height(x, z) + 0.05f, z}), Scenery::kSeen);
 }
 
+/// Iron bars on three sides of the bell's place, the south left to the gate: nobody climbs out.
+void addBars(Scenery& s, const cVector3& low, const cVector3& high) {
+    constexpr float kTall = 2.45f, kHolds = 2.9f, kBar = 0.03f, kRail = 0.035f, kApart = 0.29f;
+    const cVector3 corners[] = {{low.x, low.y, high.z}, low, {high.x, low.y, low.z}, high};
+    for (int side = 0; side < 3; ++side) {
+        const cVector3 &a = corners[side], &b = corners[side + 1];
+        const int bars = static_cast<int>((b - a).length() / kApart);
+        Mesh iron;
+        for (int i = 0; i < bars; ++i) {
+            const cVector3 at = lerp(a, b, (static_cast<float>(i) + 0.5f) / static_cast<float>(bars));
+            iron.append(tube({at, at + cVector3(0, kTall, 0)}, {kBar, kBar}, 5));
+        }
+        for (float y : {0.12f, 1.2f, kTall - 0.1f})
+            iron.append(tube({a + cVector3(0, y, 0), b + cVector3(0, y, 0)}, {kRail, kRail}, 4));
+        s.add(kTints, tinted(iron, Tint::kIron), Scenery::kSeen);
+        const cVector3 in(kRail, 0, kRail);
+        const cVector3 from(std::min(a.x, b.x), a.y - 0.3f, std::min(a.z, b.z)),
+            to(std::max(a.x, b.x), a.y + kHolds, std::max(a.z, b.z));
+        s.add(kBeams, box(from - in, to + in, 0.5f, kWalls), Scenery::kSolid);
+    }
+}
+
 void addBellBastion(Scenery& s) {
     // A ramp of 20 degrees up to a platform; its foot lies below the grass.
     constexpr float kFoot = 1.2f, kHigh = 4.18f, kDeep = 0.5f;
@@ -120,6 +142,7 @@ void addBellBastion(Scenery& s) {
               Scenery::kSeen);
     }
     s.add(kBeams, box({7.9f, kHigh + 2.5f, 5.1f}, {11.1f, kHigh + 2.75f, 5.4f}, 0.7f), Scenery::kSeen);
+    addBars(s, {8.06f, kHigh, 5.06f}, {10.94f, kHigh, 8});
     // Posts of the gate at the head of the ramp.
     for (float x : {7.98f, 10.82f})
         s.add(kBeams, box({x, kHigh - 0.3f, 8}, {x + 0.2f, kHigh + 3.7f, 8.2f}, 0.7f));

@@ -309,14 +309,16 @@ FORGE_RECIPE(thing_bell) {
 }
 
 FORGE_RECIPE(thing_gate) {
-    // Hung in its middle: it turns like a leaf.
     Mesh bars, wood;
-    for (int i = 0; i < 9; ++i)
-        bars.append(tube({{-1.2f + 0.3f * static_cast<float>(i), 0.05f, 0},
-                          {-1.2f + 0.3f * static_cast<float>(i), 2.3f, 0}},
-                         {0.03f, 0.03f}, 5));
-    for (float y : {0.1f, 1.1f, 2.1f}) wood.append(boxOf(-1.3f, y, -0.05f, 1.3f, y + 0.14f, 0.05f));
-    for (float x : {-1.3f, -0.07f, 1.16f}) wood.append(boxOf(x, 0, -0.06f, x + 0.14f, 2.35f, 0.06f));
+    for (int i = 0; i < 9; ++i) {
+        const float x = 0.1f + 0.3f * static_cast<float>(i);
+        bars.append(tube({{x, 0.05f, 0}, {x, 2.3f, 0}}, {0.03f, 0.03f}, 5));
+    }
+    for (float y : {0.1f, 1.1f, 2.1f}) wood.append(boxOf(0, y, -0.05f, 2.6f, y + 0.14f, 0.05f));
+    // None in the middle: shut, it stands between the camera and whoever is at the bell.
+    for (float x : {0.0f, 2.46f}) wood.append(boxOf(x, 0, -0.06f, x + 0.14f, 2.35f, 0.06f));
+    // Things turn about the middle of their box: a vertex without a face makes that the hinge.
+    wood.addVertex({-2.6f, 0, 0}, 0, 0);
     putModel(out, "gate", {{"bars", "", kIron, bars}, {"wood", kBeams, {}, wood}});
 }
 

@@ -227,8 +227,11 @@ void cPhysicsWorld::slide(cCollisionBody& body, cMove m, cVector3 contact, const
     if (t > kBlocked) body.applyMove(scaled(m, t * kBackOff));
 }
 
-/// OUR OWN RULE: who falls on a solid body is refused, and would stay above it for ever. From the second
-/// refusal on the same spot he slips off it, level, away from it or along what is in the way.
+/// OUR OWN RULE: a solid body refuses whoever falls on it, and he would stay above it for ever. From the
+/// second refusal in a row on the same spot he slips off, a short step in each frame that refuses him: level,
+/// away from the bodies in his way (along x from right above one), or, where a solid body or the level is in
+/// the way of that, by 45, 90 or 135 degrees to either side; where all seven are blocked he stays. A refusal
+/// is told as always; the slip and its trials tell nobody, and end nobody's move.
 void cPhysicsWorld::slipOff(size_t index, cVector3 away) {
     cCollisionBody& body = bodies_[index];
     const bool again = body.shape.p0 == body.refusedAt;
@@ -237,11 +240,13 @@ void cPhysicsWorld::slipOff(size_t index, cVector3 away) {
     away.y = 0;
     away = away.lengthSq() > 0 ? away.normalized() : cVector3(1, 0, 0);
     for (const float degrees : {0.0f, 45.0f, -45.0f, 90.0f, -90.0f, 135.0f, -135.0f}) {
-        const cVector3 slip = cMatrix4::rotationY(degrees).transformDirection(away) * kSlip;
+        const cVector3 way = cMatrix4::rotationY(degrees).transformDirection(away) * kSlip;
+        const cMove slip{way, way};
+        octree_.queryBodies(body.shape, movedBy(body.shape, slip), meshes_);
         cVector3 contact;
-        const float t = sweepMeshes(body.shape, {slip, slip}, meshes_, contact);
-        const cMove free = scaled({slip, slip}, t * kBackOff);
-        if (t < kBlocked || touchesBodies(index, movedBy(body.shape, free))) continue;
+        const float t = sweepMeshes(body.shape, slip, meshes_, contact);
+        const cMove free = scaled(slip, t * kBackOff);
+        if (t < kBlocked || isBlockedByBody(index, movedBy(body.shape, free))) continue;
         body.applyMove(free);
         body.refusedAt = body.shape.p0;
         return;
@@ -281,15 +286,21 @@ void cPhysicsWorld::stepDiscreteGrounded(size_t index) {
     if (!touchesBodies(index, s)) body.applyMove(difference(s, body.shape));
 }
 
+cController* cPhysicsWorld::touched(size_t index, uint32_t other, const cCapsule& trial) const {
+    const cCollisionBody& body = bodies_[other];
+    // The capsules first: they lie in the array, and most are far away.
+    if (other == index || (body.flags & MOVE_PASSABLE) || !capsulesTouch(trial, body.shape)) return nullptr;
+    cController* controller = body.owner ? body.owner->getController() : nullptr;
+    return controller && controller->isActive() ? controller : nullptr;
+}
+
 bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial, cVector3* away) {
     cCollisionBody& mover = bodies_[index];
     bool blocked = false;
     for (const uint32_t j : grid_.near(trial.p0, reachOf(trial), 1)) {
+        cController* controller = touched(index, j, trial);
+        if (!controller) continue;
         cCollisionBody& other = bodies_[j];
-        // The capsules first: they lie in the array, and most are far away.
-        if (j == index || (other.flags & MOVE_PASSABLE) || !capsulesTouch(trial, other.shape)) continue;
-        cController* controller = other.owner ? other.owner->getController() : nullptr;
-        if (!controller || !controller->isActive()) continue;
         post(mover, cEvent::kTouchedBody, controller);
         if (mover.flags & MOVE_SOLID) other.cancelMove();
         if (other.flags & MOVE_SOLID) {
@@ -299,6 +310,12 @@ bool cPhysicsWorld::touchesBodies(size_t index, const cCapsule& trial, cVector3*
         }
     }
     return blocked;
+}
+
+bool cPhysicsWorld::isBlockedByBody(size_t index, const cCapsule& trial) {
+    for (const uint32_t j : grid_.near(trial.p0, reachOf(trial), 1))
+        if ((bodies_[j].flags & MOVE_SOLID) && touched(index, j, trial)) return true;
+    return false;
 }
 
 void cPhysicsWorld::refuse(cCollisionBody& body) const {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+class cController;
+
 /// Moves every physical object through the level's collision geometry and against the others. There is no
 /// time step: a request is the displacement of one frame. Refused moves reach the owner's controller and the
 /// event queue.
@@ -47,8 +49,12 @@ private:
     void stepDiscrete(size_t index);
     void stepDiscreteGrounded(size_t index);
     void buildGrid();
-    /// `away`, when asked for, grows by the ways from the bodies that block.
+    /// The controller of body `other` when body `index` would touch it as `trial`, else null.
+    cController* touched(size_t index, uint32_t other, const cCapsule& trial) const;
+    /// Of a move that is made: posts the touches and cancels moves. `away`, when asked for, grows by the ways
+    /// from the bodies that block.
     bool touchesBodies(size_t index, const cCapsule& trial, cVector3* away = nullptr);
+    bool isBlockedByBody(size_t index, const cCapsule& trial); ///< a mere question
     void slipOff(size_t index, cVector3 away);
     void refuse(cCollisionBody& body) const;
     void collided(cCollisionBody& body, const cVector3& normal) const;

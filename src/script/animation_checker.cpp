@@ -35,6 +35,7 @@ public:
         perform(object_.line, splitCmlList(object_.getAttribute("on_set")));
         enter(object_.getAttribute("default_action"));
         settle();
+        followOthers();
         while (!open_.empty()) {
             const cCmlElement* action = *open_.begin();
             open_.erase(open_.begin());
@@ -57,17 +58,18 @@ private:
         return !call.prefixed || call.object == object_.getAttribute("name");
     }
     /// In the calls of an element and of everything inside it.
-    bool playsIn(const cCmlElement& e) const {
+    bool isCalledIn(const cCmlElement& e, const char* name, const char* arg = "") const {
         for (const char* list : {"on_set", "do"}) {
             for (const std::string& piece : splitCmlList(e.getAttribute(list))) {
                 const CmlCallText call(piece);
-                if (call.name == "play_animation" && isOwn(call)) return true;
+                if (call.name == name && call.arg(0) == arg && isOwn(call)) return true;
             }
         }
         for (int32_t i = 0; i < e.childCount(); ++i)
-            if (playsIn(*e.childAt(i))) return true;
+            if (isCalledIn(*e.childAt(i), name, arg)) return true;
         return false;
     }
+    bool playsIn(const cCmlElement& e) const { return isCalledIn(e, "play_animation"); }
     static bool isSetting(const std::string& name) {
         return name == "set_animation" || name == "set_animation_legs" || name == "set_animation_torso";
     }
@@ -92,8 +94,11 @@ private:
 
     void enter(const std::string& name) {
         const int32_t index = check_.childNames.find(object_, kCmlAction, name);
-        if (index < 0 || ++entered_ > kMostEntered) return;
-        action_ = object_.childAt(index);
+        if (index >= 0) enter(object_.childAt(index));
+    }
+    void enter(const cCmlElement* action) {
+        if (++entered_ > kMostEntered) return;
+        action_ = action;
         perform(action_->line, splitCmlList(action_->getAttribute("on_set")));
     }
 
@@ -122,6 +127,19 @@ private:
     }
 
     // --- What may happen in an action
+
+    /// Actions that other objects set, nobody knows when: while it plays, if it ever does.
+    void followOthers() {
+        const auto steered = check_.steered.find(&object_);
+        if (steered == check_.steered.end()) return;
+        const bool loops = isCalledIn(object_, "set_animation_type", "loop");
+        for (const cCmlElement* action : steered->second) {
+            if (!action) continue;
+            doing_ = !plays_ ? kStillOnce : loops ? kPlaysLooping : kPlaysOnce;
+            enter(action);
+            settle();
+        }
+    }
 
     void start(const cCmlElement* action, unsigned doing, int line, const Calls& calls) {
         action_ = action;
@@ -166,6 +184,6 @@ private:
 } // namespace
 
 void checkAnimations(cCmlCheck& check, const cCmlElement& object, const cXmlNode& source) {
-    const bool isAlone = check.steered.count(&object) == 0 && check.posed.count(&object) == 0;
-    if (isAlone && !animatedModel(object).empty()) cAnimationWalk(check, object, source).run();
+    if (check.posed.count(&object) == 0 && !animatedModel(object).empty())
+        cAnimationWalk(check, object, source).run();
 }

@@ -129,8 +129,9 @@ const cCmlElement* child(const Call& call, CmlKind kind, const char* tag, const 
 }
 
 void action(const Call& call, const std::string& arg) {
-    call.check.used.insert(child(call, kCmlAction, "action", arg));
-    if (call.isForeign()) call.check.steered.insert(call.self);
+    const cCmlElement* found = child(call, kCmlAction, "action", arg);
+    call.check.used.insert(found);
+    if (call.isForeign()) call.check.steered[call.self].insert(found);
 }
 
 void ownItem(const Call& call, const std::string& arg) {

@@ -37,11 +37,12 @@ public:
 
     const cCmlElement& root;
     const CmlCheckData& data;
-    std::set<const cCmlElement*> used;    ///< actions, dialogues and cinematics that something starts
-    std::set<const cCmlElement*> steered; ///< objects whose action another object sets
-    std::set<const cCmlElement*> timed;   ///< objects whose timer is set
-    std::set<const cCmlElement*> posed;   ///< objects whose animation another object changes
-    std::set<const cCmlElement*> moved;   ///< objects that calls move, resize, switch or take away
+    std::set<const cCmlElement*> used; ///< actions, dialogues and cinematics that something starts
+    /// Objects whose action another object sets, with the actions that it sets; null for what is none.
+    std::map<const cCmlElement*, std::set<const cCmlElement*>> steered;
+    std::set<const cCmlElement*> timed; ///< objects whose timer is set
+    std::set<const cCmlElement*> posed; ///< objects whose animation another object changes
+    std::set<const cCmlElement*> moved; ///< objects that calls move, resize, switch or take away
     std::set<std::pair<const cCmlElement*, std::string>> setLocals;         ///< object and name
     std::map<std::pair<const cCmlElement*, std::string>, int> testedLocals; ///< and a line that asks
     std::map<int32_t, std::string> soundNames;                              ///< by their hash

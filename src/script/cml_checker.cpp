@@ -377,9 +377,9 @@ void checkWhatIsUsed(cCmlCheck& check, const cXmlNode& source) {
         checkDefaultAction(check, object);
         checkUse(check, object);
         checkTimer(check, object);
-        checkPlacing(check, object);
         checkAnimations(check, object, *source.children[static_cast<size_t>(i)]);
     }
+    checkPlacing(check);
     checkShadows(check);
     checkUse(check, check.root);
     checkSpawnPoints(check);

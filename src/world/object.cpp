@@ -2,6 +2,8 @@
 
 #include "core/spatial_grid.h"
 
+#include <cmath>
+
 namespace {
 uint64_t g_nextSerial = 1;
 } // namespace
@@ -56,7 +58,15 @@ bool cObject::isQueryable() const {
 
 void cObject::changed() {
     shadowDirty_ = true;
-    transform_ = cMatrix4::basis(direction_.cross(up_), up_, -direction_, position_);
+    cVector3 side = direction_.cross(up_), up = up_;
+    // OUR OWN RULE: who faces along his up vector has no side, and his model would be flat. It is shown
+    // turned in any way about that direction until direction or up vector change.
+    if (side.lengthSq() == 0 && direction_.lengthSq() > 0) {
+        side = direction_.cross(std::fabs(direction_.x) < 0.5f ? cVector3(1, 0, 0) : cVector3(0, 0, 1))
+                   .normalized();
+        up = side.cross(direction_);
+    }
+    transform_ = cMatrix4::basis(side, up, -direction_, position_);
 }
 
 void cObject::relocated() {

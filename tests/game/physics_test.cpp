@@ -332,6 +332,42 @@ TEST_P(Physics, AStepperIsStoppedAndToldByASolidBody) {
     EXPECT_GT(hero.move({-0.1f, 0, 0}), 0.09f);
 }
 
+TEST_P(Physics, WhoFallsOnASolidBodySlipsOffAndDisturbsNobodyElse) {
+    for (int i = 0; i < 12; ++i) level.addFloor(-5, -5, 5, 5, -4);
+    build();
+    Body hero(world, {0, 0, 0}, kRadius, MOVE_SOLID), below(world, {-0.2f, -2.04f, 0}, kRadius, MOVE_SOLID),
+        beside(world, {0.83f, -0.4f, 0}, kRadius); // the first way of the slip touches it
+    for (int i = 0; i < 60 && hero.at().y > -0.5f; ++i) {
+        if (i == 1) beside.request({0.5f, 0, 0}, MOVE_SWEPT);
+        events();
+        const cVector3 before = hero.at();
+        hero.move({0, -0.1f, 0});
+        const auto posted = events();
+        if (i < 10 && hero.at().y == before.y) {
+            EXPECT_EQ(posted.size(), 1u) << "the refusal, " << i;
+            if (i == 1) {
+                EXPECT_GT(beside.at().x, 1) << "goes where it wanted to";
+            }
+        }
+    }
+    EXPECT_LT(hero.at().y, -0.5f) << "fell off";
+}
+
+TEST_P(Physics, ASlipEndsAtAWallThatTheFallDidNotReach) {
+    constexpr float kThin = 0.04f; // leaves are looked at within 1.5 radii: less than the slip's way
+    for (int i = 0; i < 12; ++i) level.addFloor(-5, -5, 5, 5, -4);
+    level.addWall(0.005f, -5, 0.005f, 5, -4, 4);
+    level.addWall(0.005f, 5, 0.005f, -5, -4, 4);
+    build();
+    Body thin(world, {-0.065f, 0, 1}, kThin, MOVE_SOLID),
+        below(world, {-0.075f, -1.28f, 1}, kThin, MOVE_SOLID);
+    for (int i = 0; i < 3; ++i) {
+        thin.move({0, -0.05f, 0});
+        EXPECT_LT(thin.at().x, 0.005f - kThin);
+    }
+    EXPECT_NE(thin.at().x, -0.065f) << "slipped";
+}
+
 TEST_P(Physics, BodyAddressesFollowEveryChange) {
     std::vector<std::unique_ptr<Body>> bodies;
     TestRandom random;

@@ -3,6 +3,7 @@
 #include "core/name_hash.h"
 #include "game/physics_world.h"
 #include "script/cml_object.h"
+#include "script/dialogue.h"
 #include "support/test_world.h"
 #include "ui/input_mgr.h"
 #include "world/model_objects.h"
@@ -22,7 +23,8 @@ protected:
         EXPECT_EQ(t.load(spawnElement() +
                          objectElement("lever", "default_action='a'",
                                        "<action name='a' on_set='set_local(n,0)'><reaction type='context' "
-                                       "do='inc_local(n,1)' /></action>",
+                                       "do='inc_local(n,1)' /></action><dialogue name='d'>Well? ^83Yes^aNo"
+                                       "^aMaybe^a ^6a ^82Once^aAgain^a </dialogue>",
                                        "position='0,0,30' radius='1'")),
                   0);
         hero = cObjectMgr::instance().hero();
@@ -193,6 +195,23 @@ TEST_F(Player, StandingStillHeals) {
     EXPECT_EQ(rest(0xFFFFFFFF), 100);
 }
 
+TEST_F(Player, WhoIsKilledInTheAirFalls) {
+    const float ground = hero->getPosition().y;
+    hold(CMD_FORWARD);
+    hold(CMD_JUMP);
+    frame();
+    hold(CMD_JUMP, false);
+    for (int i = 0; i < 20; ++i) frame();
+    ASSERT_GT(hero->getPosition().y, ground + 0.5f);
+    world.damage(500);
+    for (int i = 0; i < 90 && hero->body->airborne; ++i) frame();
+    EXPECT_NEAR(hero->getPosition().y, ground, 0.05f);
+    EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
+    hold(CMD_FORWARD, false);
+    frame();
+    EXPECT_TRUE(frame().isNear({0, 0, 0})) << "and lies";
+}
+
 TEST_F(Player, DeathEndsTheLevelOnceItsAnimationHasRun) {
     world.damage(500);
     EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
@@ -287,6 +306,35 @@ TEST_F(Player, AUseKeyWithoutAConversationReturnsToTheGame) {
     EXPECT_EQ(t.state, STATE_DIALOGUE) << "held off for a quarter of a second";
     for (int i = 0; i < 15; ++i) frame();
     EXPECT_EQ(t.state, STATE_GAME);
+}
+
+TEST_F(Player, AKeyHeldSinceBeforeTheRepliesChoosesNone) {
+    cDialogue& talk = cDialogue::instance();
+    cCmlObject& lever = TestWorld::script("lever");
+    talk.start(*lever.getElement()->findChild(kCmlDialogue), lever);
+    t.state = STATE_DIALOGUE;
+    const auto choiceAfter = [&](int frames) {
+        for (int i = 0; i < frames; ++i) frame();
+        talk.layOutPage();
+        return talk.getChoice();
+    };
+    hold(CMD_FORWARD);
+    EXPECT_EQ(choiceAfter(20), 0) << "while the box opens";
+    ASSERT_TRUE(talk.isChoosing());
+    EXPECT_EQ(choiceAfter(40), 0);
+    hold(CMD_BACK);
+    EXPECT_EQ(choiceAfter(1), 1) << "a key that is pressed now counts";
+    hold(CMD_FORWARD, false);
+    EXPECT_EQ(choiceAfter(17), 2) << "and again when it stays down";
+    hold(CMD_USE);
+    frame();
+    hold(CMD_USE, false);
+    frame();
+    EXPECT_EQ(choiceAfter(40), 0) << "held into the next replies, which are two";
+    hold(CMD_BACK, false);
+    choiceAfter(1);
+    hold(CMD_FORWARD);
+    EXPECT_EQ(choiceAfter(1), 1);
 }
 
 TEST_F(Player, WithoutABodyOrAModelNothingBreaks) {

@@ -23,6 +23,11 @@ TEST(Inhabited, RosaRemembersWhatWasSaid) {
     game.use();
     ASSERT_EQ(game.app.state(), STATE_DIALOGUE);
     EXPECT_NE(page().find("Good morning, Quorvane!"), std::string::npos);
+    game.hold(CMD_JUMP, 2);
+    game.frames(40);
+    ASSERT_EQ(game.app.state(), STATE_GAME);
+    game.use();
+    EXPECT_NE(page().find("Good morning, Quorvane!"), std::string::npos) << "who left after a word missed it";
     game.use();
     game.use();
     cInputMgr::instance().bindings.setBinding(CMD_USE, SDLK_WORLD_1); // which has no name

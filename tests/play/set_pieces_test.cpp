@@ -168,6 +168,9 @@ TEST(SetPieces, TheBellIsSeenByWhoRingsIt) {
     const Box bell = view.seen(thing("bell_bastion"));
     EXPECT_GT(bell.count, 1500) << bell;
     EXPECT_LT(bell.count, 60000) << bell;
+    cObject& hero = *cObjectMgr::instance().hero();
+    EXPECT_GT(shareSeen(headOf(hero, view), game.picture(), view.without(hero)), 0.5f)
+        << "behind the open leaf of the gate";
 }
 
 TEST(SetPieces, TheBarIsAsLongAsHisHealth) {

@@ -261,7 +261,13 @@ TEST_F(CmlRuntime, SteeringTurnsAndChangesTheSpeed) {
     EXPECT_EQ(self().getMoveDirection(), cVector3(1, 0, 0)) << "a direction that steering would cancel";
     run("level()", "position=\"0,5,0\" direction=\"0,1,0\" up=\"1,0,0\"");
     EXPECT_EQ(TestWorld::object("o")->getDirection(), cVector3(0, 1, 0));
-    EXPECT_EQ(TestWorld::object("o")->getUp(), cVector3(1, 0, 0)) << "what points up cannot be levelled";
+    EXPECT_EQ(TestWorld::object("o")->getUp(), cVector3(0, 1, 0))
+        << "what points up stands upright once it turns";
+    const auto size = [](const cVector3& axis) {
+        return TestWorld::object("o")->getTransform().transformDirection(axis).length();
+    };
+    for (const cVector3& axis : {cVector3(1, 0, 0), {0, 1, 0}, {0, 0, 1}})
+        EXPECT_NEAR(size(axis), 1, 1e-5f) << "and is not flat until then";
 }
 
 TEST_F(CmlRuntime, SightNeedsAClearLineWithinTheAngle) {

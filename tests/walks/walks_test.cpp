@@ -78,6 +78,34 @@ TEST(Walks, NobodyHangsUnderTheEaves) {
     EXPECT_EQ(hanging, 0) << "of " << jumps;
 }
 
+// The bell shuts its gate behind whoever rings it, and the bars around it hold, from both sides.
+TEST(Walks, NobodyPassesTheGateOfTheBell) {
+    LoneHero hero(LoneHero::kLevels[0]);
+    TestRandom& random = hero.random;
+    const auto isAtTheBell = [&] {
+        const cVector3 p = hero.place();
+        return p.y > 5.2f && p.z < 7.7f && std::fabs(p.x - 9.5f) < 1.4f;
+    };
+    for (const bool inside : {true, false}) {
+        int passed = 0;
+        bool starts = true;
+        for (int i = howMany(20000, 200000); i > 0; --i) {
+            while (starts) starts = !hero.stand({random.number(8.7f, 10.3f), 6.2f, inside ? 7.0f : 9.5f});
+            if (i % 20 == 0) {
+                hero.face(inside ? random.number(0, 360) : random.number(-60, 60));
+                hero.hold(CMD_FORWARD, true);
+                hero.hold(CMD_RUN, random.index(4) == 0);
+            }
+            hero.hold(CMD_JUMP, random.index(12) == 0);
+            hero.frame();
+            passed += isAtTheBell() != inside;
+            starts = isAtTheBell() != inside || hero.place().y < 3.5f || i % 400 == 0; // or off the ramp
+        }
+        EXPECT_EQ(passed, 0) << (inside ? "out" : "in");
+        hero.releaseAll();
+    }
+}
+
 TEST_P(Levels, NobodyHangsAnywhere) {
     constexpr int kWalk = 400; ///< frames until he starts from another place
     const int frames = howMany(60000, 1000000);
