@@ -35,6 +35,9 @@ constexpr Form kForms[] = {{"barrel"},
 /// holds whoever meets it from the side.
 constexpr float kPost = 1.5f, kOverHead = 2.8f;
 constexpr int kSides = 16; // fewer, and one sticks at the corners more often
+/// A post's, which narrows a little towards its top: both let more of those slide off who run against it.
+constexpr int kPostSides = 32;
+constexpr float kPostTop = 0.8f; ///< of its radius
 
 const cXmlNode* child(const cXmlNode& node, std::string_view name) {
     for (const auto& c : node.children)
@@ -52,7 +55,12 @@ const Form* formOf(const cXmlNode& object) {
 }
 
 Mesh solid(const Form& form, float radius, float low, float high) {
-    if (form.halfX == 0) return lathe({{radius, low}, {radius, high}, {0, high}}, kSides);
+    const bool isPost = high - low > kPost;
+    if (isPost) high = std::max(high, low + kOverHead);
+    if (form.halfX == 0) {
+        const float top = isPost ? radius * kPostTop : radius;
+        return lathe({{radius, low}, {top, high}, {0, high}}, isPost ? kPostSides : kSides);
+    }
     const float x = form.halfX * radius, z = form.halfZ * radius;
     return box({-x, low, -z}, {x, high, z}, 0.5f, kTop | kWalls);
 }
@@ -76,11 +84,10 @@ void addStanding(Scenery& s, Output& out, const std::string& document) {
         const float radius = toFloat(volume->getAttribute("radius"));
         const float turn = std::atan2(-facing.x, -facing.z) * 57.29578f;
         const float low = std::min(start.y, end.y) - radius, high = std::max(start.y, end.y) + radius;
-        s.add(parts::kPlanks,
-              solid(*form, radius, low, high - low > kPost ? std::max(high, low + kOverHead) : high)
-                  .turned(turn)
-                  .moved(toVector3(physics->getAttribute("position"))),
-              Scenery::kSolid);
+        s.add(
+            parts::kPlanks,
+            solid(*form, radius, low, high).turned(turn).moved(toVector3(physics->getAttribute("position"))),
+            Scenery::kSolid);
     }
 }
 } // namespace levels

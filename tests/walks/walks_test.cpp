@@ -327,5 +327,5 @@ TEST_P(Levels, MostSlideOffThePostsBesideThePaths) {
         }
     }
     EXPECT_GE(met, 40);
-    EXPECT_LT(2 * held, met) << held << " of " << met;
+    EXPECT_LT(5 * held, 2 * met) << held << " of " << met;
 }
