@@ -215,6 +215,7 @@ void addMillstone(Scenery& s) {
 
 /// A bench, a stack of fire wood and the chimney.
 void addAround(Scenery& s) {
+    constexpr float kBench = 2.5f;
     s.add(kStone, box({kOut, 1.4f, -1.1f}, {5.1f, 8.3f, 0.5f}, 0.6f));
     s.add(kStone, box({kOut - 0.1f, 8.3f, -1.2f}, {5.2f, 8.5f, 0.6f}, 0.6f), Scenery::kSeen);
     s.add(kTints,
@@ -222,11 +223,20 @@ void addAround(Scenery& s) {
                  Tint::kClay)
               .moved({4.7f, 0, -0.3f}),
           Scenery::kSeen);
-    s.add(kPlanks, box({1.6f, 2.42f, -4.95f}, {3.6f, 2.5f, -4.5f}, 0.7f), Scenery::kSeen);
+    s.add(kPlanks, box({1.6f, kBench - 0.08f, -4.95f}, {3.6f, kBench, -4.5f}, 0.7f), Scenery::kSeen);
     for (float x : {1.7f, 3.35f})
-        s.add(kBeams, box({x, 1.8f, -4.9f}, {x + 0.15f, 2.42f, -4.55f}, 0.7f), Scenery::kSeen);
-    // Up to the wall: in a crack behind it one would tremble.
-    s.add(kPlanks, box({1.6f, 1.8f, -4.95f}, {3.6f, 2.5f, -kOut}), Scenery::kSolid);
+        s.add(kBeams, box({x, 1.8f, -4.9f}, {x + 0.15f, kBench - 0.08f, -4.55f}, 0.7f), Scenery::kSeen);
+    // Up to the wall, where one would tremble in a crack, and to the eaves, under which whoever jumped on it
+    // hung; without the corners that hold people.
+    const std::pair<float, float> kAround[] = {{3.65f, -kOut}, {3.65f, -4.65f}, {3.3f, -4.95f},
+                                               {1.9f, -4.95f}, {1.55f, -4.65f}, {1.55f, -kOut}};
+    Mesh block;
+    for (size_t i = 0; i + 1 < std::size(kAround); ++i) {
+        const cVector3 a(kAround[i].first, 1.8f, kAround[i].second),
+            b(kAround[i + 1].first, 1.8f, kAround[i + 1].second), up(0, kEaves - 1.8f, 0);
+        block.addQuad(a, b, b + up, a + up);
+    }
+    s.add(kPlanks, block, Scenery::kSolid);
     constexpr float kLog = 0.14f;
     for (int row = 0; row < 3; ++row)
         for (int i = 0; i < 5 - row; ++i) {

@@ -152,7 +152,7 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
     // OUR OWN RULE: only while replies are shown, and only a key that was pressed since they are. Who walks
     // up to somebody holds one, and would choose what he has not seen.
     for (const auto& row : kChoice) {
-        bool& held = heldIntoReplies_[row.command];
+        bool& held = heldIntoReplies_[static_cast<size_t>(row.command)];
         held = keys.isCommandDown(row.command) && (held || !dialogue.isChoosing());
         if (held || !dialogue.isChoosing() || !keys.isCommandTriggered(row.command)) continue;
         dialogue.moveChoice(row.step);

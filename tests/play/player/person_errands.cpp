@@ -49,13 +49,16 @@ void cPerson::chooseErrand(const View& view) {
         errand_ = kRest;
         return;
     }
-    // On foot; up to ledges when that leads nowhere; over everything when that does not help either.
-    const cLand::Daring boldest = atALoss_ >= kGetsBold ? cLand::kClimbs : cLand::kJumps;
+    // On foot; up to ledges when there is nothing new to look at; over everything when that does not help.
+    const bool news = pages.size() > knownPages_;
+    const cLand::Daring boldest = news                    ? cLand::kWalks
+                                  : atALoss_ >= kGetsBold ? cLand::kClimbs
+                                                          : cLand::kJumps;
     for (int daring = cLand::kWalks; daring <= boldest; ++daring) {
         land_.plan(view.hero, frame_, static_cast<cLand::Daring>(daring));
         if (findGoal()) return;
     }
-    atALoss_ = pages.size() > knownPages_ ? 0 : atALoss_ + 1;
+    atALoss_ = news ? 0 : atALoss_ + 1;
     knownPages_ = pages.size();
     doing = "is at a loss, " + std::to_string(land_.reach()) + " places in reach, round " +
             std::to_string(round_);
