@@ -149,12 +149,8 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
         *state = STATE_GAME;
         keys.holdOffCommand(CMD_JUMP, kScreenHoldOff);
     }
-    // OUR OWN RULE: only while replies are shown, and only a key that was pressed since they are. Who walks
-    // up to somebody holds one, and would choose what he has not seen.
     for (const auto& row : kChoice) {
-        bool& held = heldIntoReplies_[static_cast<size_t>(row.command)];
-        held = keys.isCommandDown(row.command) && (held || !dialogue.isChoosing());
-        if (held || !dialogue.isChoosing() || !keys.isCommandTriggered(row.command)) continue;
+        if (!keys.isCommandTriggered(row.command)) continue;
         dialogue.moveChoice(row.step);
         keys.holdOffCommand(row.command, kScreenHoldOff);
         keys.holdOffCommand(row.other, kScreenHoldOff);
@@ -214,12 +210,6 @@ bool cPlayer::died() {
         active_ = false;
         cWorld::instance().levelChangePending = 1;
     }
-    // OUR OWN RULE: who is killed in the air falls while he dies, down to where he would drown; else his body
-    // would hang there.
-    const cEnvironment& environment = cWorld::instance().environment();
-    const bool drowned = environment.isLoaded() && owner_->getPosition().y < environment.deathHeight();
-    Gait gait = kSink;
-    if (isAirborne() && !drowned) owner_->requestMove(steerAirborne(gait), kFlags, movement("SNAP_GROUND"));
     return true;
 }
 
