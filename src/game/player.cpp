@@ -149,8 +149,12 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
         *state = STATE_GAME;
         keys.holdOffCommand(CMD_JUMP, kScreenHoldOff);
     }
+    // OUR OWN RULE: a key that has been down since he walked up to somebody chooses nothing until it is let
+    // go; else it would be the last reply before he has seen one.
     for (const auto& row : kChoice) {
-        if (!keys.isCommandTriggered(row.command)) continue;
+        bool& held = walkedIntoTalk_[static_cast<size_t>(row.command)];
+        held = held && keys.isCommandDown(row.command);
+        if (held || !keys.isCommandTriggered(row.command)) continue;
         dialogue.moveChoice(row.step);
         keys.holdOffCommand(row.command, kScreenHoldOff);
         keys.holdOffCommand(row.other, kScreenHoldOff);
@@ -166,6 +170,8 @@ std::string cPlayer::keysOfAReply() const {
 
 void cPlayer::updatePlay(uint32_t elapsedMs) {
     viewCommands_ = camera_.isFirstPerson() ? kFirstPersonCommands : 0;
+    for (int command = 0; command < 4; ++command)
+        walkedIntoTalk_[static_cast<size_t>(command)] = input_.bindings.isCommandDown(command);
     if ((owner_->getPosition() - lastBump_).lengthSq() >= kLeastMove * kLeastMove) lastBump_ = kNoBump;
     if (!look()) return;
     if (input_.bindings.isCommandTriggered(CMD_TOGGLE_VIEW)) camera_.toggleView();

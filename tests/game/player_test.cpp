@@ -297,12 +297,17 @@ TEST_F(Player, AUseKeyWithoutAConversationReturnsToTheGame) {
 TEST_F(Player, ChoiceKeysCountWheneverOneTalks) {
     cDialogue& talk = cDialogue::instance();
     cCmlObject& lever = TestWorld::script("lever");
+    hold(CMD_FORWARD);
+    frame();
     talk.start(*lever.getElement()->findChild(kCmlDialogue), lever);
     t.state = STATE_DIALOGUE;
     const auto choiceAfter = [&](int frames) {
         for (int i = 0; i < frames; ++i) frame();
         return talk.getChoice();
     };
+    EXPECT_EQ(choiceAfter(20), 0) << "walked up to her with it";
+    hold(CMD_FORWARD, false);
+    choiceAfter(1);
     hold(CMD_FORWARD);
     EXPECT_EQ(choiceAfter(1), -1) << "before the replies are there, too";
     EXPECT_EQ(choiceAfter(10), -1) << "held off for a quarter of a second";
