@@ -149,12 +149,12 @@ void cPlayer::updateDialogue(uint32_t elapsedMs, GameState* state) {
         *state = STATE_GAME;
         keys.holdOffCommand(CMD_JUMP, kScreenHoldOff);
     }
-    // OUR OWN RULE: only while replies are shown, and only a key that was pressed since they are. Who walks
-    // up to somebody holds one, and would choose what he has not seen.
+    // OUR OWN RULE: a key that has been down since he walked up to somebody chooses nothing until it is let
+    // go; else it would be the last reply before he has seen one.
     for (const auto& row : kChoice) {
-        bool& held = heldIntoReplies_[static_cast<size_t>(row.command)];
-        held = keys.isCommandDown(row.command) && (held || !dialogue.isChoosing());
-        if (held || !dialogue.isChoosing() || !keys.isCommandTriggered(row.command)) continue;
+        bool& held = walkedIntoTalk_[static_cast<size_t>(row.command)];
+        held = held && keys.isCommandDown(row.command);
+        if (held || !keys.isCommandTriggered(row.command)) continue;
         dialogue.moveChoice(row.step);
         keys.holdOffCommand(row.command, kScreenHoldOff);
         keys.holdOffCommand(row.other, kScreenHoldOff);
@@ -170,6 +170,8 @@ std::string cPlayer::keysOfAReply() const {
 
 void cPlayer::updatePlay(uint32_t elapsedMs) {
     viewCommands_ = camera_.isFirstPerson() ? kFirstPersonCommands : 0;
+    for (int command = 0; command < 4; ++command)
+        walkedIntoTalk_[static_cast<size_t>(command)] = input_.bindings.isCommandDown(command);
     if ((owner_->getPosition() - lastBump_).lengthSq() >= kLeastMove * kLeastMove) lastBump_ = kNoBump;
     if (!look()) return;
     if (input_.bindings.isCommandTriggered(CMD_TOGGLE_VIEW)) camera_.toggleView();
@@ -214,12 +216,6 @@ bool cPlayer::died() {
         active_ = false;
         cWorld::instance().levelChangePending = 1;
     }
-    // OUR OWN RULE: who is killed in the air falls while he dies, down to where he would drown; else his body
-    // would hang there.
-    const cEnvironment& environment = cWorld::instance().environment();
-    const bool drowned = environment.isLoaded() && owner_->getPosition().y < environment.deathHeight();
-    Gait gait = kSink;
-    if (isAirborne() && !drowned) owner_->requestMove(steerAirborne(gait), kFlags, movement("SNAP_GROUND"));
     return true;
 }
 

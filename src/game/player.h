@@ -84,9 +84,9 @@ private:
     cVector3 lastBump_ = kNoBump; ///< where he ran into something overhead, until he has moved from there
     cVector3 scriptDirection_;
     float scriptSpeed_ = 0;
-    std::array<bool, 4> heldIntoReplies_{}; ///< by movement command: down since before the replies came
-    int viewCommands_ = 0;                  ///< added to commands that each view binds for itself
-    int32_t attackFrame_ = -1;              ///< updates since an attack began, −1 without one
+    std::array<bool, 4> walkedIntoTalk_{}; ///< by movement command: down since before the conversation
+    int viewCommands_ = 0;                 ///< added to commands that each view binds for itself
+    int32_t attackFrame_ = -1;             ///< updates since an attack began, −1 without one
     const cItemDef* selectedItem_ = nullptr;
     int32_t charge_ = 0; ///< ms
     cController* vehicle_ = nullptr;

@@ -4,8 +4,8 @@
 #include "core/parse.h"
 #include "data/binary_reader.h"
 #include "platform/progress.h"
-
 #include "world/octree.h"
+
 #include <algorithm>
 
 namespace {

@@ -195,28 +195,14 @@ TEST_F(Player, StandingStillHeals) {
     EXPECT_EQ(rest(0xFFFFFFFF), 100);
 }
 
-TEST_F(Player, WhoIsKilledInTheAirFalls) {
-    const float ground = hero->getPosition().y;
-    hold(CMD_FORWARD);
-    hold(CMD_JUMP);
-    frame();
-    hold(CMD_JUMP, false);
-    for (int i = 0; i < 20; ++i) frame();
-    ASSERT_GT(hero->getPosition().y, ground + 0.5f);
-    world.damage(500);
-    for (int i = 0; i < 90 && hero->body->airborne; ++i) frame();
-    EXPECT_NEAR(hero->getPosition().y, ground, 0.05f);
-    EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
-    hold(CMD_FORWARD, false);
-    frame();
-    EXPECT_TRUE(frame().isNear({0, 0, 0})) << "and lies";
-}
-
 TEST_F(Player, DeathEndsTheLevelOnceItsAnimationHasRun) {
     world.damage(500);
     EXPECT_EQ(animation(), nameHash("BOTH_DEATH1"));
     hold(CMD_FORWARD);
     EXPECT_TRUE(frame().isNear({0, 0, 0})) << "the dead do not walk";
+    hero->body->airborne = true;
+    player->update(16, &t.state);
+    EXPECT_FALSE(hero->body->moving) << "nor do they fall";
     EXPECT_TRUE(player->isActive());
     EXPECT_EQ(world.levelChangePending, 0);
     pose().setPlaying(false);
@@ -308,33 +294,29 @@ TEST_F(Player, AUseKeyWithoutAConversationReturnsToTheGame) {
     EXPECT_EQ(t.state, STATE_GAME);
 }
 
-TEST_F(Player, AKeyHeldSinceBeforeTheRepliesChoosesNone) {
+TEST_F(Player, ChoiceKeysCountWheneverOneTalks) {
     cDialogue& talk = cDialogue::instance();
     cCmlObject& lever = TestWorld::script("lever");
+    hold(CMD_FORWARD);
+    frame();
     talk.start(*lever.getElement()->findChild(kCmlDialogue), lever);
     t.state = STATE_DIALOGUE;
     const auto choiceAfter = [&](int frames) {
         for (int i = 0; i < frames; ++i) frame();
-        talk.layOutPage();
         return talk.getChoice();
     };
-    hold(CMD_FORWARD);
-    EXPECT_EQ(choiceAfter(20), 0) << "while the box opens";
-    ASSERT_TRUE(talk.isChoosing());
-    EXPECT_EQ(choiceAfter(40), 0);
-    hold(CMD_BACK);
-    EXPECT_EQ(choiceAfter(1), 1) << "a key that is pressed now counts";
+    EXPECT_EQ(choiceAfter(20), 0) << "walked up to her with it";
     hold(CMD_FORWARD, false);
-    EXPECT_EQ(choiceAfter(17), 2) << "and again when it stays down";
-    hold(CMD_USE);
-    frame();
-    hold(CMD_USE, false);
-    frame();
-    EXPECT_EQ(choiceAfter(40), 0) << "held into the next replies, which are two";
-    hold(CMD_BACK, false);
     choiceAfter(1);
     hold(CMD_FORWARD);
-    EXPECT_EQ(choiceAfter(1), 1);
+    EXPECT_EQ(choiceAfter(1), -1) << "before the replies are there, too";
+    EXPECT_EQ(choiceAfter(10), -1) << "held off for a quarter of a second";
+    EXPECT_EQ(choiceAfter(7), -2) << "and again when it stays down";
+    hold(CMD_FORWARD, false);
+    hold(CMD_LEFT);
+    EXPECT_EQ(choiceAfter(1), -2) << "its pair is held off with it";
+    hold(CMD_BACK);
+    EXPECT_EQ(choiceAfter(1), -1);
 }
 
 TEST_F(Player, WithoutABodyOrAModelNothingBreaks) {
