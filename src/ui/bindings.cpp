@@ -38,7 +38,9 @@ void cBindings::distrustHeld() {
 }
 
 void cBindings::distrust(int code) {
-    if (isKey(code)) stale_[static_cast<size_t>(code)] = true;
+    if (!isKey(code)) return;
+    stale_[static_cast<size_t>(code)] = true;
+    tapped_[static_cast<size_t>(code)] = false; // also when it is up again within the same pump
 }
 
 bool cBindings::isKeyDown(int code) const {

@@ -137,6 +137,11 @@ TEST_F(Pump, WhatWasPressedBeforeTheFocusCameBackWaitsToBePressedAnew) {
     }
     focus(SDL_APPINPUTFOCUS, false);
     focus(SDL_APPINPUTFOCUS, true);
+    for (const bool down : {true, false}) button(SDL_BUTTON_LEFT, down);
+    pump();
+    EXPECT_FALSE(input.bindings.isKeyDown(SDL_BUTTON_LEFT)) << "a click that is over already";
+    focus(SDL_APPINPUTFOCUS, false);
+    focus(SDL_APPINPUTFOCUS, true);
     key(SDLK_w, true);
     // SDL's array runs ahead of the events, and holds what was held already without one.
     for (const int code : {SDLK_w, SDLK_s}) SDL_GetKeyState(nullptr)[code] = 1;
