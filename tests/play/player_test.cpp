@@ -15,7 +15,7 @@
 #include <regex>
 
 namespace {
-constexpr int kHour = 60 * 60 * 1000 / 16; ///< frames
+constexpr int kPatience = 90 * 60 * 1000 / 16; ///< frames: an hour and a half
 
 /// What he plays.
 enum class Data { kShipped, kOtherNames, kMovedStarts };
@@ -107,7 +107,7 @@ TEST_P(Player, FinishesTheGame) {
     eyes::cEyes eyes;
     const bool watched = std::getenv("PLAYER_TRACE") != nullptr;
     int frame = 0;
-    for (; frame < kHour && game.app.state() != STATE_QUIT && person.hangs == 0; ++frame) {
+    for (; frame < kPatience && game.app.state() != STATE_QUIT && person.hangs == 0; ++frame) {
         eyes::View view = eyes.look();
         view.screen = game.app.state();
         person.step(view);
