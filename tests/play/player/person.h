@@ -116,7 +116,6 @@ private:
     int errandFrames_ = 0, waited_ = 0, round_ = 0, jumping_ = 0, backing_ = 0, lookFrames_ = 0;
     int atALoss_ = 0; ///< times in a row without anything new
     size_t knownPages_ = 0;
-    bool lookedAgain_ = false; ///< on foot, because of news
     cVector3 lastPlace_, jumpFrom_, lastAlive_, lastGround_, lastFall_;
     int hanging_ = 0;
     float wander_ = 0; ///< degrees

@@ -49,18 +49,13 @@ void cPerson::chooseErrand(const View& view) {
         errand_ = kRest;
         return;
     }
-    // On foot, once more after something new was told; then up to ledges; over everything when that does not
-    // help.
-    const bool news = pages.size() > knownPages_;
-    const cLand::Daring boldest = news && !lookedAgain_   ? cLand::kWalks
-                                  : atALoss_ >= kGetsBold ? cLand::kClimbs
-                                                          : cLand::kJumps;
+    // On foot; up to ledges when that leads nowhere; over everything when that does not help either.
+    const cLand::Daring boldest = atALoss_ >= kGetsBold ? cLand::kClimbs : cLand::kJumps;
     for (int daring = cLand::kWalks; daring <= boldest; ++daring) {
         land_.plan(view.hero, frame_, static_cast<cLand::Daring>(daring));
         if (findGoal()) return;
     }
-    lookedAgain_ = news && !lookedAgain_;
-    atALoss_ = news ? 0 : atALoss_ + 1;
+    atALoss_ = pages.size() > knownPages_ ? 0 : atALoss_ + 1;
     knownPages_ = pages.size();
     doing = "is at a loss, " + std::to_string(land_.reach()) + " places in reach, round " +
             std::to_string(round_);
