@@ -182,7 +182,6 @@ void cAudioMgr::playMusic(std::string_view baseName) {
     auto stream = std::make_unique<cMusicStream>();
     if (!stream->open(std::string(baseName) + ".ogg")) return;
     music_ = std::move(stream);
-    musicName_ = baseName;
     music_->setGain(musicVolume_);
     streaming_ = true;
 }
@@ -190,10 +189,6 @@ void cAudioMgr::playMusic(std::string_view baseName) {
 void cAudioMgr::stopMusic() {
     music_.reset();
     streaming_ = false;
-}
-
-void cAudioMgr::repeatMusic() {
-    if (streaming_ && music_->isOver()) playMusic(std::string(musicName_));
 }
 
 void cAudioMgr::setPaused(bool paused) {
@@ -211,10 +206,12 @@ void cAudioMgr::update() {
     if (hasListener_) reportListener();
     if (!audible_) return;
     if (streaming_) feedMusic();
+    repeats_ = false;
     if (!pending_.empty()) startPending();
 }
 
 void cAudioMgr::feedMusic() {
+    music_->setRepeats(repeats_);
     if (!music_->refill()) {
         music_->close();
         streaming_ = false;

@@ -40,8 +40,8 @@ public:
     /// A file that cannot be opened leaves the music as it is.
     void playMusic(std::string_view baseName);
     void stopMusic();
-    /// Before an update that would end the music, with a row: plays the same file from its beginning.
-    void repeatMusic();
+    /// In the next update music that is over begins again, instead of ending with a row.
+    void repeatMusic() { repeats_ = true; }
     void setPaused(bool paused); ///< of the music, between updates; effects end by themselves
     void setMusicVolume(float gain);
     float getMusicVolume() const { return musicVolume_; }
@@ -69,7 +69,7 @@ private:
     float distanceMod_ = 0;
     float musicVolume_ = 1;
     bool streaming_ = false;
-    std::string musicName_; ///< without ending
+    bool repeats_ = false; ///< asked for anew before each update
     int effects_ = 0;
     std::unique_ptr<cMusicStream> music_;
     std::map<std::string, std::unique_ptr<cSound>, std::less<>> byName_;

@@ -121,7 +121,9 @@ bool cMusicStream::decode(std::vector<char>& block) {
 }
 
 bool cMusicStream::fill(uint32_t buffer) {
-    if (!decode(block_) || block_.empty()) return false;
+    if (!decode(block_)) return false;
+    if (block_.empty() && repeats_ && ov_pcm_seek(&decoder_->file, 0) == 0 && !decode(block_)) return false;
+    if (block_.empty()) return false;
     alBufferData(buffer, decoder_->format, block_.data(), static_cast<ALsizei>(block_.size()),
                  decoder_->rate);
     return !failed();
@@ -154,13 +156,6 @@ bool cMusicStream::refill() {
     if (failed() || !fill(buffer)) return false;
     alSourceQueueBuffers(source_, 1, &buffer);
     return !failed();
-}
-
-bool cMusicStream::isOver() const {
-    ALint processed = 0;
-    alGetSourcei(source_, AL_BUFFERS_PROCESSED, &processed);
-    const ogg_int64_t total = ov_pcm_total(&decoder_->file, -1); // negative when nobody knows
-    return processed > 0 && total > 0 && ov_pcm_tell(&decoder_->file) >= total;
 }
 
 void cMusicStream::setPaused(bool paused) const {

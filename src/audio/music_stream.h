@@ -20,7 +20,7 @@ public:
     /// Refills at most one buffer that was played. False when there was one and nothing is left to fill it
     /// with.
     bool refill();
-    bool isOver() const; ///< refill would find nothing left
+    void setRepeats(bool on) { repeats_ = on; } ///< behind the end comes the beginning
     void setPaused(bool paused) const;
     void setGain(float gain) const;
     void close();
@@ -37,6 +37,7 @@ private:
 
     std::unique_ptr<Decoder> decoder_;
     std::string name_;
+    bool repeats_ = false;
     uint32_t source_ = 0;
     std::array<uint32_t, 2> buffers_{};
     std::vector<char> block_;
